@@ -1,0 +1,128 @@
+// Draws every picture of the player's skin into a folder.
+//
+//   draw_skin FOLDER                     all pictures, as skin/pictures/ holds them
+//   draw_skin --preview FILE.png [N]     the whole player at N pixels to a layout pixel (1 to 4)
+#include "skin/drawing/device.h"
+#include "skin/drawing/gif_writer.h"
+#include "skin/drawing/png_writer.h"
+#include "skin/pictures.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace zvonivec::skin;
+
+bool writeBytes(const std::string& path, const std::string& bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (!file) {
+        std::fprintf(stderr, "draw_skin: cannot write %s\n", path.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool writePicture(const std::string& path, const Picture& picture) {
+    if (path.ends_with(".png")) {
+        return writeBytes(path, pngBytes(picture));
+    }
+    const std::optional<std::string> bytes = gifBytes(picture);
+    if (!bytes) {
+        std::fprintf(stderr, "draw_skin: too many colours for %s\n", path.c_str());
+        return false;
+    }
+    return writeBytes(path, *bytes);
+}
+
+/// Picture number 1 to 31 of the image list.
+Picture drawListPicture(int number, int scale) {
+    constexpr int ROUND_BUTTONS = 5;
+    const auto button = [&](int index, ButtonState state) {
+        return index < ROUND_BUTTONS ? drawRoundButton(index, state, scale)
+                                     : drawTile(index, state, scale);
+    };
+    if (number >= 27) {
+        return button(number - 27, ButtonState::Disabled);
+    }
+    if (number >= 22) {
+        return drawDisplayMark(number - 22, scale);
+    }
+    if (number >= 15) {
+        return button(number - 15, ButtonState::Pressed);
+    }
+    if (number >= 8) {
+        return button(number - 8, ButtonState::Hover);
+    }
+    return button(number - 1, ButtonState::Normal);
+}
+
+bool drawAll(const std::string& folder) {
+    const auto write = [&](std::string_view file, const Picture& picture) {
+        return writePicture(folder + "/" + std::string(file), picture);
+    };
+    bool good = write(BODY_PICTURE.file, drawBody(1));
+    for (std::size_t i = 0; i < LIST_PICTURES.size(); ++i) {
+        good = write(LIST_PICTURES.at(i).file, drawListPicture(static_cast<int>(i) + 1, 1)) && good;
+    }
+    good = write(VOLUME_PICTURE.file, drawLoudspeaker(1)) && good;
+    good = write(LOGO_PICTURE.file, drawLogo(1)) && good;
+    good = write(HAND_PICTURE.file, drawHand(1)) && good;
+    good = write(ICON_PICTURE.file, drawIcon(ICON_PICTURE.width, false)) && good;
+    for (const IconPicture& icon : ICON_PICTURES) {
+        good = write(icon.file, drawIcon(icon.size, true)) && good;
+    }
+    return good;
+}
+
+/// The whole player, with a button in each of its states.
+Picture drawPreview(int scale) {
+    struct Placed {
+        int number;
+        int left;
+        int top;
+    };
+    constexpr std::array<Placed, 8> PLACES{{
+        {1, 59, 144},
+        {9, 106, 176},
+        {17, 153, 208},
+        {4, 200, 176},
+        {31, 247, 144},
+        {6, 276, 34},
+        {7, 292, 34},
+        {24, 232, 77},
+    }};
+    Picture picture = drawBody(scale);
+    for (const Placed& placed : PLACES) {
+        paste(picture, drawListPicture(placed.number, scale), placed.left * scale,
+              placed.top * scale);
+    }
+    paste(picture, drawLogo(scale), 153 * scale, 123 * scale);
+    paste(picture, drawLoudspeaker(scale), 96 * scale, 77 * scale);
+    return picture;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments.size() == 1 && !arguments[0].starts_with("-")) {
+        return drawAll(arguments[0]) ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    if ((arguments.size() == 2 || arguments.size() == 3) && arguments[0] == "--preview") {
+        const int scale = arguments.size() == 3 ? std::atoi(arguments[2].c_str()) : 1;
+        if (scale >= 1 && scale <= 4) {
+            return writePicture(arguments[1], drawPreview(scale)) ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+    }
+    std::fputs("usage: draw_skin FOLDER\n       draw_skin --preview FILE.png [1..4]\n", stderr);
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,172 @@
+#include "skin/drawing/light.h"
+
+#include "skin/drawing/palette.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+namespace zvonivec::skin {
+
+namespace {
+
+/// A screen's value, 0 to 255, of an amount of light.
+double shown(double light) {
+    return std::sqrt(clamped(light, 0, 1)) * 255;
+}
+
+std::uint8_t whole(double value) {
+    return static_cast<std::uint8_t>(std::floor(value + 0.5));
+}
+
+} // namespace
+
+Drawing draw(const Scene& scene, Point from, int width, int height, int scale, int samples) {
+    const int columns = width * samples;
+    const double step = 1.0 / (scale * samples);
+    const auto place = [&](int column, int row) {
+        return Point{from.x + (column + 0.5) * step, from.y + (row + 0.5) * step};
+    };
+    // Heights of the sample rows above, at and below the current one, with one more sample on
+    // either side for the slopes.
+    using Row = std::vector<double>;
+    const auto heights = [&](int row) {
+        Row result(static_cast<std::size_t>(columns) + 2);
+        for (int column = -1; column <= columns; ++column) {
+            result[static_cast<std::size_t>(column + 1)] = scene.height(place(column, row));
+        }
+        return result;
+    };
+
+    Drawing drawing(width, height, Drop{{}, 0});
+    Row above = heights(-1);
+    Row here = heights(0);
+    for (int row = 0; row < height * samples; ++row) {
+        const Row below = heights(row + 1);
+        for (int column = 0; column < columns; ++column) {
+            const auto at = static_cast<std::size_t>(column) + 1;
+            const double dx = (here[at + 1] - here[at - 1]) / (2 * step);
+            const double dy = (below[at] - above[at]) / (2 * step);
+            const double size = std::sqrt(dx * dx + dy * dy + 1);
+            const Drop drop =
+                scene.colour(place(column, row), Direction{-dx / size, -dy / size, 1 / size});
+            Drop& pixel = drawing.at(column / samples, row / samples);
+            pixel.light = pixel.light + drop.light * drop.cover;
+            pixel.cover += drop.cover;
+        }
+        above = here;
+        here = below;
+    }
+    const double all = static_cast<double>(samples) * samples;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            Drop& pixel = drawing.at(x, y);
+            if (pixel.cover > 0) {
+                pixel.light = pixel.light * (1 / pixel.cover);
+                pixel.cover = pixel.cover / all;
+            }
+        }
+    }
+    return drawing;
+}
+
+Picture rounded(const Drawing& drawing) {
+    Picture picture = roundedWithAlpha(drawing);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            Rgba& pixel = picture.at(x, y);
+            pixel = pixel.a < 128 ? CLEAR : Rgba{pixel.r, pixel.g, pixel.b, 255};
+        }
+    }
+    return picture;
+}
+
+Picture roundedWithAlpha(const Drawing& drawing) {
+    Picture picture(drawing.width(), drawing.height());
+    for (int y = 0; y < drawing.height(); ++y) {
+        for (int x = 0; x < drawing.width(); ++x) {
+            const Drop& drop = drawing.at(x, y);
+            const std::uint8_t alpha = whole(clamped(drop.cover, 0, 1) * 255);
+            picture.at(x, y) = alpha == 0
+                                   ? CLEAR
+                                   : Rgba{whole(shown(drop.light.r)), whole(shown(drop.light.g)),
+                                          whole(shown(drop.light.b)), alpha};
+        }
+    }
+    return picture;
+}
+
+Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
+                 std::size_t colours) {
+    // Channels carry eight binary places, so that sums of shared-out errors stay exact.
+    constexpr int UNIT = 256;
+    using Channels = std::array<int, 3>;
+    const int width = drawing.width();
+    const int height = drawing.height();
+
+    Grid<Channels> wanted(width, height, Channels{});
+    std::vector<Rgba> free;
+    std::vector<Rgba> palette;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const Light light = drawing.at(x, y).light;
+            const std::array<double, 3> values{shown(light.r), shown(light.g), shown(light.b)};
+            for (std::size_t i = 0; i < 3; ++i) {
+                wanted.at(x, y)[i] = static_cast<int>(std::floor(values[i] * UNIT + 0.5));
+            }
+            if (mask.at(x, y) == 0) {
+                continue;
+            }
+            if (fixed.at(x, y).a == 0) {
+                free.push_back(Rgba{whole(values[0]), whole(values[1]), whole(values[2])});
+            } else {
+                bool known = false;
+                for (const Rgba& colour : palette) {
+                    known = known || colour == fixed.at(x, y);
+                }
+                if (!known) {
+                    palette.push_back(fixed.at(x, y));
+                }
+            }
+        }
+    }
+    const std::vector<Rgba> chosen = choosePalette(free, colours - palette.size());
+    palette.insert(palette.end(), chosen.begin(), chosen.end());
+
+    Picture picture(width, height, CLEAR);
+    // Every second row runs backwards: an error that always moved right would draw slanted worms.
+    for (int y = 0; y < height; ++y) {
+        const bool forth = y % 2 == 0;
+        for (int step = 0; step < width; ++step) {
+            const int x = forth ? step : width - 1 - step;
+            if (mask.at(x, y) == 0) {
+                continue;
+            }
+            if (fixed.at(x, y).a != 0) {
+                picture.at(x, y) = fixed.at(x, y);
+                continue;
+            }
+            const Channels& want = wanted.at(x, y);
+            const Rgba got = nearestColour(palette, want[0], want[1], want[2], UNIT);
+            picture.at(x, y) = got;
+            const Channels given{got.r * UNIT, got.g * UNIT, got.b * UNIT};
+            const int ahead = forth ? 1 : -1;
+            const auto share = [&](int column, int row, int sixteenths) {
+                if (column < 0 || column >= width || row >= height) {
+                    return;
+                }
+                for (std::size_t i = 0; i < 3; ++i) {
+                    wanted.at(column, row)[i] += (want[i] - given[i]) * sixteenths / 16;
+                }
+            };
+            share(x + ahead, y, 7);
+            share(x - ahead, y + 1, 3);
+            share(x, y + 1, 5);
+            share(x + ahead, y + 1, 1);
+        }
+    }
+    return picture;
+}
+
+} // namespace zvonivec::skin

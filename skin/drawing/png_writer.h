@@ -1,0 +1,13 @@
+// PNG files, compressed here so that their bytes don't depend on a library's version.
+#pragma once
+
+#include "skin/drawing/image.h"
+
+#include <string>
+
+namespace zvonivec::skin {
+
+/// The bytes of a PNG with 8 bits for each of red, green, blue and alpha.
+std::string pngBytes(const Picture& picture);
+
+} // namespace zvonivec::skin
