@@ -1,0 +1,196 @@
+#include "tests/support/display.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/Xrandr.h>
+#include <csignal>
+#include <filesystem>
+
+namespace support {
+
+namespace {
+
+int ignoreError(::Display*, XErrorEvent*) {
+    return 0;
+}
+
+void setMonitor(::Display* connection, const char* name, bool first, const Rectangle& place) {
+    XRRMonitorInfo* monitor = XRRAllocateMonitor(connection, 0);
+    monitor->name = XInternAtom(connection, name, False);
+    monitor->primary = first ? True : False;
+    monitor->x = place.x;
+    monitor->y = place.y;
+    monitor->width = place.width;
+    monitor->height = place.height;
+    // 96 dots per inch, in millimetres.
+    monitor->mwidth = place.width * 254 / 960;
+    monitor->mheight = place.height * 254 / 960;
+    RROutput output = None;
+    if (first) {
+        XRRScreenResources* resources =
+            XRRGetScreenResourcesCurrent(connection, DefaultRootWindow(connection));
+        if (resources != nullptr && resources->noutput > 0) {
+            output = resources->outputs[0];
+            monitor->noutput = 1;
+            monitor->outputs = &output;
+        }
+        XRRSetMonitor(connection, DefaultRootWindow(connection), monitor);
+        if (resources != nullptr) {
+            XRRFreeScreenResources(resources);
+        }
+    } else {
+        XRRSetMonitor(connection, DefaultRootWindow(connection), monitor);
+    }
+    XFree(monitor);
+}
+
+} // namespace
+
+Display::Display(const DisplayOptions& options)
+    : width_(options.width + options.secondWidth), height_(options.height) {
+    std::filesystem::create_directories(home());
+    std::filesystem::permissions(folder_.path(), std::filesystem::perms::owner_all);
+    // Servers that start at the same moment may take the same number away from each other.
+    bool started = false;
+    for (int attempt = 0; attempt < 3 && !started; ++attempt) {
+        started = startServer(options);
+    }
+    if (!started) {
+        problem_ = "Xvfb doesn't start: " + readFile(folder_.file("xvfb.log"));
+        return;
+    }
+    if (options.secondWidth > 0) {
+        setMonitor(connection_, "first", true, {0, 0, options.width, height_});
+        setMonitor(connection_, "second", false, {options.width, 0, options.secondWidth, height_});
+        XSync(connection_, False);
+    }
+    if (!options.windowManager.empty() && !startWindowManager(options.windowManager)) {
+        problem_ = options.windowManager +
+                   " doesn't start: " + readFile(folder_.file("window-manager.log"));
+    }
+}
+
+Display::~Display() {
+    windowManager_.terminate();
+    bus_.terminate();
+    if (connection_ != nullptr) {
+        XCloseDisplay(connection_);
+    }
+    server_.terminate();
+}
+
+bool Display::startServer(const DisplayOptions& options) {
+    const std::string number = folder_.file("number");
+    writeFile(number, "");
+    Process::Options files;
+    files.outputFile = number;
+    files.errorFile = folder_.file("xvfb.log");
+    const std::string size =
+        std::to_string(options.width + options.secondWidth) + "x" + std::to_string(options.height);
+    // Without -noreset the server would start anew when its last client goes.
+    server_ = Process({"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-dpi", "96",
+                       "-nolisten", "tcp", "-noreset"},
+                      files);
+    const bool announced = waitUntil(
+        [&] { return !server_.running() || readFile(number).find('\n') != std::string::npos; });
+    if (!announced || !server_.running()) {
+        server_.terminate();
+        return false;
+    }
+    name_ = ":" + std::to_string(std::stoi(readFile(number)));
+    XSetErrorHandler(ignoreError);
+    connection_ = XOpenDisplay(name_.c_str());
+    return connection_ != nullptr;
+}
+
+bool Display::startWindowManager(const std::string& name) {
+    Process::Options options;
+    options.environment = environment();
+    options.errorFile = folder_.file("window-manager.log");
+    if (name == "xfwm4") {
+        // It asks another program for its settings, over a message bus.
+        const std::string socket = folder_.file("bus");
+        bus_ = Process({"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                        "--address=unix:path=" + socket},
+                       options);
+        if (!waitUntil([&] { return std::filesystem::exists(socket); })) {
+            return false;
+        }
+        options.environment.emplace_back("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + socket);
+        windowManager_ = Process({"xfwm4", "--compositor=off"}, options);
+    } else {
+        windowManager_ = Process({"openbox", "--sm-disable"}, options);
+    }
+    return waitUntil([this] { return !rootProperty("_NET_SUPPORTING_WM_CHECK").empty(); },
+                     std::chrono::seconds(30)) &&
+           windowManagerWorks();
+}
+
+std::vector<unsigned long> Display::rootProperty(const char* name) const {
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long rest = 0;
+    unsigned char* data = nullptr;
+    std::vector<unsigned long> items;
+    if (XGetWindowProperty(connection_, DefaultRootWindow(connection_),
+                           XInternAtom(connection_, name, False), 0, 1000, False, XA_WINDOW, &type,
+                           &format, &count, &rest, &data) == Success &&
+        data != nullptr && format == 32) {
+        const auto* first = reinterpret_cast<unsigned long*>(data);
+        items.assign(first, first + count);
+    }
+    if (data != nullptr) {
+        XFree(data);
+    }
+    return items;
+}
+
+/// A window manager announces itself before it has finished starting, and may lose a window that is
+/// mapped in between: it is ready when it has taken a window in and let it go again.
+bool Display::windowManagerWorks() const {
+    const ::Window window =
+        XCreateSimpleWindow(connection_, DefaultRootWindow(connection_), 0, 0, 1, 1, 0, 0, 0);
+    bool managed = false;
+    for (int attempt = 0; attempt < 100 && !managed; ++attempt) {
+        XMapWindow(connection_, window);
+        managed = waitUntil([this] { return !rootProperty("_NET_CLIENT_LIST").empty(); },
+                            std::chrono::milliseconds(100));
+    }
+    XDestroyWindow(connection_, window);
+    return managed && waitUntil([this] { return rootProperty("_NET_CLIENT_LIST").empty(); });
+}
+
+void Display::killWindowManager() {
+    windowManager_.signal(SIGKILL);
+    windowManager_.waitForExit();
+}
+
+Process::Environment Display::environment() const {
+    return {
+        {"DISPLAY", name_},
+        {"HOME", home()},
+        {"XDG_RUNTIME_DIR", folder_.path()},
+        {"LC_ALL", "C.UTF-8"},
+        // An address that no library knows: else they would start a bus of their own.
+        {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+        {"NO_AT_BRIDGE", "1"},
+        {"WAYLAND_DISPLAY", ""},
+        {"XDG_SESSION_TYPE", ""},
+        {"XDG_CURRENT_DESKTOP", ""},
+        {"XDG_CONFIG_HOME", ""},
+        {"XDG_DATA_HOME", ""},
+        {"XDG_CACHE_HOME", ""},
+        {"XDG_STATE_HOME", ""},
+        {"DESKTOP_SESSION", ""},
+        {"SESSION_MANAGER", ""},
+        {"QT_QPA_PLATFORM", ""},
+        {"QT_QPA_PLATFORMTHEME", ""},
+        {"QT_STYLE_OVERRIDE", ""},
+        {"QT_SCALE_FACTOR", ""},
+        {"QT_IM_MODULE", ""},
+        {"XMODIFIERS", ""},
+    };
+}
+
+} // namespace support

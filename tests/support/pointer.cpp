@@ -1,0 +1,158 @@
+#include "tests/support/pointer.h"
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+#include <string>
+#include <vector>
+
+namespace support {
+
+void Pointer::moveTo(Point place) const {
+    XTestFakeMotionEvent(connection_, -1, place.x, place.y, CurrentTime);
+    XSync(connection_, False);
+}
+
+void Pointer::press(int button) const {
+    XTestFakeButtonEvent(connection_, static_cast<unsigned>(button), True, CurrentTime);
+    XSync(connection_, False);
+}
+
+void Pointer::release(int button) const {
+    XTestFakeButtonEvent(connection_, static_cast<unsigned>(button), False, CurrentTime);
+    XSync(connection_, False);
+}
+
+void Pointer::click(Point place, int button) const {
+    moveTo(place);
+    press(button);
+    release(button);
+}
+
+namespace {
+
+struct Key {
+    unsigned code = 0;
+    bool shifted = false;
+};
+
+/// The server's keyboard map: keysyms of the first group's plain and shifted level for each key.
+class KeyMap {
+public:
+    explicit KeyMap(::Display* connection) : connection_(connection) {
+        XDisplayKeycodes(connection, &first_, &last_);
+        symbols_ = XGetKeyboardMapping(connection, static_cast<KeyCode>(first_), last_ - first_ + 1,
+                                       &perKey_);
+    }
+    KeyMap(const KeyMap&) = delete;
+    KeyMap& operator=(const KeyMap&) = delete;
+    ~KeyMap() { XFree(symbols_); }
+
+    [[nodiscard]] Key find(KeySym symbol) const {
+        for (int code = first_; code <= last_; ++code) {
+            for (int level = 0; level < 2 && level < perKey_; ++level) {
+                if (at(code, level) == symbol) {
+                    return {static_cast<unsigned>(code), level == 1};
+                }
+            }
+        }
+        return {};
+    }
+
+    /// Puts a symbol on a key that has none.
+    void add(KeySym symbol) {
+        for (int code = last_; code >= first_; --code) {
+            bool isFree = true;
+            for (int level = 0; level < perKey_; ++level) {
+                isFree = isFree && at(code, level) == NoSymbol;
+            }
+            if (isFree) {
+                KeySym both[] = {symbol, symbol};
+                XChangeKeyboardMapping(connection_, code, 2, both, 1);
+                symbols_[(code - first_) * perKey_] = symbol;
+                return;
+            }
+        }
+    }
+
+private:
+    [[nodiscard]] KeySym at(int code, int level) const {
+        return symbols_[(code - first_) * perKey_ + level];
+    }
+
+    ::Display* connection_;
+    int first_ = 0;
+    int last_ = 0;
+    int perKey_ = 0;
+    KeySym* symbols_ = nullptr;
+};
+
+std::vector<KeySym> symbolsOf(std::string_view utf8) {
+    std::vector<KeySym> symbols;
+    for (std::size_t i = 0; i < utf8.size();) {
+        const auto lead = static_cast<unsigned char>(utf8[i]);
+        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        static constexpr unsigned masks[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+        KeySym code = lead & masks[length];
+        for (std::size_t k = 1; k < length && i + k < utf8.size(); ++k) {
+            code = (code << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3FU);
+        }
+        // Latin-1 has keysyms of its own; the rest of Unicode stands above this base.
+        symbols.push_back(code < 0x100 ? code : code + 0x01000000);
+        i += length;
+    }
+    return symbols;
+}
+
+void send(::Display* connection, unsigned code, bool down) {
+    XTestFakeKeyEvent(connection, code, down ? True : False, CurrentTime);
+}
+
+void strike(::Display* connection, const Key& key) {
+    const unsigned shift = XKeysymToKeycode(connection, XK_Shift_L);
+    if (key.shifted) {
+        send(connection, shift, true);
+    }
+    send(connection, key.code, true);
+    send(connection, key.code, false);
+    if (key.shifted) {
+        send(connection, shift, false);
+    }
+}
+
+} // namespace
+
+void Keyboard::key(const char* name, const char* held) const {
+    const unsigned modifier =
+        held == nullptr
+            ? 0
+            : XKeysymToKeycode(connection_, XStringToKeysym((std::string(held) + "_L").c_str()));
+    if (modifier != 0) {
+        send(connection_, modifier, true);
+    }
+    const unsigned code = XKeysymToKeycode(connection_, XStringToKeysym(name));
+    send(connection_, code, true);
+    send(connection_, code, false);
+    if (modifier != 0) {
+        send(connection_, modifier, false);
+    }
+    XSync(connection_, False);
+}
+
+void Keyboard::type(std::string_view utf8) const {
+    const std::vector<KeySym> symbols = symbolsOf(utf8);
+    KeyMap map(connection_);
+    // All new keys first: a client that reads the changed map late still finds each of them.
+    for (const KeySym symbol : symbols) {
+        if (map.find(symbol).code == 0) {
+            map.add(symbol);
+        }
+    }
+    XSync(connection_, False);
+    for (const KeySym symbol : symbols) {
+        strike(connection_, map.find(symbol));
+    }
+    XSync(connection_, False);
+}
+
+} // namespace support
