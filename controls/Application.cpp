@@ -1,0 +1,99 @@
+#include "controls/Application.h"
+
+#include "controls/accessibility.h"
+#include "controls/units.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QScreen>
+#include <QTranslator>
+#include <vector>
+
+namespace zvonivec {
+
+namespace {
+
+int loadedForms = 0; // user-interface thread
+
+} // namespace
+
+/// QApplication keeps references to its arguments, so they live beside it.
+struct Application::Toolkit {
+    std::vector<std::string> arguments;
+    std::vector<char*> pointers;
+    int count = 0;
+    std::unique_ptr<QApplication> application;
+    QTranslator czech;
+};
+
+Application::Application(const std::string& title, const std::string& backEnds)
+    : toolkit_(std::make_unique<Toolkit>()) {
+    // The program takes no arguments; these are for the toolkit alone.
+    toolkit_->arguments = {"zvonivec", "-platform", backEnds};
+    for (std::string& argument : toolkit_->arguments) {
+        toolkit_->pointers.push_back(argument.data());
+    }
+    toolkit_->count = static_cast<int>(toolkit_->pointers.size());
+    toolkit_->pointers.push_back(nullptr);
+
+    QApplication::setApplicationName(QStringLiteral("zvonivec"));
+    QApplication::setApplicationDisplayName(QString::fromStdString(title));
+    QApplication::setDesktopFileName(QStringLiteral("zvonivec"));
+    toolkit_->application =
+        std::make_unique<QApplication>(toolkit_->count, toolkit_->pointers.data());
+    // A hidden or minimised window is no reason to end.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    // The dialog's own buttons speak Czech too.
+    if (toolkit_->czech.load(QLocale(QLocale::Czech, QLocale::CzechRepublic),
+                             QStringLiteral("qtbase"), QStringLiteral("_"),
+                             QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QApplication::installTranslator(&toolkit_->czech);
+    }
+    exposeControls();
+}
+
+Application::~Application() = default;
+
+int Application::run() {
+    return loadedForms > 0 ? QApplication::exec() : 0;
+}
+
+void Application::formLoaded() {
+    ++loadedForms;
+}
+
+void Application::formUnloaded() {
+    // exit, not quit: quit asks the windows, and ends only the innermost of nested loops.
+    if (--loadedForms == 0) {
+        QCoreApplication::exit(0);
+    }
+}
+
+void Application::post(std::function<void()> function) {
+    QMetaObject::invokeMethod(qApp, std::move(function), Qt::QueuedConnection);
+}
+
+std::string Application::programFolder() {
+    return QFile::encodeName(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()))
+        .toStdString();
+}
+
+void DoEvents() {
+    QCoreApplication::processEvents();
+}
+
+float Screen::Width() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? toTwips(screen->geometry().width()) : 0;
+}
+
+float Screen::Height() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? toTwips(screen->geometry().height()) : 0;
+}
+
+} // namespace zvonivec

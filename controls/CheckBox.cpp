@@ -1,0 +1,85 @@
+#include "controls/CheckBox.h"
+
+#include "controls/caption_text.h"
+#include "controls/control_widget.h"
+#include "controls/font.h"
+
+#include <QAccessible>
+#include <QPainter>
+#include <utility>
+
+namespace zvonivec {
+
+namespace {
+
+constexpr int boxSize = 13;
+constexpr int captionGap = 4;
+
+} // namespace
+
+CheckBox::CheckBox(Control& container, std::string name) : Control(container, std::move(name)) {}
+
+void CheckBox::setValue(std::int32_t value) {
+    if (value < 0 || value > 2 || value == value_) {
+        return;
+    }
+    value_ = static_cast<std::int16_t>(value);
+    repaint();
+    if (QAccessible::isActive()) {
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent event(&widget(), changed);
+        QAccessible::updateAccessibility(&event);
+    }
+    if (Click) {
+        Click();
+    }
+}
+
+void CheckBox::press() {
+    if (Enabled()) {
+        setValue(value_ == 0 ? 1 : 0);
+    }
+}
+
+void CheckBox::lay(const ControlLayout& row) {
+    Control::lay(row);
+    caption_ = row.Caption;
+    bold_ = row.Bold;
+    repaint();
+}
+
+AccessibleTraits CheckBox::accessibleTraits() const {
+    return {.role = AccessibleTraits::Role::checkBox,
+            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString()};
+}
+
+void CheckBox::paint(QPainter& painter) {
+    const QRect all = painter.window();
+    painter.fillRect(all, toQColor(BackColor()));
+
+    const QRect box(0, (all.height() - boxSize) / 2, boxSize, boxSize);
+    painter.fillRect(box, QColor(6, 26, 32));
+    painter.setPen(toQColor(ForeColor()));
+    painter.drawRect(box.adjusted(0, 0, -1, -1));
+    if (value_ != 0) {
+        QPen mark(toQColor(ForeColor()), 2);
+        mark.setCapStyle(Qt::SquareCap);
+        painter.setPen(mark);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QPointF corner = box.topLeft();
+        const QPointF points[] = {corner + QPointF(3.5, 6.5), corner + QPointF(5.5, 8.8),
+                                  corner + QPointF(9.5, 3.8)};
+        painter.setOpacity(value_ == 2 ? 0.5 : 1.0);
+        painter.drawPolyline(points, 3);
+        painter.setOpacity(1.0);
+    }
+
+    painter.setFont(formFont(bold_));
+    painter.setPen(toQColor(ForeColor()));
+    painter.drawText(all.adjusted(boxSize + captionGap, 0, 0, 0),
+                     Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
+                     CaptionText::of(QString::fromStdString(caption_)).text);
+}
+
+} // namespace zvonivec

@@ -1,0 +1,34 @@
+// A switch with a caption.
+#pragma once
+
+#include "controls/Control.h"
+#include "controls/ControlLayout.h"
+
+namespace zvonivec {
+
+class CheckBox : public Control {
+public:
+    CheckBox(Control& container, std::string name);
+
+    /// 0 off, 1 on, 2 undecided; any other value is refused. A new value raises Click.
+    [[nodiscard]] std::int16_t Value() const { return value_; }
+    void setValue(std::int32_t value);
+
+    [[nodiscard]] const std::string& Caption() const { return caption_; }
+
+    /// Raised after Value has changed, whoever changed it.
+    std::function<void()> Click;
+
+    void press() override;
+    void lay(const ControlLayout& row) override;
+    [[nodiscard]] AccessibleTraits accessibleTraits() const override;
+
+private:
+    void paint(QPainter& painter) override;
+
+    std::string caption_;
+    bool bold_ = false;
+    std::int16_t value_ = 0;
+};
+
+} // namespace zvonivec

@@ -1,0 +1,65 @@
+#include "controls/CommonDialog.h"
+
+#include "controls/Form.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace zvonivec {
+
+namespace {
+
+/// "*.*" means every file here, also one without a point in its name.
+QStringList nameFilters(const std::string& filter) {
+    const QStringList parts = QString::fromStdString(filter).split(u'|', Qt::SkipEmptyParts);
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString name = parts[i].section(QStringLiteral(" ("), 0, 0);
+        const QString patterns = parts[i + 1] == QStringLiteral("*.*")
+                                     ? QStringLiteral("*")
+                                     : parts[i + 1] + u' ' + parts[i + 1].toUpper();
+        filters.append(QStringLiteral("%1 (%2)").arg(name, patterns));
+    }
+    return filters;
+}
+
+std::string toPath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
+
+QString fromPath(const std::string& path) {
+    return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+} // namespace
+
+std::string SystemDialog::startFolder() const {
+    const QFileInfo start(fromPath(InitDir));
+    if (start.isDir()) {
+        return InitDir;
+    }
+    if ((start.isFile() || InitDir == lastChosen_) && start.absoluteDir().exists()) {
+        return toPath(start.absolutePath());
+    }
+    const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    return toPath(QFileInfo(music).isDir() ? music : QDir::homePath());
+}
+
+std::optional<std::string> SystemDialog::ShowOpen() {
+    QFileDialog dialog(owner_ != nullptr ? QWidget::find(owner_->hWnd()) : nullptr,
+                       QString::fromStdString(DialogTitle), fromPath(startFolder()));
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode((Flags & fileMustExist) != 0 ? QFileDialog::ExistingFile
+                                                    : QFileDialog::AnyFile);
+    dialog.setNameFilters(nameFilters(Filter));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    lastChosen_ = toPath(dialog.selectedFiles().constFirst());
+    return lastChosen_;
+}
+
+} // namespace zvonivec

@@ -1,0 +1,123 @@
+#include "controls/Control.h"
+
+#include "controls/ControlLayout.h"
+#include "controls/control_widget.h"
+
+#include <QAccessible>
+#include <cmath>
+#include <utility>
+
+namespace zvonivec {
+
+Control::Control(Control& container, std::string name)
+    : Control(std::move(name), std::make_unique<ControlWidget>(container.widget_.get())) {
+    widget_->show();
+}
+
+Control::Control(std::string name, std::unique_ptr<ControlWidget> window)
+    : name_(std::move(name)), widget_(std::move(window)) {
+    widget_->attach(*this);
+}
+
+Control::~Control() = default;
+
+void Control::place() {
+    widget_->setGeometry(toPixels(left_), toPixels(top_), toPixels(width_), toPixels(height_));
+}
+
+void Control::setLeft(float twips) {
+    if (std::isfinite(twips)) {
+        left_ = twips;
+        place();
+    }
+}
+
+void Control::setTop(float twips) {
+    if (std::isfinite(twips)) {
+        top_ = twips;
+        place();
+    }
+}
+
+void Control::setWidth(float twips) {
+    setSize(twips, height_);
+}
+
+void Control::setSize(float width, float height) {
+    if (std::isfinite(width) && std::isfinite(height) && width >= 0 && height >= 0) {
+        width_ = width;
+        height_ = height;
+        place();
+    }
+}
+
+void Control::setVisible(bool on) {
+    visible_ = on;
+    widget_->setVisible(on);
+}
+
+void Control::setEnabled(bool on) {
+    enabled_ = on;
+    widget_->setEnabled(on);
+}
+
+void Control::setToolTipText(const std::string& text) {
+    if (text != toolTipText_) {
+        toolTipText_ = text;
+        widget_->refreshToolTip();
+        announceName();
+    }
+}
+
+void Control::setForeColor(Color color) {
+    if (color != foreColor_) {
+        foreColor_ = color;
+        repaint();
+    }
+}
+
+void Control::setBackColor(Color color) {
+    if (color != backColor_) {
+        backColor_ = color;
+        repaint();
+    }
+}
+
+void Control::lay(const ControlLayout& row) {
+    left_ = row.Left;
+    top_ = row.Top;
+    width_ = row.Width;
+    height_ = row.Height;
+    place();
+    setToolTipText(std::string(row.ToolTipText));
+    setForeColor(row.ForeColor);
+    setBackColor(row.BackColor);
+    setEnabled(row.Enabled);
+    setVisible(row.Visible);
+}
+
+void Control::press() {
+    if (!enabled_) {
+        return;
+    }
+    const MouseArgs left{.Button = 1, .Shift = 0, .X = Width() / 2, .Y = Height() / 2};
+    if (MouseDown) {
+        MouseDown(left);
+    }
+    if (MouseUp) {
+        MouseUp(left);
+    }
+}
+
+void Control::repaint() {
+    widget_->update();
+}
+
+void Control::announceName() {
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(widget_.get(), QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+} // namespace zvonivec

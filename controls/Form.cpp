@@ -1,0 +1,140 @@
+#include "controls/Form.h"
+
+#include "controls/Application.h"
+#include "controls/control_widget.h"
+#include "controls/picture_data.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <algorithm>
+#include <utility>
+
+namespace zvonivec {
+
+namespace {
+
+Qt::WindowFlags flagsOf(Form::Kind kind) {
+    if (kind == Form::Kind::popup) {
+        return Qt::Tool | Qt::FramelessWindowHint;
+    }
+    // The hints beside the missing frame let the window manager minimise and close the window from
+    // its own menu and from the taskbar.
+    return Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+}
+
+} // namespace
+
+Form::Form(std::string name, Kind kind, float width, float height)
+    : Control(std::move(name), std::make_unique<ControlWidget>(nullptr, flagsOf(kind))) {
+    setSize(width, height);
+    widget().setFixedSize(toPixels(width), toPixels(height));
+    widget().setAttribute(Qt::WA_OpaquePaintEvent);
+    widget().CloseRequested = [this] { Form_CloseRequest(); };
+    Control::setVisible(false);
+    Application::formLoaded();
+}
+
+Form::~Form() {
+    if (loaded_) {
+        Application::formUnloaded();
+    }
+}
+
+float Form::Left() const {
+    return toTwips(widget().x());
+}
+
+float Form::Top() const {
+    return toTwips(widget().y());
+}
+
+void Form::setLeft(float twips) {
+    widget().move(toPixels(twips), widget().y());
+}
+
+void Form::setTop(float twips) {
+    widget().move(widget().x(), toPixels(twips));
+}
+
+void Form::setVisible(bool on) {
+    if (loaded_ || !on) {
+        Control::setVisible(on);
+    }
+}
+
+void Form::setCaption(const std::string& text) {
+    widget().setWindowTitle(QString::fromStdString(text));
+}
+
+std::string Form::Caption() const {
+    return widget().windowTitle().toStdString();
+}
+
+void Form::setIcon(const Picture& icon) {
+    widget().setWindowIcon(QIcon(pixmapOf(icon)));
+}
+
+void Form::setPicture(const Picture& picture) {
+    picture_ = picture;
+    repaint();
+}
+
+enum Form::WindowState Form::WindowState() const {
+    if (widget().isMinimized()) {
+        return WindowState::minimized;
+    }
+    return widget().isMaximized() ? WindowState::maximized : WindowState::normal;
+}
+
+void Form::setWindowState(enum WindowState state) {
+    if (!loaded_) {
+        return;
+    }
+    switch (state) {
+    case WindowState::normal:
+        widget().showNormal();
+        break;
+    case WindowState::minimized:
+        widget().showMinimized();
+        break;
+    case WindowState::maximized:
+        break; // A drawn window has one size.
+    }
+}
+
+std::uintptr_t Form::hWnd() const {
+    return widget().winId();
+}
+
+void Form::Unload() {
+    if (!loaded_ || unloading_) {
+        return;
+    }
+    unloading_ = true;
+    Form_QueryUnload();
+    setVisible(false);
+    loaded_ = false;
+    Form_Unload();
+    Application::formUnloaded();
+}
+
+AccessibleTraits Form::accessibleTraits() const {
+    return {.role = AccessibleTraits::Role::window, .name = Caption()};
+}
+
+void Form::layOut(std::span<const ControlLayout> table, std::span<Control* const> controls) {
+    for (const ControlLayout& row : table) {
+        const auto named = std::ranges::find_if(
+            controls, [&row](const Control* control) { return control->Name() == row.Name; });
+        if (named != controls.end()) {
+            (*named)->lay(row);
+        }
+    }
+}
+
+void Form::paint(QPainter& painter) {
+    painter.drawPixmap(0, 0, pixmapOf(picture_));
+}
+
+} // namespace zvonivec

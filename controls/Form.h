@@ -1,0 +1,74 @@
+// A window without a frame that the program draws all of.
+#pragma once
+
+#include "controls/Control.h"
+#include "controls/ControlLayout.h"
+#include "controls/Picture.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace zvonivec {
+
+class Form : public Control {
+public:
+    enum class Kind {
+        main, ///< has a taskbar entry and can be minimised
+        popup ///< lies above the main window and has neither
+    };
+    enum class WindowState { normal = 0, minimized = 1, maximized = 2 };
+
+    ~Form() override;
+
+    /// Twips from the screen's upper left corner: where the window is now, and where it goes to.
+    /// It may lie off every screen.
+    [[nodiscard]] float Left() const override;
+    [[nodiscard]] float Top() const override;
+    void setLeft(float twips) override;
+    void setTop(float twips) override;
+
+    /// An unloaded form stays hidden.
+    void setVisible(bool on) override;
+
+    /// Text in the taskbar.
+    void setCaption(const std::string& text);
+    [[nodiscard]] std::string Caption() const;
+    void setIcon(const Picture& icon);
+    /// The picture that fills the window.
+    void setPicture(const Picture& picture);
+
+    [[nodiscard]] enum WindowState WindowState() const;
+    void setWindowState(enum WindowState state);
+
+    /// The window system's name of the window.
+    [[nodiscard]] std::uintptr_t hWnd() const;
+
+    /// From the first use until Unload. The program ends when the last loaded form is unloaded.
+    [[nodiscard]] bool Loaded() const { return loaded_; }
+    /// Runs Form_QueryUnload, hides the window, then runs Form_Unload. The form's controls stay, so
+    /// that a handler which is under way can finish. A form that isn't loaded: nothing.
+    void Unload();
+
+    [[nodiscard]] AccessibleTraits accessibleTraits() const override;
+
+protected:
+    Form(std::string name, Kind kind, float width, float height);
+
+    virtual void Form_QueryUnload() {}
+    virtual void Form_Unload() {}
+    /// The window manager or the session asks the window to close.
+    virtual void Form_CloseRequest() { Unload(); }
+
+    /// Gives each named control its row of the table.
+    static void layOut(std::span<const ControlLayout> table, std::span<Control* const> controls);
+
+private:
+    void paint(QPainter& painter) override;
+
+    Picture picture_;
+    bool loaded_ = true;
+    bool unloading_ = false;
+};
+
+} // namespace zvonivec

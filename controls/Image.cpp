@@ -1,0 +1,47 @@
+#include "controls/Image.h"
+
+#include "controls/ControlLayout.h"
+#include "controls/picture_data.h"
+
+#include <QPainter>
+#include <utility>
+
+namespace zvonivec {
+
+Image::Image(Control& container, std::string name) : Control(container, std::move(name)) {}
+
+void Image::setPicture(const Picture& picture) {
+    if (picture == picture_) {
+        return;
+    }
+    picture_ = picture;
+    if (picture_) {
+        setSize(toTwips(picture_.width()), toTwips(picture_.height()));
+    }
+    repaint();
+}
+
+void Image::setAccessibleName(const std::string& name) {
+    if (name != accessibleName_) {
+        accessibleName_ = name;
+        announceName();
+    }
+}
+
+void Image::lay(const ControlLayout& row) {
+    Control::lay(row);
+    if (!row.Picture.empty()) {
+        setPicture(Picture(row.Picture));
+    }
+}
+
+AccessibleTraits Image::accessibleTraits() const {
+    return {.role = MouseUp ? AccessibleTraits::Role::button : AccessibleTraits::Role::graphic,
+            .name = ToolTipText().empty() ? accessibleName_ : ToolTipText()};
+}
+
+void Image::paint(QPainter& painter) {
+    painter.drawPixmap(0, 0, pixmapOf(picture_));
+}
+
+} // namespace zvonivec

@@ -1,0 +1,93 @@
+#include "controls/Label.h"
+
+#include "controls/caption_text.h"
+#include "controls/control_widget.h"
+#include "controls/font.h"
+
+#include <QPainter>
+#include <QTextLayout>
+#include <algorithm>
+#include <utility>
+
+namespace zvonivec {
+
+namespace {
+
+constexpr int minimumWidth = 3;
+
+int flagsOf(Alignment alignment) {
+    switch (alignment) {
+    case Alignment::right:
+        return Qt::AlignRight | Qt::AlignTop;
+    case Alignment::center:
+        return Qt::AlignHCenter | Qt::AlignTop;
+    case Alignment::left:
+        break;
+    }
+    return Qt::AlignLeft | Qt::AlignTop;
+}
+
+} // namespace
+
+Label::Label(Control& container, std::string name) : Control(container, std::move(name)) {}
+
+void Label::setCaption(const std::string& text) {
+    if (text == caption_) {
+        return;
+    }
+    caption_ = text;
+    fit();
+    repaint();
+    announceName();
+}
+
+void Label::fit() {
+    if (!autoSize_) {
+        return;
+    }
+    const QFontMetrics metrics(formFont(bold_));
+    const QString shown = CaptionText::of(QString::fromStdString(caption_)).text;
+    const float width = toTwips(std::max(minimumWidth, metrics.horizontalAdvance(shown)));
+    const float right = Left() + Width();
+    setSize(width, toTwips(metrics.height()));
+    if (alignment_ == Alignment::right) {
+        setLeft(right - width);
+    }
+}
+
+void Label::lay(const ControlLayout& row) {
+    bold_ = row.Bold;
+    autoSize_ = row.AutoSize;
+    transparent_ = row.Transparent;
+    alignment_ = row.Alignment;
+    Control::lay(row);
+    setCaption(std::string(row.Caption));
+}
+
+AccessibleTraits Label::accessibleTraits() const {
+    return {.role = AccessibleTraits::Role::text,
+            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString()};
+}
+
+void Label::paint(QPainter& painter) {
+    if (!transparent_) {
+        painter.fillRect(painter.window(), toQColor(BackColor()));
+    }
+    painter.setFont(formFont(bold_));
+    painter.setPen(toQColor(ForeColor()));
+    const CaptionText shown = CaptionText::of(QString::fromStdString(caption_));
+    const int flags = flagsOf(alignment_) | Qt::TextSingleLine;
+    painter.drawText(painter.window(), flags, shown.text);
+    if (!shown.underlined.isEmpty()) {
+        const QFontMetrics metrics = painter.fontMetrics();
+        const int left = painter.boundingRect(painter.window(), flags, shown.text).left();
+        for (const int place : shown.underlined) {
+            const int from = left + metrics.horizontalAdvance(shown.text, place);
+            const int to = left + metrics.horizontalAdvance(shown.text, place + 1);
+            const int line = metrics.ascent() + 1;
+            painter.drawLine(from, line, to - 1, line);
+        }
+    }
+}
+
+} // namespace zvonivec

@@ -1,0 +1,33 @@
+// A line of text on a form.
+#pragma once
+
+#include "controls/Control.h"
+#include "controls/ControlLayout.h"
+
+namespace zvonivec {
+
+class Label : public Control {
+public:
+    Label(Control& container, std::string name);
+
+    /// "&&" shows as "&", "&x" as an underlined x; control characters show as blanks. A label that
+    /// sizes itself takes the size of its caption, 3 pixels wide at least; a right-aligned one
+    /// keeps its right edge.
+    [[nodiscard]] const std::string& Caption() const { return caption_; }
+    void setCaption(const std::string& text);
+
+    void lay(const ControlLayout& row) override;
+    [[nodiscard]] AccessibleTraits accessibleTraits() const override;
+
+private:
+    void paint(QPainter& painter) override;
+    void fit();
+
+    std::string caption_;
+    bool bold_ = false;
+    bool autoSize_ = false;
+    bool transparent_ = true;
+    enum Alignment alignment_ = Alignment::left;
+};
+
+} // namespace zvonivec

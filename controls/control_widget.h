@@ -1,0 +1,46 @@
+// The Qt side of a control: turns Qt's events into the control's.
+#pragma once
+
+#include "controls/Control.h"
+
+#include <QWidget>
+
+namespace zvonivec {
+
+[[nodiscard]] inline QColor toQColor(Color color) {
+    return {static_cast<int>(color & 0xFFU), static_cast<int>(color >> 8U & 0xFFU),
+            static_cast<int>(color >> 16U & 0xFFU)};
+}
+
+class ControlWidget : public QWidget {
+public:
+    /// A widget in another, or a window (parent null). It stays hidden until it is shown.
+    explicit ControlWidget(QWidget* parent, Qt::WindowFlags flags = {});
+
+    /// Called once, by the control that owns the widget.
+    void attach(Control& control);
+    [[nodiscard]] Control& control() const { return *control_; }
+
+    /// Shows a new tooltip text at once where the old one is on the screen.
+    void refreshToolTip();
+
+    /// Runs when the window system asks the window to close; the window itself stays.
+    std::function<void()> CloseRequested;
+    /// Runs when the window has lost the keyboard to another one.
+    std::function<void()> Deactivated;
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void takePress(const QMouseEvent& event);
+    void takeRelease(const QMouseEvent& event);
+    void showToolTip(const QPoint& globalPosition);
+
+    Control* control_ = nullptr;
+    Qt::MouseButtons captured_; ///< buttons whose press this control got
+};
+
+} // namespace zvonivec

@@ -1,0 +1,28 @@
+// Measures and colours of the forms.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+namespace zvonivec {
+
+/// Places and sizes are in twips, relative to the container: 15 to a logical pixel.
+inline constexpr float TWIPS_PER_PIXEL = 15.0F;
+
+/// The nearest whole pixel; halves go up, so that a thing which slides by whole pixels never jumps.
+[[nodiscard]] inline int toPixels(float twips) {
+    return static_cast<int>(std::floor(twips / TWIPS_PER_PIXEL + 0.5F));
+}
+
+[[nodiscard]] inline float toTwips(int pixels) {
+    return static_cast<float>(pixels) * TWIPS_PER_PIXEL;
+}
+
+/// 0x00BBGGRR.
+using Color = std::uint32_t;
+
+[[nodiscard]] constexpr Color rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
+    return blue << 16U | green << 8U | red;
+}
+
+} // namespace zvonivec

@@ -1,0 +1,47 @@
+// Texts, numbers and colours that more than one part of the program shares.
+#pragma once
+
+#include "controls/units.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zvonivec {
+
+inline constexpr const char* APPLICATION_TITLE = "Zvonivec MP3 Player 0.0.7";
+inline constexpr const char* WELCOME_TEXT = "Vítejte v programu Zvonivec MP3 Player 0.0.7";
+
+/// gHoverIndex when no button shows its hover picture.
+inline constexpr std::int16_t NO_BUTTON = 10;
+
+/// The buttons of the strip.
+enum ButtonIndex : std::int16_t {
+    buttonRewind = 0,
+    buttonPause = 1,
+    buttonPlay = 2,
+    buttonStop = 3,
+    buttonForward = 4,
+    buttonMinimize = 5,
+    buttonClose = 6,
+};
+inline constexpr std::size_t BUTTON_COUNT = 7;
+/// Buttons 0 to 4 need a file, and they alone have a display mark and a disabled picture.
+inline constexpr std::size_t PLAYBACK_BUTTON_COUNT = 5;
+
+/// A button's picture in the image list is its index plus one of these.
+enum PictureOffset : std::size_t {
+    pictureNormal = 1,
+    pictureHover = 8,
+    picturePressed = 15,
+    pictureMark = 22,
+    pictureDisabled = 27,
+};
+
+/// Colours of the popup menu. An item is available unless it has DISABLED_ITEM_COLOR; item 1's
+/// colour also tells whether a file is loaded.
+inline constexpr Color MENU_BACK_COLOR = 0xC0A000;
+inline constexpr Color HIGHLIGHT_BACK_COLOR = 0xC0C000;
+inline constexpr Color ENABLED_ITEM_COLOR = 0x80FFFF;
+inline constexpr Color DISABLED_ITEM_COLOR = 0x00C0C0;
+
+} // namespace zvonivec

@@ -1,0 +1,91 @@
+#include "main_window/frmPlayer.h"
+
+#include "main_window/layout.h"
+#include "skin/pictures.h"
+
+#include <utility>
+#include <vector>
+
+namespace zvonivec {
+
+frmPlayer::frmPlayer(Parts parts)
+    : Form("frmPlayer", Kind::main, layout::WINDOW_WIDTH, layout::WINDOW_HEIGHT),
+      picBGround(*this, "picBGround"), picDisplay(picBGround, "picDisplay"),
+      lbl_Info(picDisplay, "lbl_Info"), lbl_Info_SH(picDisplay, "lbl_Info_SH"),
+      Timer1(layout::TIMER_INTERVAL), CD(std::move(parts.dialog)), PB(*this, "PB"),
+      imgVolume(*this, "imgVolume"), WMP(std::move(parts.engine)), lblStatus(*this, "lblStatus"),
+      imgLogo(*this, "imgLogo"), imgDisplay_Mark(*this, "imgDisplay_Mark"),
+      imgButtons{Image(*this, "imgButtons_0"), Image(*this, "imgButtons_1"),
+                 Image(*this, "imgButtons_2"), Image(*this, "imgButtons_3"),
+                 Image(*this, "imgButtons_4"), Image(*this, "imgButtons_5"),
+                 Image(*this, "imgButtons_6")},
+      lblTime{Label(*this, "lblTime_0"), Label(*this, "lblTime_1")}, boxes_(std::move(parts.boxes)),
+      programFolder_(std::move(parts.programFolder)) {
+    setCaption(APPLICATION_TITLE);
+    setIcon(Picture(skin::ICON_PICTURE.file));
+    setPicture(Picture(skin::BODY_PICTURE.file));
+    for (const skin::ListPicture& picture : skin::LIST_PICTURES) {
+        imgList.add(Picture(picture.file));
+    }
+    PB.setMouseIcon(Picture(skin::HAND_PICTURE.file), skin::HAND_HOT_SPOT_X, skin::HAND_HOT_SPOT_Y);
+
+    std::vector<Control*> controls{&picBGround, &picDisplay, &lbl_Info, &lbl_Info_SH,    &PB,
+                                   &imgVolume,  &lblStatus,  &imgLogo,  &imgDisplay_Mark};
+    for (Image& button : imgButtons) {
+        controls.push_back(&button);
+    }
+    for (Label& time : lblTime) {
+        controls.push_back(&time);
+    }
+    layOut(layout::controls(), controls);
+    connectHandlers();
+}
+
+frmPlayer::~frmPlayer() {
+    // The engine's events stop before the controls that they would change go.
+    WMP->PlayStateChange = nullptr;
+    WMP->MediaError = nullptr;
+}
+
+void frmPlayer::connectHandlers() {
+    for (std::int16_t i = 0; i < static_cast<std::int16_t>(BUTTON_COUNT); ++i) {
+        Image& button = imgButtons[static_cast<std::size_t>(i)];
+        button.MouseDown = [this, i](const MouseArgs& mouse) { imgButtons_MouseDown(i, mouse); };
+        button.MouseMove = [this, i](const MouseArgs& mouse) { imgButtons_MouseMove(i, mouse); };
+        button.MouseUp = [this, i](const MouseArgs& mouse) { imgButtons_MouseUp(i, mouse); };
+    }
+    MouseMove = [this](const MouseArgs& mouse) { Form_MouseMove(mouse); };
+    imgLogo.MouseDown = [this](const MouseArgs& mouse) { imgLogo_MouseDown(mouse); };
+    imgLogo.MouseUp = [this](const MouseArgs& mouse) { imgLogo_MouseUp(mouse); };
+    PB.MouseMove = [this](const MouseArgs& mouse) { PB_MouseMove(mouse); };
+    PB.MouseUp = [this](const MouseArgs& mouse) { PB_MouseUp(mouse); };
+    imgVolume.MouseUp = [this](const MouseArgs& mouse) { imgVolume_MouseUp(mouse); };
+    lblStatus.MouseUp = [this](const MouseArgs& mouse) { lblStatus_MouseUp(mouse); };
+    Timer1.Tick = [this] { Timer1_Timer(); };
+    WMP->PlayStateChange = [this](PlayState newState) { WMP_PlayStateChange(newState); };
+    WMP->MediaError = [this] { WMP_MediaError(); };
+}
+
+frmPopup& frmPlayer::Popup() {
+    if (!popup_) {
+        popup_ = std::make_unique<frmPopup>();
+    }
+    return *popup_;
+}
+
+void frmPlayer::CloseApplication() {
+    Popup().Unload();
+    Unload();
+}
+
+void frmPlayer::Form_Unload() {
+    Timer1.setEnabled(false);
+    WMP->setURL("");
+}
+
+bool frmPlayer::passEvents(std::uint32_t call) {
+    DoEvents();
+    return Loaded() && call == showPlaybackCalls_;
+}
+
+} // namespace zvonivec

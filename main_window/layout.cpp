@@ -1,0 +1,135 @@
+#include "main_window/layout.h"
+
+#include "main_window/constants.h"
+#include "skin/pictures.h"
+
+#include <array>
+
+namespace zvonivec::layout {
+
+namespace {
+
+constexpr Color DISPLAY_COLOR = rgb(0, 160, 192);
+constexpr std::size_t STOP_MARK = std::size_t{buttonStop} + std::size_t{pictureMark};
+
+constexpr std::array CONTROLS{
+    ControlLayout{.Name = "picBGround",
+                  .Left = 1290,
+                  .Top = 860,
+                  .Width = 2455,
+                  .Height = 220,
+                  .BackColor = DISPLAY_COLOR},
+    ControlLayout{.Name = "picDisplay", .Width = 2455, .Height = 220, .BackColor = DISPLAY_COLOR},
+    ControlLayout{.Name = "lbl_Info",
+                  .Width = 3855,
+                  .Height = 195,
+                  .Caption = WELCOME_TEXT,
+                  .ForeColor = rgb(255, 255, 0),
+                  .Bold = true,
+                  .AutoSize = true},
+    ControlLayout{.Name = "lbl_Info_SH",
+                  .Left = 15,
+                  .Top = 15,
+                  .Width = 3855,
+                  .Height = 195,
+                  .Caption = WELCOME_TEXT,
+                  .ForeColor = rgb(224, 224, 224),
+                  .Bold = true,
+                  .AutoSize = true},
+    ControlLayout{
+        .Name = "PB", .Left = 600, .Top = 4320, .Width = 3855, .Height = 150, .Visible = false},
+    ControlLayout{
+        .Name = "imgVolume", .Left = 1440, .Top = 1155, .Picture = skin::VOLUME_PICTURE.file},
+    ControlLayout{.Name = "lblStatus",
+                  .Left = 1665,
+                  .Top = 1110,
+                  .Width = 915,
+                  .Height = 195,
+                  .Caption = "50% hlasitost",
+                  .ForeColor = rgb(255, 255, 128),
+                  .AutoSize = true},
+    ControlLayout{.Name = "imgLogo",
+                  .Left = 2295,
+                  .Top = 1845,
+                  .ToolTipText = "Otevřít soubor MP3",
+                  .Picture = skin::LOGO_PICTURE.file},
+    ControlLayout{.Name = "imgDisplay_Mark",
+                  .Left = 3480,
+                  .Top = 1155,
+                  .ToolTipText = "Zastavit",
+                  .Picture = skin::LIST_PICTURES[STOP_MARK - 1].file},
+    ControlLayout{.Name = "imgButtons_6",
+                  .Left = 4380,
+                  .Top = 510,
+                  .Width = 210,
+                  .Height = 210,
+                  .ToolTipText = "Zavřít"},
+    ControlLayout{.Name = "imgButtons_5",
+                  .Left = 4140,
+                  .Top = 510,
+                  .Width = 210,
+                  .Height = 210,
+                  .ToolTipText = "Minimalizovat"},
+    ControlLayout{.Name = "imgButtons_4",
+                  .Left = 3705,
+                  .Top = 2160,
+                  .Width = 465,
+                  .Height = 465,
+                  .ToolTipText = "Přetočit dopředu",
+                  .Enabled = false},
+    ControlLayout{.Name = "imgButtons_3",
+                  .Left = 3000,
+                  .Top = 2640,
+                  .Width = 465,
+                  .Height = 465,
+                  .ToolTipText = "Zastavit",
+                  .Enabled = false},
+    ControlLayout{.Name = "imgButtons_2",
+                  .Left = 2295,
+                  .Top = 3120,
+                  .Width = 465,
+                  .Height = 465,
+                  .ToolTipText = "Přehrát",
+                  .Enabled = false},
+    ControlLayout{.Name = "imgButtons_1",
+                  .Left = 1590,
+                  .Top = 2640,
+                  .Width = 465,
+                  .Height = 465,
+                  .ToolTipText = "Pozastavit",
+                  .Enabled = false},
+    ControlLayout{.Name = "lblTime_1",
+                  .Left = 4425,
+                  .Top = 3960,
+                  .Width = 45,
+                  .Height = 195,
+                  .ToolTipText = "Délka skladby",
+                  .ForeColor = rgb(255, 255, 192),
+                  .AutoSize = true,
+                  .Alignment = Alignment::right,
+                  .Visible = false},
+    ControlLayout{.Name = "lblTime_0",
+                  .Left = 600,
+                  .Top = 3960,
+                  .Width = 45,
+                  .Height = 195,
+                  .ToolTipText = "Aktuální pozice přehrávání",
+                  .ForeColor = rgb(192, 255, 192),
+                  .AutoSize = true,
+                  .Visible = false},
+    ControlLayout{.Name = "imgButtons_0",
+                  .Left = 885,
+                  .Top = 2160,
+                  .Width = 465,
+                  .Height = 465,
+                  .ToolTipText = "Přetočit dozadu",
+                  .Enabled = false},
+};
+
+} // namespace
+
+std::span<const ControlLayout> controls() {
+    return CONTROLS;
+}
+
+} // namespace zvonivec::layout

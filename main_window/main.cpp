@@ -1,0 +1,29 @@
+#include "controls/Application.h"
+#include "main_window/frmPlayer.h"
+#include "platform/display.h"
+#include "platform/end_requests.h"
+
+#include <memory>
+#include <utility>
+
+int main() {
+    using namespace zvonivec;
+
+    Application application(APPLICATION_TITLE, displayBackEnds());
+
+    auto dialog = std::make_unique<SystemDialog>();
+    auto boxes = std::make_unique<ModalMessageBoxes>();
+    SystemDialog& dialogOfPlayer = *dialog;
+    ModalMessageBoxes& boxesOfPlayer = *boxes;
+
+    frmPlayer player({.engine = createPlayerEngine(Application::post),
+                      .dialog = std::move(dialog),
+                      .boxes = std::move(boxes),
+                      .programFolder = Application::programFolder()});
+    dialogOfPlayer.setOwner(player);
+    boxesOfPlayer.setOwner(player);
+
+    const EndRequests endRequests([&player] { player.CloseApplication(); });
+    player.Form_Load();
+    return application.run();
+}

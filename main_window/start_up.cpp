@@ -1,0 +1,60 @@
+// The start of the main window, step by step. The order matters: the popup holds what the settings
+// set, and the timer must not tick before the window is seen.
+
+#include "main_window/frmPlayer.h"
+#include "main_window/window_outline.h"
+#include "platform/modDeklarace.h"
+
+namespace zvonivec {
+
+namespace {
+
+/// The first two characters of a path: on Windows the drive and its colon.
+std::string driveOf(const std::string& folder) {
+    std::size_t end = 0;
+    for (int characters = 0; end < folder.size(); ++end) {
+        const bool startsCharacter = (static_cast<unsigned char>(folder[end]) & 0xC0U) != 0x80U;
+        if (startsCharacter && ++characters > 2) {
+            break;
+        }
+    }
+    return folder.substr(0, end);
+}
+
+} // namespace
+
+void frmPlayer::Form_Load() {
+    // Nobody reads the marker here: it tells other programs that the player runs.
+    modDeklarace::CreateMutexA(APPLICATION_TITLE);
+
+    Popup();
+    LoadSettings();
+
+    gHoverIndex = NO_BUTTON;
+    gClickArmed = false;
+
+    for (std::size_t i = 0; i < BUTTON_COUNT; ++i) {
+        const std::size_t offset = i < PLAYBACK_BUTTON_COUNT ? pictureDisabled : pictureNormal;
+        imgButtons[i].setPicture(imgList.ListImage(i + offset));
+    }
+
+    WMP->settings().setAutoStart(false);
+    WMP->setEnableContextMenu(false);
+
+    CD->InitDir = driveOf(programFolder_);
+
+    sendStripToTheRight();
+    picDisplay.setWidth(lbl_Info.Width() + 20);
+
+    modDeklarace::SetWindowRgn(
+        hWnd(), modDeklarace::CreatePolygonRgn(WINDOW_OUTLINE, modDeklarace::WINDING), true);
+
+    DoEvents();
+    if (!Loaded()) {
+        return;
+    }
+    setVisible(true);
+    Timer1.setEnabled(true);
+}
+
+} // namespace zvonivec

@@ -1,0 +1,53 @@
+// The two looks of the window.
+
+#include "main_window/frmPlayer.h"
+#include "track_info/rules.h"
+
+namespace zvonivec {
+
+void frmPlayer::sendStripToTheRight() {
+    picDisplay.setLeft(picBGround.Width() + 100);
+}
+
+void frmPlayer::ShowPlayback(bool playing) {
+    // A message pass below may bring an event that asks for the other look, or ends the program;
+    // then this call is overtaken and must leave things alone.
+    const std::uint32_t call = ++showPlaybackCalls_;
+
+    Timer1.setEnabled(false);
+    for (std::size_t i = 0; i < PLAYBACK_BUTTON_COUNT; ++i) {
+        imgButtons[i].setPicture(
+            imgList.ListImage(i + (playing ? pictureNormal : pictureDisabled)));
+        imgButtons[i].setEnabled(playing);
+    }
+    if (!playing) {
+        Popup().setFileItemsColor(DISABLED_ITEM_COLOR);
+        WMP->setURL("");
+    }
+    showMark(playing ? buttonPlay : buttonStop, playing ? "Přehrát" : "Zastavit");
+    sendStripToTheRight();
+    if (!passEvents(call)) {
+        return;
+    }
+
+    lbl_Info.setCaption(playing ? doubledAmpersands(BuildInfoLine()) : WELCOME_TEXT);
+    lbl_Info_SH.setCaption(lbl_Info.Caption());
+    picDisplay.setWidth(lbl_Info.Width() + 20);
+    lblTime[0].setCaption("00:00");
+    if (playing) {
+        lblTime[1].setCaption(WMP->currentMedia().durationString());
+        PB.setMax(static_cast<float>(WMP->currentMedia().duration()));
+        Popup().setFileItemsColor(ENABLED_ITEM_COLOR);
+    } else {
+        PB.setValue(0);
+    }
+
+    lblTime[0].setVisible(playing);
+    lblTime[1].setVisible(playing);
+    PB.setVisible(playing);
+    if (passEvents(call)) {
+        Timer1.setEnabled(true);
+    }
+}
+
+} // namespace zvonivec

@@ -1,0 +1,31 @@
+// The loudspeaker and the status text.
+
+#include "main_window/frmPlayer.h"
+
+namespace zvonivec {
+
+namespace {
+
+/// Per cent of a click.
+constexpr std::int32_t volumeStep = 10;
+
+} // namespace
+
+void frmPlayer::imgVolume_MouseUp(const MouseArgs& mouse) {
+    PlayerEngine::Settings& settings = WMP->settings();
+    settings.setVolume(settings.volume() + (mouse.Button == 1 ? volumeStep : -volumeStep));
+    showVolume();
+    DoEvents();
+}
+
+void frmPlayer::lblStatus_MouseUp(const MouseArgs& mouse) {
+    imgVolume_MouseUp(mouse);
+}
+
+void frmPlayer::showVolume() {
+    imgVolume.setTag(std::to_string(WMP->settings().volume()));
+    lblStatus.setCaption(imgVolume.Tag() + "% hlasitost");
+    imgVolume.setAccessibleName(lblStatus.Caption());
+}
+
+} // namespace zvonivec

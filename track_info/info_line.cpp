@@ -1,0 +1,41 @@
+// The line of text that slides through the display.
+
+#include "main_window/frmPlayer.h"
+#include "track_info/rules.h"
+
+#include <array>
+
+namespace zvonivec {
+
+namespace {
+
+struct InfoItem {
+    std::string_view attribute;
+    std::string_view label;
+};
+
+constexpr std::array INFO_ITEMS{
+    InfoItem{"Album", "Album: "},
+    InfoItem{"Title", "Skladba: "},
+    InfoItem{"Author", "Interpret: "},
+};
+
+constexpr std::string_view separator = "        ";
+
+} // namespace
+
+std::string frmPlayer::BuildInfoLine() {
+    // The engine bounds this wait, and waits itself before it answers False.
+    while (!WMP->currentMedia().isReadOnlyItem("Bitrate")) {
+    }
+    std::string line = "Přehrávání: " + rateText(WMP->currentMedia().getItemInfo("Bitrate"));
+    for (const InfoItem& item : INFO_ITEMS) {
+        const std::string value = WMP->currentMedia().getItemInfo(item.attribute);
+        if (!value.empty()) {
+            line.append(separator).append(item.label).append(value);
+        }
+    }
+    return line;
+}
+
+} // namespace zvonivec
