@@ -1,44 +1,193 @@
 #include "skin/drawing/device.h"
+#include "skin/drawing/lettering.h"
 #include "skin/drawing/light.h"
+#include "skin/drawing/studio.h"
+
+#include <algorithm>
+#include <array>
 
 namespace zvonivec::skin {
 
 namespace {
 
-Drawing plainBadge(int size) {
-    const double unit = size / 32.0;
-    Drawing drawing(size, size, Drop{{}, 0});
-    for (int y = 0; y < size; ++y) {
-        for (int x = 0; x < size; ++x) {
-            const Point p{(x + 0.5) / unit, (y + 0.5) / unit};
-            const double d = boxDistance(p, {1, 1, 31, 31}, 6);
-            drawing.at(x, y) = {lightOf(10, 120 - p.y * 2, 150 - p.y * 2),
-                                clamped(0.5 - d * unit, 0, 1)};
-        }
+/// The badges are designed in a square of 32.
+constexpr int BADGE_SIZE = 32;
+constexpr int SAMPLES = 8;
+
+Drawing drawBadge(const Scene& scene, int size) {
+    // The samples stand in a grid of their own, so any size comes out of the same design.
+    const Scene fitted{
+        [&](Point p) {
+            return scene.height(p * (static_cast<double>(BADGE_SIZE) / size)) *
+                   (static_cast<double>(size) / BADGE_SIZE);
+        },
+        [&](Point p, Direction n) {
+            return scene.colour(p * (static_cast<double>(BADGE_SIZE) / size), n);
+        },
+    };
+    return draw(fitted, {0, 0}, size, size, 1, size > 64 ? 4 : SAMPLES);
+}
+
+// --- the logo: a drop of teal glass that fills its seat ---
+
+constexpr Box LOGO_EDGE{0, 0, 32, 32};
+constexpr double LOGO_CORNER = 7.5;
+
+double logoHeight(Point p) {
+    return roundedRise(-boxDistance(p, LOGO_EDGE, LOGO_CORNER) - 1.3, 6, 3.6);
+}
+
+Drop logoColour(Point p, Direction n) {
+    const double edge = boxDistance(p, LOGO_EDGE, LOGO_CORNER);
+    // Lit from within: brighter towards the lower right, where the lamp's light gathers.
+    const double glow = smoothStep(12, 54, p.x * 0.7 + p.y * 1.3);
+    const Light ground = mixed(lightOf(2, 62, 82), lightOf(10, 186, 206), glow);
+    Light light = lacquer(ground, n);
+    // The lamp's reflection in the upper half, cut off by a soft curve.
+    const double gloss = smoothStep(15.4, 14.6, p.y - (p.x - 16) * (p.x - 16) * 0.018) *
+                         smoothStep(-2.6, -3.6, edge);
+    light = light + lightOf(210, 240, 250) * (gloss * (0.05 + 0.16 * smoothStep(15, 2, p.y)));
+    const double letters = mp3Distance(p);
+    const double below = mp3Distance({p.x - 0.7, p.y - 0.9});
+    light = light * mixed(1, 0.35, smoothStep(0.9, -0.5, below));
+    light = mixed(light, lightOf(240, 252, 252), smoothStep(0.35, -0.35, letters));
+    light = light * mixed(0.04, 1, smoothStep(-0.6, -1.9, edge));
+    return {light, edge < 0 ? 1.0 : 0.0};
+}
+
+// --- the icon: the device with one button ---
+
+struct IconPlace {
+    double edge;
+    double rail;
+    double display;
+    double button;
+};
+
+IconPlace iconPlaceOf(Point p) {
+    static constexpr std::array<Point, 14> EDGE{{
+        {1, 29},
+        {1, 2.6},
+        {2.6, 1},
+        {5, 1},
+        {6.4, 2.2},
+        {25.6, 2.2},
+        {27, 1},
+        {29.4, 1},
+        {31, 2.6},
+        {31, 29},
+        {29, 31},
+        {3, 31},
+        {2, 30.4},
+        {1.4, 29.8},
+    }};
+    IconPlace place{};
+    place.edge = polygonDistance(p, EDGE);
+    place.rail = (p.x < 16 ? p.x : 32 - p.x) - 4.4;
+    place.display = boxDistance(p, {7, 5.2, 25, 12.4}, 1);
+    place.button = circleDistance(p, {16, 21.6}, 6.9);
+    return place;
+}
+
+double iconHeight(Point p) {
+    const IconPlace at = iconPlaceOf(p);
+    if (at.rail < 0) {
+        return roundedRise(-at.edge, 2.6, 2) + roundedRise(-at.rail, 1.6, 0.8);
     }
-    return drawing;
+    const double dx = (p.x - 16) / 16;
+    const double dy = (p.y - 16) / 16;
+    double height = -1.4 * (dx * dx + dy * dy) + roundedRise(-at.edge, 1.6, 0.8);
+    height += roundedRise(-at.button, 1.1, 0.8);
+    height -= bevelledRise(-1.4 - at.button, 1.0, 0.7);
+    return height;
+}
+
+Drop iconColour(Point p, Direction n) {
+    const IconPlace at = iconPlaceOf(p);
+    Light light;
+    if (at.rail < 0) {
+        light =
+            brushedMetal(lightOf(222, 228, 232), n, 0) * (0.3 + 0.7 * smoothStep(0, 0.8, -at.rail));
+    } else {
+        light = lacquer(lightOf(24, 42, 52), n);
+        const double rim = smoothStep(1.0, 0.5, at.display);
+        light = light * mixed(1, 0.12, rim);
+        light =
+            mixed(light, lightOf(DISPLAY_COLOUR) * (0.55 + 0.45 * smoothStep(0, 1.6, p.y - 5.2)),
+                  smoothStep(0.15, -0.15, at.display));
+        const double shadow = smoothStep(2.2, -0.5, circleDistance(p, {16.7, 22.6}, 6.9));
+        light = light * (1 - 0.6 * shadow * smoothStep(-0.2, 0.6, at.display));
+        light = mixed(light, brushedMetal(lightOf(226, 230, 232), n, 0),
+                      smoothStep(0.15, -0.15, at.button));
+        const double cap = at.button + 1.9;
+        light = mixed(light, lacquer(lightOf(26, 30, 34), n), smoothStep(0.15, -0.15, cap));
+        static constexpr std::array<Point, 3> PLAY{{{14.0, 18.4}, {20.0, 21.6}, {14.0, 24.8}}};
+        light =
+            mixed(light, lightOf(MARK_COLOUR), smoothStep(0.15, -0.15, polygonDistance(p, PLAY)));
+    }
+    light = light * (0.2 + 0.8 * smoothStep(0, 0.9, -at.edge));
+    return {light, at.edge < 0 ? 1.0 : 0.0};
+}
+
+// --- the hand ---
+
+/// The hand's skin, without its black line.
+double handDistance(Point p) {
+    struct Finger {
+        Point from;
+        Point to;
+        double radius;
+    };
+    static constexpr std::array<Finger, 5> FINGERS{{
+        {{12.5, 6.2}, {12.5, 18}, 1.75},
+        {{16.4, 13.2}, {16.4, 19}, 1.75},
+        {{20.2, 14.0}, {20.2, 19}, 1.75},
+        {{23.8, 15.4}, {23.6, 20}, 1.6},
+        {{7.6, 16.6}, {12.0, 22.4}, 1.7},
+    }};
+    static constexpr std::array<Point, 7> PALM{{
+        {10.9, 17},
+        {25.3, 17},
+        {25.3, 22},
+        {23.2, 26},
+        {23.2, 28},
+        {13.6, 28},
+        {13.4, 25.4},
+    }};
+    double distance = polygonDistance(p, PALM);
+    for (const Finger& finger : FINGERS) {
+        distance = std::min(distance, segmentDistance(p, finger.from, finger.to) - finger.radius);
+    }
+    return distance;
+}
+
+Drop handColour(Point p) {
+    const double skin = handDistance(p);
+    // The lines between the bent fingers.
+    double line = segmentDistance(p, {14.45, 13.5}, {14.45, 18.4}) - 0.5;
+    line = std::min(line, segmentDistance(p, {18.3, 14.5}, {18.3, 18.4}) - 0.45);
+    line = std::min(line, segmentDistance(p, {22.1, 15.5}, {22.1, 18.4}) - 0.45);
+    const double shade = smoothStep(14, 34, p.x * 0.6 + p.y * 0.8);
+    Light light = mixed(lightOf(255, 255, 255), lightOf(206, 214, 220), shade);
+    light = mixed(light, Light{}, smoothStep(-0.3, 0.3, skin));
+    light = mixed(light, lightOf(40, 46, 50), smoothStep(0.3, -0.3, line));
+    return {light, skin < 1.15 ? 1.0 : 0.0};
 }
 
 } // namespace
 
 Picture drawLogo(int scale) {
-    return rounded(plainBadge(32 * scale));
+    return rounded(drawBadge({logoHeight, logoColour}, BADGE_SIZE * scale));
 }
 
 Picture drawIcon(int size, bool softEdges) {
-    return softEdges ? roundedWithAlpha(plainBadge(size)) : rounded(plainBadge(size));
+    const Drawing drawing = drawBadge({iconHeight, iconColour}, size);
+    return softEdges ? roundedWithAlpha(drawing) : rounded(drawing);
 }
 
 Picture drawHand(int scale) {
-    Drawing drawing(32 * scale, 32 * scale, Drop{{}, 0});
-    for (int y = 0; y < 32 * scale; ++y) {
-        for (int x = 0; x < 32 * scale; ++x) {
-            const Point p{(x + 0.5) / scale, (y + 0.5) / scale};
-            const double d = segmentDistance(p, {12.5, 6}, {12.5, 18}) - 2.5;
-            drawing.at(x, y) = {d < -1 ? Light{1, 1, 1} : Light{0, 0, 0}, d < 0 ? 1.0 : 0.0};
-        }
-    }
-    return rounded(drawing);
+    const Scene scene{[](Point) { return 0.0; }, [](Point p, Direction) { return handColour(p); }};
+    return rounded(drawBadge(scene, BADGE_SIZE * scale));
 }
 
 } // namespace zvonivec::skin

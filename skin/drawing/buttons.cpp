@@ -1,5 +1,7 @@
 #include "skin/drawing/device.h"
 #include "skin/drawing/light.h"
+#include "skin/drawing/seat.h"
+#include "skin/drawing/studio.h"
 #include "skin/drawing/symbols.h"
 
 #include <array>
@@ -8,6 +10,13 @@ namespace zvonivec::skin {
 
 namespace {
 
+constexpr int ROUND_SIZE = 31;
+constexpr Point ROUND_CENTRE{15.5, 15.5};
+/// Of the picture: at one pixel to a pixel this leaves 168 of the 961 pixels clear.
+constexpr double PICTURE_RADIUS = 15.95;
+/// Of the cap, which leaves a dark gap to the seat.
+constexpr double CAP_RADIUS = 13.9;
+
 constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{
     {0, 192, 192},
     {64, 255, 255},
@@ -15,51 +24,92 @@ constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{
     {160, 160, 160},
 }};
 
+double roundHeight(Point p) {
+    const double radius = length(p - ROUND_CENTRE);
+    if (radius > CAP_RADIUS) {
+        return -seatDepth(radius - SEAT_RADIUS);
+    }
+    // A rounded shoulder, and a shallow hollow for the finger.
+    const double hollow = 1 - clamped(radius / 9.6, 0, 1) * clamped(radius / 9.6, 0, 1);
+    return roundedRise(CAP_RADIUS - radius, 4.4, 2.7) - 0.75 * hollow * hollow;
+}
+
+Drop roundColour(const Figure& symbol, Point p, Direction n) {
+    const Point from = p - ROUND_CENTRE;
+    const double radius = length(from);
+    const Light seat = seatLight(radius - SEAT_RADIUS, n);
+    Light cap = lacquer(lightOf(30, 34, 38), n);
+    // The lamp's own reflection: a narrow crescent on the shoulder, and a faint one opposite.
+    const double up = radius > 0 ? (from.x * -0.5 + from.y * -0.87) / radius : 0;
+    const double shoulder = smoothStep(10.4, 11.4, radius) * smoothStep(13.4, 12.2, radius);
+    cap = cap + lightOf(215, 232, 240) * (0.42 * shoulder * smoothStep(0.35, 1.0, up));
+    cap = cap + lightOf(90, 150, 165) * (0.22 * shoulder * smoothStep(0.55, 1.0, -up));
+    // The symbol is let into the cap.
+    cap = cap * mixed(1, 0.35, smoothStep(1.8, 0.2, symbol.distance(p)));
+    return {mixed(cap, seat, smoothStep(CAP_RADIUS - 0.5, CAP_RADIUS + 0.3, radius)), 1};
+}
+
+constexpr int TILE_SIZE = 14;
+
 } // namespace
 
 Picture drawRoundButton(int button, ButtonState state, int scale) {
-    const Scene scene{
-        [](Point p) {
-            const double d = circleDistance(p, {15.5, 15.5}, 14);
-            return d < 0 ? -d * 0.2 : 0.0;
-        },
-        [](Point, Direction n) {
-            return Drop{lightOf(40, 42, 46) * (0.6 - n.x - n.y), 1};
-        },
-    };
-    const Drawing drawing = draw(scene, {0, 0}, 31 * scale, 31 * scale, scale, 4);
-    Mask mask(31 * scale, 31 * scale, 0);
-    for (int y = 0; y < mask.height(); ++y) {
-        for (int x = 0; x < mask.width(); ++x) {
-            mask.at(x, y) =
-                circleDistance({(x + 0.5) / scale, (y + 0.5) / scale}, {15.5, 15.5}, 15.95) < 0 ? 1
-                                                                                                : 0;
+    constexpr int SAMPLES = 8;
+    const int size = ROUND_SIZE * scale;
+    const Figure& symbol = buttonSymbol(button);
+    const Scene scene{roundHeight, [&](Point p, Direction n) { return roundColour(symbol, p, n); }};
+    const Drawing drawing = draw(scene, {0, 0}, size, size, scale, SAMPLES);
+    Mask mask(size, size, 0);
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            const Point p{(x + 0.5) / scale, (y + 0.5) / scale};
+            mask.at(x, y) = circleDistance(p, ROUND_CENTRE, PICTURE_RADIUS) < 0 ? 1 : 0;
         }
     }
-    Picture picture = dithered(drawing, Picture(31 * scale, 31 * scale, CLEAR), mask, 250);
-    paint(picture, buttonSymbol(button), SYMBOL_COLOURS.at(static_cast<std::size_t>(state)), scale);
+    // The symbol's colour comes last, so that nothing else depends on the state.
+    Picture picture = dithered(drawing, Picture(size, size, CLEAR), mask, 254);
+    paint(picture, symbol, SYMBOL_COLOURS.at(static_cast<std::size_t>(state)), scale);
     return picture;
 }
 
 Picture drawTile(int button, ButtonState state, int scale) {
-    const double sign = state == ButtonState::Pressed ? -1 : 1;
-    const double base = state == ButtonState::Hover ? 0.9 : 0.65;
-    Picture picture(14 * scale, 14 * scale, CLEAR);
-    for (int y = 0; y < 14 * scale; ++y) {
-        for (int x = 0; x < 14 * scale; ++x) {
-            const bool corner = (x < scale || x >= 13 * scale) && (y < scale || y >= 13 * scale);
-            if (!corner) {
-                const double t = base + sign * (6.5 - y / scale) * 0.04;
-                picture.at(x, y) =
-                    Rgba{static_cast<std::uint8_t>(t * 200), static_cast<std::uint8_t>(t * 205),
-                         static_cast<std::uint8_t>(t * 210)};
+    constexpr int MINIMISE = 5;
+    constexpr int SAMPLES = 8;
+    constexpr Rgba SYMBOL{18, 32, 40};
+    const bool pressed = state == ButtonState::Pressed;
+    const double lightness = pressed ? 0.78 : (state == ButtonState::Hover ? 1.25 : 0.92);
+    const Scene scene{
+        [&](Point p) {
+            const double inwards = -boxDistance(p, {0, 0, TILE_SIZE, TILE_SIZE}, 1.5);
+            // Not pressed, the face bulges; pressed, it sinks behind its rim.
+            const double x = (p.x - 7) / 7;
+            const double y = (p.y - 7) / 7;
+            const double face = -1.6 * (x * x * 0.4 + y * y);
+            return pressed ? -0.9 * face - roundedRise(inwards, 2.2, 0.9)
+                           : face + roundedRise(inwards, 1.8, 1.1);
+        },
+        [&](Point p, Direction n) {
+            const double inwards = -boxDistance(p, {0, 0, TILE_SIZE, TILE_SIZE}, 1.5);
+            const double rim = 0.55 + 0.45 * smoothStep(0.0, 1.0, inwards);
+            return Drop{brushedMetal(lightOf(228, 233, 236) * lightness, n, 0) * rim, 1};
+        },
+    };
+    const int size = TILE_SIZE * scale;
+    const Drawing drawing = draw(scene, {0, 0}, size, size, scale, SAMPLES);
+    Picture picture = rounded(drawing);
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            const bool side = x < scale || x >= size - scale;
+            const bool end = y < scale || y >= size - scale;
+            if (side && end) {
+                picture.at(x, y) = CLEAR;
             }
         }
     }
-    const Figure bar({{{3, 9}, {8, 9}, {8, 11}, {3, 11}}});
-    const Figure cross(
-        {{{3, 4}, {4, 3}, {11, 10}, {10, 11}}, {{10, 3}, {11, 4}, {4, 11}, {3, 10}}});
-    paint(picture, button == 5 ? bar : cross, {20, 30, 40}, scale);
+    static const Figure BAR({{{3, 9}, {8, 9}, {8, 11}, {3, 11}}});
+    static const Figure CROSS({{{3, 3}, {4.5, 3}, {11, 9.5}, {11, 11}, {9.5, 11}, {3, 4.5}},
+                               {{11, 3}, {11, 4.5}, {4.5, 11}, {3, 11}, {3, 9.5}, {9.5, 3}}});
+    paint(picture, button == MINIMISE ? BAR : CROSS, SYMBOL, scale);
     return picture;
 }
 

@@ -58,7 +58,7 @@ const Figure& buttonSymbol(int button) {
     static const std::array<Figure, 5> SYMBOLS{
         Figure({box(9, 11, 11, 20), smallLeft(12, 11), smallLeft(17, 11)}),
         Figure({box(11, 11, 14, 20), box(17, 11, 20, 20)}),
-        Figure({{{11, 10}, {22, 15.5}, {11, 21}}}),
+        Figure({{{11, 10}, {12, 10}, {22, 15}, {22, 16}, {12, 21}, {11, 21}}}),
         Figure({box(11, 11, 20, 20)}),
         Figure({smallRight(9, 11), smallRight(14, 11), box(20, 11, 22, 20)}),
     };
