@@ -42,6 +42,8 @@ public:
     [[nodiscard]] int height() const { return height_; }
     [[nodiscard]] _XDisplay* connection() const { return connection_; }
 
+    [[nodiscard]] bool hasWindowManager() const { return windowManager_.pid() > 0; }
+
     /// For clients: this display, a home folder of their own, and nothing of the session that the
     /// tests are run in: no Wayland, no message bus, no toolkit settings.
     [[nodiscard]] Process::Environment environment() const;

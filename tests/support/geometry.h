@@ -17,6 +17,9 @@ struct Rectangle {
     int height = 0;
 
     [[nodiscard]] Point middle() const { return {x + width / 2, y + height / 2}; }
+    [[nodiscard]] bool contains(Point place) const {
+        return place.x >= x && place.x < x + width && place.y >= y && place.y < y + height;
+    }
     [[nodiscard]] Rectangle movedBy(Point offset) const {
         return {x + offset.x, y + offset.y, width, height};
     }

@@ -1,0 +1,207 @@
+#include "tests/desktop/desktop_test.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace support {
+
+using player::BAR;
+using player::BUTTONS;
+using player::Look;
+
+Player::Player(const Display& display, const std::string& folder, Process::Environment environment)
+    : display_(&display), messageFile_(folder + "/messages") {
+    std::error_code ignored;
+    std::filesystem::create_directories(folder);
+    const std::string program = folder + "/zvonivec";
+    std::filesystem::copy_file(PLAYER_PROGRAM, program,
+                               std::filesystem::copy_options::overwrite_existing, ignored);
+    // The working folder plays no part in anything; one that is not the program's would show if it
+    // did.
+    process_ = Process({program}, {.environment = std::move(environment),
+                                   .outputFile = {},
+                                   .errorFile = messageFile_,
+                                   .directory = "/"});
+}
+
+bool Player::waitUntilShown() {
+    const auto isOurs = [this](const Window& window) {
+        return window.pid() == process_.pid() && window.isShown() &&
+               window.title() == player::TITLE && window.place().width == player::WIDTH;
+    };
+    const bool shown = waitUntil(
+        [&] {
+            window_ = findWindow(*display_, isOurs);
+            return window_.has_value() || !process_.running();
+        },
+        std::chrono::seconds(30));
+    return shown && window_.has_value();
+}
+
+std::string Player::messages() const {
+    return readFile(messageFile_);
+}
+
+Point Player::onScreen(Point place) const {
+    const Rectangle area = window_->place();
+    return {area.x + place.x, area.y + place.y};
+}
+
+Screenshot Player::screenshot() const {
+    return Screenshot(*display_, window_->place());
+}
+
+Screenshot Player::screenshot(const Rectangle& part) const {
+    const Rectangle area = window_->place();
+    return Screenshot(*display_, part.movedBy({area.x, area.y}));
+}
+
+bool Player::showsButton(player::Button button, Look look) const {
+    return differentPixels(screenshot(BUTTONS.at(button)), buttonPicture(button, look)) == 0;
+}
+
+bool Player::showsMark(player::Button command) const {
+    Picture expected("body.gif");
+    expected.put(player::markPicture(command), {player::MARK.x, player::MARK.y});
+    const Screenshot window = screenshot();
+    for (int y = player::MARK.y; y < player::MARK.y + player::MARK.height; ++y) {
+        for (int x = player::MARK.x; x < player::MARK.x + player::MARK.width; ++x) {
+            if (window.at(x, y) != expected.at(x, y)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool Player::showsPlayingLook() const {
+    for (const player::Button button :
+         {player::rewind, player::pause, player::play, player::stop, player::forward}) {
+        if (!showsButton(button, Look::normal)) {
+            return false;
+        }
+    }
+    return barValue().has_value();
+}
+
+bool Player::showsIdleLook() const {
+    const Picture expected = player::idlePicture();
+    const Screenshot window = screenshot();
+    const auto isText = [](Point place) {
+        return std::any_of(std::begin(player::TEXTS), std::end(player::TEXTS),
+                           [&](const Rectangle& text) { return text.contains(place); });
+    };
+    for (int y = 0; y < player::HEIGHT; ++y) {
+        for (int x = 0; x < player::WIDTH; ++x) {
+            const auto colour = expected.at(x, y);
+            if (colour && *colour != window.at(x, y) && !isText({x, y})) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+std::optional<double> Player::barValue() const {
+    const Screenshot bar = screenshot(BAR);
+    const Picture body("body.gif");
+    bool hidden = true;
+    int lit = 0;
+    for (int x = 1; x < BAR.width - 1; ++x) {
+        const Colour colour = bar.at(x, BAR.height / 2);
+        hidden = hidden && colour == body.at(BAR.x + x, BAR.y + BAR.height / 2);
+        // Lit is bright green to blue, unlit is nearly black.
+        lit += ((colour >> 8) & 0xFF) > 96 ? 1 : 0;
+    }
+    if (hidden) {
+        return std::nullopt;
+    }
+    return lit / static_cast<double>(BAR.width - 2);
+}
+
+void DesktopTest::SetUp() {
+    ASSERT_TRUE(display_.ok()) << display_.problem();
+    // Out of the way: a pointer that rests where the window appears would light a button.
+    pointer_.moveTo({display_.width() - 1, display_.height() - 1});
+    startPlayer();
+}
+
+void DesktopTest::startPlayer() {
+    player_ = std::make_unique<Player>(display_, folder_.file("program"), environment());
+    ASSERT_TRUE(player_->waitUntilShown()) << player_->messages();
+}
+
+Process::Environment DesktopTest::environment() const {
+    return display_.environment();
+}
+
+void DesktopTest::TearDown() {
+    if (HasFailure()) {
+        keepEvidence();
+    }
+}
+
+void DesktopTest::keepEvidence() const {
+    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(test->test_suite_name()) + "." + test->name();
+    std::replace(name.begin(), name.end(), '/', '-');
+    std::filesystem::create_directories(FAILURES_FOLDER);
+    const std::string file = std::string(FAILURES_FOLDER) + "/" + name;
+    if (display_.ok()) {
+        save(Screenshot(display_), file + ".png");
+    }
+    if (player_) {
+        writeFile(file + ".txt", player_->messages());
+    }
+}
+
+std::optional<Window>
+DesktopTest::waitForWindowWithKeyboard(const std::function<bool(const Window&)>& condition) const {
+    std::optional<Window> found;
+    waitUntil(
+        [&] {
+            found = findWindow(display_, [&](const Window& window) {
+                return window.isShown() && window.pid() == player_->process().pid() &&
+                       condition(window);
+            });
+            return found.has_value();
+        },
+        std::chrono::seconds(20));
+    if (found && !display_.hasWindowManager()) {
+        found->focus();
+    }
+    if (found && !waitUntil([&] { return found->isActive(); })) {
+        found.reset();
+    }
+    return found;
+}
+
+std::optional<Window> DesktopTest::waitForDialog() const {
+    return waitForWindowWithKeyboard(
+        [](const Window& window) { return window.title() == player::DIALOG_TITLE; });
+}
+
+std::optional<Window> DesktopTest::waitForMessageBox() const {
+    return waitForWindowWithKeyboard([this](const Window& window) {
+        return window.title() == player::TITLE && !(window == player_->window());
+    });
+}
+
+void DesktopTest::answer(const Window& window, const char* key) const {
+    keyboard_.key(key);
+    EXPECT_TRUE(waitUntil([&] { return !window.isShown(); })) << window.title();
+}
+
+void DesktopTest::chooseFile(const std::string& path) {
+    const auto dialog = waitForDialog();
+    ASSERT_TRUE(dialog) << "no dialog";
+    keyboard_.type(path);
+    answer(*dialog, path.empty() ? "Escape" : "Return");
+}
+
+void DesktopTest::openFile(const std::string& path) {
+    click(player::LOGO.middle());
+    chooseFile(path);
+}
+
+} // namespace support

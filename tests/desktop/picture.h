@@ -1,0 +1,37 @@
+// The program's pictures, to be recognised on the screen.
+#pragma once
+
+#include "tests/support/screenshot.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace support {
+
+/// One file of skin/pictures. A missing file is an empty picture.
+class Picture {
+public:
+    explicit Picture(const std::string& file);
+
+    [[nodiscard]] int width() const { return width_; }
+    [[nodiscard]] int height() const { return height_; }
+    /// Nothing where the picture is transparent or ends.
+    [[nodiscard]] std::optional<Colour> at(int x, int y) const;
+    /// Draws another picture on this one.
+    void put(const Picture& picture, Point place);
+
+private:
+    int width_ = 0;
+    int height_ = 0;
+    std::vector<std::optional<Colour>> pixels_;
+};
+
+/// How many of the pixels that the picture has differ from the screenshot's, when its top left
+/// corner lies at a place of the screenshot. Of an empty picture every pixel differs.
+int differentPixels(const Screenshot& screenshot, const Picture& picture, Point place = {});
+
+/// Writes a screenshot as a PNG file.
+void save(const Screenshot& screenshot, const std::string& file);
+
+} // namespace support

@@ -1,0 +1,139 @@
+// The window's outline, as seen and as clicked.
+#include "tests/desktop/desktop_test.h"
+
+#include <fstream>
+
+namespace support {
+
+namespace {
+
+constexpr Colour MAGENTA = 0xFF00FF;
+
+/// The outline's pixels, read from rectangles "left top right bottom", right and bottom outside.
+class Outline {
+public:
+    Outline() {
+        std::ifstream file(std::string(TEST_DATA) + "/outline_rects.txt");
+        int left = 0;
+        int top = 0;
+        int right = 0;
+        int bottom = 0;
+        while (file >> left >> top >> right >> bottom) {
+            rectangles_.push_back({left, top, right - left, bottom - top});
+        }
+    }
+    [[nodiscard]] bool contains(Point place) const {
+        for (const Rectangle& rectangle : rectangles_) {
+            if (rectangle.contains(place)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    std::vector<Rectangle> rectangles_;
+};
+
+DisplayOptions under(const std::string& windowManager) {
+    return {.windowManager = windowManager};
+}
+
+class ShapeTest : public DesktopTest, public testing::WithParamInterface<std::string> {
+protected:
+    ShapeTest() : DesktopTest(under(GetParam())) {}
+
+    const Outline outline_;
+    const Rectangle surroundings_{-30, -30, player::WIDTH + 60, player::HEIGHT + 60};
+};
+
+TEST_P(ShapeTest, IsSeenInExactlyTheOutlinesPixels) {
+    const PlainWindow backdrop(display_, {0, 0, display_.width(), display_.height()}, MAGENTA);
+    ASSERT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    int seen = 0;
+    int wrong = 0;
+    const Screenshot screenshot = player_->screenshot(surroundings_);
+    for (int y = 0; y < screenshot.height(); ++y) {
+        for (int x = 0; x < screenshot.width(); ++x) {
+            const bool isSeen = screenshot.at(x, y) != MAGENTA;
+            seen += isSeen ? 1 : 0;
+            const Point place{surroundings_.x + x, surroundings_.y + y};
+            wrong += isSeen != outline_.contains(place) ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(seen, 110210);
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_P(ShapeTest, ClicksOutsideTheOutlineReachWhatLiesBeneath) {
+    PlainWindow backdrop(display_, {0, 0, display_.width(), display_.height()}, MAGENTA);
+    // Every pixel that has a pixel of the other side next to it, and the rectangle's corners.
+    std::vector<Point> outside{{0, 0}, {336, 0}, {0, 335}, {336, 335}, {337, 0}, {0, 336}};
+    std::vector<Point> inside;
+    for (int y = -1; y <= player::HEIGHT; ++y) {
+        for (int x = -1; x <= player::WIDTH; ++x) {
+            const bool here = outline_.contains({x, y});
+            if (here != outline_.contains({x + 1, y}) || here != outline_.contains({x - 1, y}) ||
+                here != outline_.contains({x, y + 1}) || here != outline_.contains({x, y - 1})) {
+                (here ? inside : outside).push_back({x, y});
+            }
+        }
+    }
+    for (const Point place : outside) {
+        click(place);
+        EXPECT_EQ(backdrop.takeClicks().size(), 2U) << place.x << ' ' << place.y;
+    }
+    for (const Point place : inside) {
+        click(place);
+        EXPECT_EQ(backdrop.takeClicks().size(), 0U) << place.x << ' ' << place.y;
+    }
+}
+
+TEST_P(ShapeTest, IsAFramelessWindowInTheMiddle) {
+    const Window& window = player_->window();
+    EXPECT_FALSE(window.hasFrame());
+    const Rectangle place = window.place();
+    EXPECT_EQ(place.width, player::WIDTH);
+    EXPECT_EQ(place.height, player::HEIGHT);
+    EXPECT_NEAR(place.x, (display_.width() - player::WIDTH) / 2.0, 1.0);
+    EXPECT_NEAR(place.y, (display_.height() - player::HEIGHT) / 2.0, 1.0);
+    if (display_.hasWindowManager()) {
+        EXPECT_TRUE(waitUntil([&] { return managedWindows(display_) == std::vector{window}; }));
+        EXPECT_FALSE(window.hasState("_NET_WM_STATE_ABOVE"));
+        EXPECT_FALSE(window.hasState("_NET_WM_STATE_SKIP_TASKBAR"));
+    }
+}
+
+TEST_P(ShapeTest, MinimisedAndRestoredItLooksAsBefore) {
+    const PlainWindow backdrop(display_, {0, 0, display_.width(), display_.height()}, MAGENTA);
+    const Window& window = player_->window();
+    const Rectangle place = window.place();
+    ASSERT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+
+    click(player::minimise);
+    if (!display_.hasWindowManager()) {
+        // Nobody minimises windows here, and the player stands as it stood.
+        EXPECT_TRUE(waitUntil(
+            [&] { return player_->showsButton(player::minimise, player::Look::normal); }));
+        return;
+    }
+    EXPECT_TRUE(waitUntil([&] { return window.isMinimised() && !window.isShown(); }));
+    const Point middle = place.middle();
+    EXPECT_EQ(Screenshot(display_, {middle.x, middle.y, 1, 1}).at(0, 0), MAGENTA);
+
+    window.activate();
+    EXPECT_TRUE(waitUntil([&] { return window.isShown() && !window.isMinimised(); }));
+    EXPECT_EQ(window.place(), place);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    const Screenshot corner = player_->screenshot({0, 0, 2, 2});
+    EXPECT_EQ(corner.at(0, 0), MAGENTA);
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, ShapeTest, testing::Values("openbox", "xfwm4", ""),
+                         [](const auto& parameter) {
+                             return parameter.param.empty() ? "nothing" : parameter.param;
+                         });
+
+} // namespace
+
+} // namespace support
