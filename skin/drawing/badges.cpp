@@ -102,6 +102,19 @@ double iconHeight(Point p) {
     return height;
 }
 
+/// The icon of 16 pixels: no more than its display and a big triangle, on the pixel grid.
+Drop smallIconColour(Point p, Direction n) {
+    const IconPlace at = iconPlaceOf(p);
+    Light light = at.rail < -0.4 ? brushedMetal(lightOf(222, 228, 232), n, 0)
+                                 : lacquer(lightOf(24, 42, 52), n) * 0.8;
+    if (boxDistance(p, {6, 6, 26, 14}, 0.2) < 0) {
+        light = lightOf(DISPLAY_COLOUR);
+    }
+    static constexpr std::array<Point, 4> PLAY{{{12, 16}, {13.5, 16}, {22, 22}, {13.5, 28}}};
+    light = mixed(light, lightOf(MARK_COLOUR), smoothStep(0.2, -0.2, polygonDistance(p, PLAY)));
+    return {light, at.edge < 0 ? 1.0 : 0.0};
+}
+
 Drop iconColour(Point p, Direction n) {
     const IconPlace at = iconPlaceOf(p);
     Light light;
@@ -181,7 +194,9 @@ Picture drawLogo(int scale) {
 }
 
 Picture drawIcon(int size, bool softEdges) {
-    const Drawing drawing = drawBadge({iconHeight, iconColour}, size);
+    constexpr int SMALL = 16;
+    const Drawing drawing =
+        drawBadge({iconHeight, size <= SMALL ? smallIconColour : iconColour}, size);
     return softEdges ? roundedWithAlpha(drawing) : rounded(drawing);
 }
 

@@ -31,6 +31,7 @@ constexpr std::array<Point, 25> SHADED_OUTLINE{{
 
 constexpr Box GLASS{69, 44, 268, 99};
 constexpr Box DISPLAY{79, 52, 258, 91};
+constexpr Box DECK{30, 258, 307, 307};
 constexpr Box SLOT{37, 285, 300, 301};
 constexpr Box TILE_BED{273, 31, 309, 51};
 constexpr Box LOGO{153, 123, 185, 155};
@@ -44,7 +45,7 @@ constexpr std::array<Point, 5> BUTTONS{{
 
 /// How wide a side rail is at a height: wide where it ends in the tab, and at the foot.
 double railWidth(double y) {
-    return 21 + 17 * smoothStep(36, 0, y) + 5 * smoothStep(286, 340, y);
+    return 21 + 19.5 * smoothStep(36, 0, y) + 5 * smoothStep(286, 340, y);
 }
 
 /// How far a place on a rail lies in from the rail's outer edge. The sides meet in round corners:
@@ -73,7 +74,7 @@ double fromRailEdge(Point p) {
     }};
     double inwards = 40;
     for (const Side& side : p.x < MIDDLE ? LEFT : RIGHT) {
-        inwards = smoothUnion(inwards, dot(p - side.on, side.inwards), 9);
+        inwards = smoothUnion(inwards, dot(p - side.on, side.inwards), 12);
     }
     return inwards;
 }
@@ -128,6 +129,7 @@ struct Place {
     double rail;
     double glass;
     double display;
+    double deck;
     double plate;
     double seat;
     double slot;
@@ -142,6 +144,7 @@ Place placeOf(Point p) {
     place.rail = (fromSide - railWidth(p.y)) * 0.93;
     place.glass = boxDistance(p, GLASS, 9);
     place.display = boxDistance(p, DISPLAY, 3);
+    place.deck = boxDistance(p, DECK, 10);
     place.plate = plateDistance(p);
     place.seat = boxDistance(p, {LOGO.left - 1, LOGO.top - 1, LOGO.right + 1, LOGO.bottom + 1}, 8);
     for (const Point button : BUTTONS) {
@@ -160,18 +163,16 @@ double heightAt(Point p) {
     const double dy = (p.y - MIDDLE) / MIDDLE;
     double height = -12 * (dx * dx + dy * dy);
     if (at.rail < 0) {
-        return height * 0.3 + roundedRise(fromRailEdge(p), 15, 10) + roundedRise(-at.rail, 8, 3.6);
+        return height * 0.3 + roundedRise(fromRailEdge(p), 13, 10) + roundedRise(-at.rail, 7, 3.4);
     }
-    height += roundedRise(-at.edge, 10, 5) + roundedRise(at.rail, 5, 1.6);
+    height += roundedRise(std::min(p.y - 9, HEIGHT - p.y), 9, 4.6) + roundedRise(at.rail, 5, 1.6);
     if (at.plate < 0) {
         height += roundedRise(-at.plate, 2.2, 1.6);
         height -= seatDepth(at.seat);
         return height;
     }
-    if (at.glass < 0) {
-        height += roundedRise(-at.glass, 3, -1.8);
-    }
-    height -= bevelledRise(1.2 - at.slot, 3.2, 3.2);
+    height -= bevelledRise(1.4 - std::min(at.glass, at.deck), 2.8, 1.7);
+    height -= bevelledRise(0.9 - at.slot, 2.4, 2.0);
     height -= bevelledRise(1.0 - at.tiles, 2.4, 1.6);
     height -= bevelledRise(0.7 - at.holes, 1.6, 1.3);
     return height;
@@ -179,7 +180,7 @@ double heightAt(Point p) {
 
 Light railColour(Point p, const Place& at, Direction n) {
     const double grain = 0.6 * noise(p.x * 1.7, p.y / 26, 11) + 0.4 * noise(p.x * 3.1, p.y / 9, 12);
-    Light light = brushedMetal(lightOf(188, 198, 206), n, grain);
+    Light light = brushedMetal(lightOf(196, 201, 204), n, grain);
     // Contact with the seam.
     return light * (0.35 + 0.65 * smoothStep(0, 2.4, -at.rail));
 }
@@ -197,36 +198,48 @@ Light plateColour(Point p, const Place& at, Direction n) {
                          0.45 * noise(radius * 3.7, along.x * 2.5 - along.y, 22);
     Light light = brushedMetal(lightOf(226, 230, 232), n, rings) *
                   (0.64 + 0.52 * fan4 * fan4 + 0.20 * cross4 * cross4);
+    // A turned line runs along the rim.
+    const double line = std::fabs(at.plate + 4.2);
+    light = light * mixed(1, 0.62, smoothStep(0.75, 0.15, line));
     light = mixed(light, seatLight(at.seat, n), smoothStep(SEAT_WALL, SEAT_WALL - 1, at.seat));
     return light * (0.45 + 0.55 * smoothStep(0, 1.2, -at.plate));
 }
 
 Light shellColour(Point p, const Place& at, Direction n) {
     const double flakes = noise(p.x * 2.3, p.y * 2.3, 31);
-    Light light = lacquer(lightOf(24, 42, 52) * (1 + 0.10 * flakes), n);
+    Light light = lacquer(lightOf(20, 46, 60) * (1 + 0.10 * flakes), n);
     // The plate stands on the shell and shades it, below right.
     const double shaded = smoothStep(7, -3, plateDistance({p.x - 2.6, p.y - 3.6}));
     light = light * (1 - 0.6 * shaded);
     light = light * (0.2 + 0.8 * smoothStep(0, 1.3, at.plate));
     // Openings.
     light = light * mixed(1, 0.12, smoothStep(0.4, -0.6, at.holes));
-    light = light * mixed(1, 0.16, smoothStep(0.5, -1.5, at.slot));
     light = light * mixed(1, 0.35, smoothStep(0.5, -1.2, at.tiles));
     light = light * (0.3 + 0.7 * smoothStep(0, 1.6, at.rail));
     const double letters = wordmarkDistance(p);
-    return mixed(light, lightOf(196, 208, 212), smoothStep(0.55, -0.35, letters) * 0.9);
+    const double behind = wordmarkDistance({p.x - 0.6, p.y - 0.8});
+    light = light * mixed(1, 0.55, smoothStep(0.6, -0.4, behind));
+    return mixed(light, lightOf(214, 224, 228), smoothStep(0.5, -0.4, letters));
 }
 
-Light glassColour(Point p, const Place& at, Direction n) {
-    Light light = lacquer(lightOf(7, 10, 12), n) * 0.8;
-    // The studio's window, slanting over the glass.
+/// Black glass let into the shell, at a distance from its edge.
+Light glassColour(Point p, double inwards, Direction n) {
+    Light light = lacquer(lightOf(6, 9, 11), n) * 0.7;
+    // The studio's window, slanting over all the glass.
     const double across = p.x + 0.55 * p.y;
-    light = light + lightOf(120, 150, 165) * (0.10 * smoothStep(182, 178, across));
-    light = light * (0.15 + 0.85 * smoothStep(0, 1.4, -at.glass));
-    // A fine edge around the display, catching the light below right.
-    const double lip = smoothStep(1.6, 0.6, at.display) * smoothStep(0.0, 0.5, at.display);
-    const double lit = smoothStep(-40, 60, (p.x - 168) * 0.5 + (p.y - 71) * 2);
-    return light + lightOf(110, 150, 165) * (lip * (0.05 + 0.35 * lit));
+    const double upper = smoothStep(183, 177, across);
+    const double lower = smoothStep(330, 324, across);
+    light = light + lightOf(120, 150, 165) * (0.085 * (p.y < MIDDLE ? upper : lower * 0.45));
+    return light * (0.12 + 0.88 * smoothStep(0, 1.4, inwards));
+}
+
+/// A fine edge around an opening in the glass, catching the light below right.
+Light lipLight(Point p, double distance, const Box& box) {
+    const double lip = smoothStep(1.6, 0.6, distance) * smoothStep(0.0, 0.5, distance);
+    const Point from = p - box.centre();
+    const double lit = smoothStep(
+        -0.6, 1.0, from.x / (box.right - box.left) + 2 * from.y / (box.bottom - box.top));
+    return lightOf(110, 150, 165) * (lip * (0.05 + 0.35 * lit));
 }
 
 Drop colourAt(Point p, Direction n) {
@@ -242,12 +255,15 @@ Drop colourAt(Point p, Direction n) {
         const double left = smoothStep(0, 2.6, p.x - DISPLAY.left);
         light = lightOf(DISPLAY_COLOUR) * (0.28 + 0.72 * top) * (0.45 + 0.55 * left);
     } else if (at.glass < 0) {
-        light = glassColour(p, at, n);
+        light = glassColour(p, -at.glass, n) + lipLight(p, at.display, DISPLAY);
+    } else if (at.deck < 0) {
+        light = glassColour(p, -at.deck, n) * mixed(1, 0.25, smoothStep(0.3, -1.2, at.slot)) +
+                lipLight(p, at.slot, SLOT);
     } else {
         light = shellColour(p, at, n);
     }
     // Transparency is one bit: instead of blending, the edge goes dark.
-    return {light * (0.12 + 0.88 * smoothStep(-0.2, 2.6, -at.edge)), 1};
+    return {light * (0.12 + 0.88 * smoothStep(0.2, 2.8, -at.edge)), 1};
 }
 
 /// The pixels of the window, as its shape has them.

@@ -87,12 +87,12 @@ private:
 } // namespace
 
 double wordmarkDistance(Point p) {
-    static const Lettering NAME("Zvonivec", {72, 35.5}, 3.6, 3.4, 1.25);
+    static const Lettering NAME("Zvonivec", {71.5, 35.5}, 3.5, 3.5, 1.35);
     return p.y < 20 || p.y > 42 || p.x > 170 || p.x < 66 ? 1000 : NAME.distance(p);
 }
 
 double mp3Distance(Point p) {
-    static const Lettering NAME("mp3", {4.9, 19.4}, 2.9, 2.9, 2.1);
+    static const Lettering NAME("mp3", {4.4, 19.2}, 2.8, 2.7, 2.1);
     return NAME.distance(p);
 }
 

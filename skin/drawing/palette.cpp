@@ -44,13 +44,15 @@ Cell measured(const std::vector<Counted>& colours, std::size_t first, std::size_
     return cell;
 }
 
-std::int64_t squaredDistance(const std::array<int, 3>& a, const std::array<int, 3>& b) {
-    std::int64_t sum = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::int64_t gap = a.at(i) - b.at(i);
-        sum += gap * gap;
-    }
-    return sum;
+/// How different two colours look. Shifts between the channels weigh more than lightness: a grey
+/// that is a little too dark goes unnoticed, a bluish speck in it doesn't.
+std::int64_t difference(const std::array<int, 3>& a, const std::array<int, 3>& b) {
+    const std::int64_t red = a[0] - b[0];
+    const std::int64_t green = a[1] - b[1];
+    const std::int64_t blue = a[2] - b[2];
+    const auto square = [](std::int64_t value) { return value * value; };
+    return square(red) + square(green) + square(blue) +
+           2 * (square(red - green) + square(green - blue) + square(red - blue));
 }
 
 } // namespace
@@ -124,7 +126,7 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
             std::size_t best = 0;
             std::int64_t bestDistance = std::numeric_limits<std::int64_t>::max();
             for (std::size_t i = 0; i < centres.size(); ++i) {
-                const std::int64_t distance = squaredDistance(centres[i], colour.channels);
+                const std::int64_t distance = difference(centres[i], colour.channels);
                 if (distance < bestDistance) {
                     best = i;
                     bestDistance = distance;
@@ -156,7 +158,7 @@ Rgba nearestColour(const std::vector<Rgba>& palette, int r, int g, int b, int un
     std::int64_t bestDistance = std::numeric_limits<std::int64_t>::max();
     for (const Rgba& colour : palette) {
         const std::int64_t distance =
-            squaredDistance({r, g, b}, {colour.r * unit, colour.g * unit, colour.b * unit});
+            difference({r, g, b}, {colour.r * unit, colour.g * unit, colour.b * unit});
         if (distance < bestDistance) {
             best = colour;
             bestDistance = distance;

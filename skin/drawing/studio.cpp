@@ -25,7 +25,7 @@ Light lacquer(Light ground, Direction surface) {
     const double lamp = smoothStep(0.45, 0.95, towardsLamp(seen));
     const double ceiling = smoothStep(0.9, -0.9, seen.y);
     const double table = smoothStep(0.3, 1.0, seen.y) * smoothStep(-0.4, 0.9, seen.x);
-    const Light reflected = lightOf(255, 252, 244) * (2.2 * lamp) +
+    const Light reflected = lightOf(232, 244, 255) * (2.0 * lamp) +
                             lightOf(150, 178, 196) * (0.5 * ceiling) +
                             lightOf(90, 150, 170) * (0.35 * table);
     const double diffuse = 0.35 + 0.75 * clamped(towardsLamp(surface), 0, 1);
