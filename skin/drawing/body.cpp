@@ -263,7 +263,7 @@ Drop colourAt(Point p, Direction n) {
         light = shellColour(p, at, n);
     }
     // Transparency is one bit: instead of blending, the edge goes dark.
-    return {light * (0.12 + 0.88 * smoothStep(0.2, 2.8, -at.edge)), 1};
+    return {light * (0.06 + 0.94 * smoothStep(0.2, 2.8, -at.edge)), 1};
 }
 
 /// The pixels of the window, as its shape has them.
