@@ -2,6 +2,7 @@
 
 #include "skin/drawing/palette.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -134,6 +135,10 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
     const std::vector<Rgba> chosen = choosePalette(free, colours - palette.size());
     palette.insert(palette.end(), chosen.begin(), chosen.end());
 
+    // What earlier pixels lost, to be made good by this one. More than a few steps are let go:
+    // a debt in hue alone, piled up over many dark pixels, would come back as a bright speck.
+    constexpr int MOST_OWED = 3 * UNIT;
+    Grid<Channels> owed(width, height, Channels{});
     Picture picture(width, height, CLEAR);
     // Every second row runs backwards: an error that always moved right would draw slanted worms.
     for (int y = 0; y < height; ++y) {
@@ -147,7 +152,10 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
                 picture.at(x, y) = fixed.at(x, y);
                 continue;
             }
-            const Channels& want = wanted.at(x, y);
+            Channels want = wanted.at(x, y);
+            for (std::size_t i = 0; i < 3; ++i) {
+                want[i] += std::clamp(owed.at(x, y)[i], -MOST_OWED, MOST_OWED);
+            }
             const Rgba got = nearestColour(palette, want[0], want[1], want[2], UNIT);
             picture.at(x, y) = got;
             const Channels given{got.r * UNIT, got.g * UNIT, got.b * UNIT};
@@ -157,7 +165,7 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
                     return;
                 }
                 for (std::size_t i = 0; i < 3; ++i) {
-                    wanted.at(column, row)[i] += (want[i] - given[i]) * sixteenths / 16;
+                    owed.at(column, row)[i] += (want[i] - given[i]) * sixteenths / 16;
                 }
             };
             share(x + ahead, y, 7);

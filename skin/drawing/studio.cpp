@@ -41,7 +41,7 @@ Light brushedMetal(Light tint, Direction surface, double grain) {
 }
 
 double roundedRise(double inwards, double width, double height) {
-    const double rest = 1 - clamped(inwards / width, 0, 1);
+    const double rest = inwards < width ? 1 - inwards / width : 0;
     return height * (1 - rest * rest);
 }
 

@@ -12,7 +12,8 @@ Light lacquer(Light ground, Direction surface);
 /// lightness at that place.
 Light brushedMetal(Light tint, Direction surface, double grain);
 
-/// How a rounded edge rises from a rim: 0 at the rim, height from that many pixels inwards on.
+/// How a rounded edge rises from a rim: 0 at the rim, height from that many pixels inwards on, and
+/// ever steeper downwards outside.
 double roundedRise(double inwards, double width, double height);
 /// A straight bevel with soft ends.
 double bevelledRise(double inwards, double width, double height);
