@@ -1,0 +1,117 @@
+// The thread that measures and decodes files, feeds the sound device, and notices the end of a
+// track and what goes wrong.
+#pragma once
+
+#include "playback/engine/audio_output.h"
+#include "playback/engine/loaded_file.h"
+#include "playback/engine/mp3_decoder.h"
+#include "playback/engine/sample_feed.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace zvonivec {
+
+/// All commands are for the user-interface thread; they are carried out in order and never wait.
+/// A run is a stretch of playing that begins with start or restart; its number names it in events.
+class DecoderThread {
+public:
+    struct Events {
+        std::function<void(std::uint64_t run)> ended;  ///< the natural end of a run
+        std::function<void(std::uint64_t run)> failed; ///< a run can't go on; it is silent
+    };
+
+    /// The events are called on the decoder thread.
+    explicit DecoderThread(Events events);
+    DecoderThread(const DecoderThread&) = delete;
+    DecoderThread& operator=(const DecoderThread&) = delete;
+    ~DecoderThread();
+
+    /// Makes a file, or none, the one that the other commands are about. Nothing plays any more.
+    void load(std::shared_ptr<LoadedFile> file);
+    /// Plays from a time on, as a new stream of the feed.
+    void start(std::uint64_t run, std::uint64_t stream, double seconds);
+    /// Plays from the start, in the stream that has just come to its end, without a gap.
+    void restart(std::uint64_t run);
+    void pause();
+    void resume();
+    void stop();
+
+    /// Seconds of the track that are heard now in a run, nothing when it hasn't been begun yet.
+    [[nodiscard]] std::optional<double> position(std::uint64_t run) const;
+
+    /// The gate and the volume, which act at once.
+    [[nodiscard]] SampleFeed& feed() { return feed_; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Command {
+        enum class Kind { load, start, restart, pause, resume, stop, quit } kind;
+        std::shared_ptr<LoadedFile> file = {};
+        std::uint64_t run = 0;
+        std::uint64_t stream = 0;
+        double seconds = 0;
+    };
+
+    /// Which frame of the track a frame of the feed is.
+    struct Segment {
+        std::uint64_t run = 0;
+        std::uint64_t feedFrame = 0;
+        std::int64_t trackFrame = 0;
+        int sampleRate = 1;
+    };
+
+    void send(Command command);
+
+    // The decoder thread.
+    void run();
+    [[nodiscard]] std::optional<Clock::time_point> nextWake() const;
+    void obey(Command& command);
+    void begin(const Command& command);
+    void studyFile();
+    void play();
+    void fillFeed();
+    [[nodiscard]] std::uint64_t waiting() const;
+    void fail();
+    void restIfIdle();
+
+    const Events events_;
+    SampleFeed feed_;
+
+    std::mutex commandMutex_;
+    std::condition_variable commandCame_;
+    std::vector<Command> commands_;         ///< guarded by commandMutex_
+    std::atomic<bool> commandsWait_{false}; ///< whether commands_ has any
+
+    mutable std::mutex segmentMutex_;
+    Segment segment_; ///< guarded by segmentMutex_
+    std::atomic<int> latencyFrames_{0};
+
+    // The rest is the decoder thread's alone.
+    AudioOutput output_;
+    std::shared_ptr<LoadedFile> file_;
+    std::optional<TrackTags> tags_; ///< of file_, once read
+    bool studied_ = true;           ///< nothing is left to find out of file_
+    std::unique_ptr<Mp3Decoder> decoder_;
+    int channels_ = 0; ///< format of feed_ and output_
+    int sampleRate_ = 0;
+    std::uint64_t run_ = 0;
+    std::uint64_t streamStart_ = 0; ///< frame of the feed where the present stream begins
+    bool playing_ = false;
+    bool decodedAll_ = false; ///< the feed has the end of what can be played
+    bool broken_ = false;     ///< that end is not the track's
+    Clock::time_point idleSince_;
+
+    std::thread thread_; ///< last: it uses all of the above
+};
+
+} // namespace zvonivec

@@ -1,0 +1,115 @@
+#include "playback/engine/file_measure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+namespace zvonivec {
+
+namespace {
+
+/// Samples by which every layer III decoder is late.
+constexpr std::int64_t decoderDelay = 529;
+
+std::int64_t wholeKilobits(double bitsPerSecond) {
+    return static_cast<std::int64_t>(std::llround(bitsPerSecond / 1000)) * 1000;
+}
+
+} // namespace
+
+FileMeasure::FileMeasure(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream)
+    : stream_(stream), scanner_(file, stream, std::size_t{256} * 1024), position_(stream.begin) {
+    const std::size_t size = stream.first.size(stream.freeFormatSize);
+    info_ = parseInfoFrame(stream.first, scanner_.bytes(stream.begin, size));
+    if (info_) {
+        position_ += size;
+        if (info_->delay) {
+            skipped_ = *info_->delay + decoderDelay;
+        }
+    }
+}
+
+void FileMeasure::walk(std::uint64_t bytes) {
+    const std::uint64_t target = position_ + bytes;
+    while (!done_ && position_ < target) {
+        takeStep();
+    }
+}
+
+void FileMeasure::walkToFrame(std::int64_t frames) {
+    while (!done_ && frames_ < frames) {
+        takeStep();
+    }
+}
+
+void FileMeasure::takeStep() {
+    const FrameScanner::Step step = scanner_.step(position_);
+    switch (step.result) {
+    case FrameScanner::Result::frame:
+        if (frames_ % indexStep == 0) {
+            index_.push_back(step.offset);
+        }
+        ++frames_;
+        frameBytes_ += step.size;
+        commonBitRate_ =
+            commonBitRate_ == -1 || commonBitRate_ == step.header.bitRate ? step.header.bitRate : 0;
+        [[fallthrough]];
+    case FrameScanner::Result::searching:
+        position_ = step.next;
+        break;
+    case FrameScanner::Result::failed:
+        failed_ = true;
+        [[fallthrough]];
+    case FrameScanner::Result::end:
+        done_ = true;
+        break;
+    }
+}
+
+std::uint64_t FileMeasure::frameOffset(std::int64_t frame) const {
+    return index_[static_cast<std::size_t>(frame / indexStep)];
+}
+
+std::int64_t FileMeasure::samples() const {
+    const std::int64_t decoded = frames_ * stream_.first.samples;
+    std::int64_t end = decoded;
+    if (info_ && info_->padding && info_->frames == frames_) {
+        // Where the count differs, what was padded is gone, or something else was appended.
+        end = std::min(decoded, decoded - *info_->padding + decoderDelay);
+    }
+    return std::max<std::int64_t>(0, end - skipped_);
+}
+
+Measurement FileMeasure::measurement() const {
+    if (!done_) {
+        return estimate();
+    }
+    Measurement result;
+    result.seconds = static_cast<double>(samples()) / stream_.first.sampleRate;
+    if (commonBitRate_ > 0) {
+        result.bitRate = commonBitRate_;
+    } else if (frames_ > 0) {
+        const double seconds =
+            static_cast<double>(frames_ * stream_.first.samples) / stream_.first.sampleRate;
+        result.bitRate = wholeKilobits(8.0 * static_cast<double>(frameBytes_) / seconds);
+    }
+    return result;
+}
+
+Measurement FileMeasure::estimate() const {
+    const double bytes = static_cast<double>(stream_.end - stream_.begin);
+    const double frameSeconds =
+        static_cast<double>(stream_.first.samples) / stream_.first.sampleRate;
+    const bool fits = info_ && info_->frames && *info_->frames > 0 &&
+                      (!info_->bytes || std::abs(*info_->bytes - bytes) <= bytes / 50);
+    if (fits) {
+        const double seconds = *info_->frames * frameSeconds;
+        return {seconds, wholeKilobits(8 * bytes / seconds)};
+    }
+    const double frameBytes = static_cast<double>(stream_.first.size(stream_.freeFormatSize));
+    const double seconds = bytes / frameBytes * frameSeconds;
+    return {seconds, wholeKilobits(8 * frameBytes / frameSeconds)};
+}
+
+} // namespace zvonivec
