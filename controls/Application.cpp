@@ -9,6 +9,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QScreen>
+#include <QThread>
 #include <QTranslator>
 #include <vector>
 
@@ -29,8 +30,7 @@ struct Application::Toolkit {
     QTranslator czech;
 };
 
-Application::Application(const std::string& title, const std::string& backEnds)
-    : toolkit_(std::make_unique<Toolkit>()) {
+Application::Application(const std::string& backEnds) : toolkit_(std::make_unique<Toolkit>()) {
     // The program takes no arguments; these are for the toolkit alone.
     toolkit_->arguments = {"zvonivec", "-platform", backEnds};
     for (std::string& argument : toolkit_->arguments) {
@@ -40,7 +40,6 @@ Application::Application(const std::string& title, const std::string& backEnds)
     toolkit_->pointers.push_back(nullptr);
 
     QApplication::setApplicationName(QStringLiteral("zvonivec"));
-    QApplication::setApplicationDisplayName(QString::fromStdString(title));
     QApplication::setDesktopFileName(QStringLiteral("zvonivec"));
     toolkit_->application =
         std::make_unique<QApplication>(toolkit_->count, toolkit_->pointers.data());
@@ -67,8 +66,9 @@ void Application::formLoaded() {
 }
 
 void Application::formUnloaded() {
-    // exit, not quit: quit asks the windows, and ends only the innermost of nested loops.
-    if (--loadedForms == 0) {
+    // exit, not quit, which would ask the windows first. It ends the loops of open boxes too. Before
+    // the loop runs there is nothing to end: run() looks for itself.
+    if (--loadedForms == 0 && QThread::currentThread()->loopLevel() > 0) {
         QCoreApplication::exit(0);
     }
 }

@@ -11,7 +11,7 @@ class Application {
 public:
     /// Starts the toolkit on the named display back-ends, the first that works ("xcb;wayland").
     /// Without any that works the process ends with a message.
-    Application(const std::string& title, const std::string& backEnds);
+    explicit Application(const std::string& backEnds);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
     ~Application();

@@ -12,16 +12,18 @@ namespace zvonivec {
 
 namespace {
 
-/// "*.*" means every file here, also one without a point in its name.
+/// The filter's names stay as they are, brackets included: the toolkit hides what it finds in the
+/// last pair of brackets, so the patterns get a pair of their own. Dialogs of some desktops tell
+/// capital letters from small ones. "*.*" means every file, also one without a point in its name.
 QStringList nameFilters(const std::string& filter) {
     const QStringList parts = QString::fromStdString(filter).split(u'|', Qt::SkipEmptyParts);
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-        const QString name = parts[i].section(QStringLiteral(" ("), 0, 0);
-        const QString patterns = parts[i + 1] == QStringLiteral("*.*")
+        const QString& pattern = parts[i + 1];
+        const QString patterns = pattern == QStringLiteral("*.*")
                                      ? QStringLiteral("*")
-                                     : parts[i + 1] + u' ' + parts[i + 1].toUpper();
-        filters.append(QStringLiteral("%1 (%2)").arg(name, patterns));
+                                     : pattern + u' ' + pattern.toUpper();
+        filters.append(QStringLiteral("%1 (%2)").arg(parts[i], patterns));
     }
     return filters;
 }
@@ -54,6 +56,7 @@ std::optional<std::string> SystemDialog::ShowOpen() {
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode((Flags & fileMustExist) != 0 ? QFileDialog::ExistingFile
                                                     : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(nameFilters(Filter));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;

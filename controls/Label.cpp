@@ -49,7 +49,7 @@ void Label::fit() {
     const QString shown = CaptionText::of(QString::fromStdString(caption_)).text;
     const float width = toTwips(std::max(minimumWidth, metrics.horizontalAdvance(shown)));
     const float right = Left() + Width();
-    setSize(width, toTwips(metrics.height()));
+    setSize(width, Height());
     if (alignment_ == Alignment::right) {
         setLeft(right - width);
     }

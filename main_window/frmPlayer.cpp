@@ -38,6 +38,7 @@ frmPlayer::frmPlayer(Parts parts)
         controls.push_back(&time);
     }
     layOut(layout::controls(), controls);
+    showMark(buttonStop, imgButtons[buttonStop].ToolTipText());
     connectHandlers();
 }
 

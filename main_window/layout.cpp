@@ -10,7 +10,6 @@ namespace zvonivec::layout {
 namespace {
 
 constexpr Color DISPLAY_COLOR = rgb(0, 160, 192);
-constexpr std::size_t STOP_MARK = std::size_t{buttonStop} + std::size_t{pictureMark};
 
 constexpr std::array CONTROLS{
     ControlLayout{.Name = "picBGround",
@@ -53,11 +52,7 @@ constexpr std::array CONTROLS{
                   .Top = 1845,
                   .ToolTipText = "Otevřít soubor MP3",
                   .Picture = skin::LOGO_PICTURE.file},
-    ControlLayout{.Name = "imgDisplay_Mark",
-                  .Left = 3480,
-                  .Top = 1155,
-                  .ToolTipText = "Zastavit",
-                  .Picture = skin::LIST_PICTURES[STOP_MARK - 1].file},
+    ControlLayout{.Name = "imgDisplay_Mark", .Left = 3480, .Top = 1155, .ToolTipText = "Zastavit"},
     ControlLayout{.Name = "imgButtons_6",
                   .Left = 4380,
                   .Top = 510,

@@ -9,7 +9,7 @@
 int main() {
     using namespace zvonivec;
 
-    Application application(APPLICATION_TITLE, displayBackEnds());
+    Application application(displayBackEnds());
 
     auto dialog = std::make_unique<SystemDialog>();
     auto boxes = std::make_unique<ModalMessageBoxes>();

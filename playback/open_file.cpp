@@ -23,8 +23,8 @@ void frmPlayer::OpenMp3File() {
         WMP->setURL(*path);
         CD->InitDir = *path;
         DoEvents();
-        if (!Loaded()) {
-            break;
+        if (!Loaded() || WMP->URL() != *path) {
+            break; // an event in that pass has ended the program or taken the file away
         }
         if (isMp3(WMP->currentMedia().getItemInfo("Filetype"))) {
             ShowPlayback(true);

@@ -34,12 +34,11 @@ void frmPlayer::ShowPlayback(bool playing) {
     lbl_Info_SH.setCaption(lbl_Info.Caption());
     picDisplay.setWidth(lbl_Info.Width() + 20);
     lblTime[0].setCaption("00:00");
+    PB.setValue(PB.Min()); // also for a new file: the bar must not show where the last one was
     if (playing) {
         lblTime[1].setCaption(WMP->currentMedia().durationString());
         PB.setMax(static_cast<float>(WMP->currentMedia().duration()));
         Popup().setFileItemsColor(ENABLED_ITEM_COLOR);
-    } else {
-        PB.setValue(0);
     }
 
     lblTime[0].setVisible(playing);

@@ -1,0 +1,88 @@
+#include "platform/end_requests.h"
+#include "tests/window/player_test.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <csignal>
+
+namespace zvonivec {
+namespace {
+
+class End : public PlayerTest {
+protected:
+    void SetUp() override {
+        start();
+        open("a.mp3");
+    }
+    /// Ended as the close button does: in the end both windows are unloaded and nothing plays.
+    void expectEnded() {
+        EXPECT_TRUE(serveUntil([this] { return !player().Loaded(); }));
+        EXPECT_FALSE(player().Popup().Loaded());
+        EXPECT_FALSE(player().Visible());
+        EXPECT_EQ(engine().URL(), "");
+    }
+};
+
+TEST_F(End, ByTheCloseButton) {
+    click(player().imgButtons[6]);
+    expectEnded();
+}
+
+TEST_F(End, ThePopupGoesFirst) {
+    bool popupGone = false;
+    engine().During = [&](const std::string& call) {
+        if (call == "setURL ") { // the main window silences the engine as it goes
+            popupGone = !player().Popup().Loaded();
+        }
+    };
+    player().CloseApplication();
+    EXPECT_TRUE(popupGone);
+}
+
+TEST_F(End, ByTheWindowManager) {
+    window().close();
+    expectEnded();
+}
+
+TEST_F(End, ByTheSession) {
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+    expectEnded();
+}
+
+class EndBySignal : public End, public testing::WithParamInterface<int> {};
+
+TEST_P(EndBySignal, EndsAsTheCloseButtonDoes) {
+    const EndRequests requests([this] { player().CloseApplication(); });
+    raise(GetParam());
+    EXPECT_TRUE(player().Loaded()); // the handler itself only takes note
+    expectEnded();
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, EndBySignal, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST_F(End, TwiceIsOnce) {
+    player().CloseApplication();
+    player().CloseApplication();
+    EXPECT_EQ(engine().count("setURL "), 1);
+}
+
+TEST_F(End, AClosedProgramPlaysNothingMore) {
+    player().CloseApplication();
+    engine().calls.clear();
+    player().OpenMp3File();
+    player().Timer1_Timer();
+    EXPECT_EQ(dialog().shown, 1);
+    EXPECT_TRUE(engine().calls.empty());
+    player().setVisible(true);
+    EXPECT_FALSE(player().Visible());
+}
+
+TEST_F(End, ThePopupAloneIsNotTheProgram) {
+    QWidget::find(player().Popup().hWnd())->close();
+    EXPECT_TRUE(player().Popup().Loaded());
+    EXPECT_TRUE(player().Loaded());
+}
+
+} // namespace
+} // namespace zvonivec

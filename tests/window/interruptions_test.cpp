@@ -1,0 +1,197 @@
+// A message pass inside a handler may bring any event. Here every event comes in every pass.
+
+#include "tests/window/player_test.h"
+
+#include <QCloseEvent>
+
+namespace zvonivec {
+namespace {
+
+struct Command {
+    const char* name;
+    std::function<void(frmPlayer&)> run;
+};
+
+/// What the user or the engine starts, with all the message passes in it.
+const Command HANDLERS[] = {
+    {"Open", [](frmPlayer& player) { player.OpenMp3File(); }},
+    {"ShowPlaying", [](frmPlayer& player) { player.ShowPlayback(true); }},
+    {"ShowIdle", [](frmPlayer& player) { player.ShowPlayback(false); }},
+    {"Error", [](frmPlayer& player) { player.WMP_MediaError(); }},
+    {"Tick", [](frmPlayer& player) { player.Timer1_Timer(); }},
+    {"Seek", [](frmPlayer& player) { player.PB_MouseUp({.Button = 1, .X = 1000}); }},
+    {"Volume", [](frmPlayer& player) { player.imgVolume_MouseUp({.Button = 1}); }},
+};
+
+void clickButton(frmPlayer& player, std::int16_t index) {
+    if (player.imgButtons[static_cast<std::size_t>(index)].Enabled()) {
+        player.imgButtons_MouseDown(index, {.Button = 1});
+        player.imgButtons_MouseUp(index, {.Button = 1});
+    }
+}
+
+/// What may come in between.
+const Command EVENTS[] = {
+    {"Close", [](frmPlayer& player) { player.CloseApplication(); }},
+    {"CloseByWindowManager", [](frmPlayer& player) { QWidget::find(player.hWnd())->close(); }},
+    {"PopupGoes", [](frmPlayer& player) { player.Popup().Unload(); }},
+    {"OpenAnother", [](frmPlayer& player) { player.OpenMp3File(); }},
+    {"ClickOnLogo",
+     [](frmPlayer& player) {
+         player.imgLogo_MouseDown({.Button = 1});
+         player.imgLogo_MouseUp({.Button = 1});
+     }},
+    {"Error", [](frmPlayer& player) { player.WMP->MediaError(); }},
+    {"Stop", [](frmPlayer& player) { clickButton(player, buttonStop); }},
+    {"Forward", [](frmPlayer& player) { clickButton(player, buttonForward); }},
+    {"End", [](frmPlayer& player) { player.WMP->PlayStateChange(PlayState::stopped); }},
+    {"Idle", [](frmPlayer& player) { player.ShowPlayback(false); }},
+    {"Tick", [](frmPlayer& player) { player.Timer1_Timer(); }},
+    {"Minimise", [](frmPlayer& player) { player.setWindowState(Form::WindowState::minimized); }},
+};
+
+/// The engine's call after which the next message pass brings the event; empty: the first pass.
+const char* const MOMENTS[] = {"",
+                               "setURL b.mp3",
+                               "getItemInfo Filetype",
+                               "isReadOnlyItem Bitrate",
+                               "durationString",
+                               "setURL ",
+                               "dialog",
+                               "box"};
+
+class Interruption : public PlayerTest, public testing::WithParamInterface<Command> {
+protected:
+    /// Runs the handler with the event in the message pass that follows a moment.
+    void interrupt(const Command& handler, const Command& event, const std::string& moment) {
+        open("a.mp3");
+        player().Timer1.setEnabled(true);
+        engine().tracks.try_emplace("b.mp3");
+        engine().tracks.try_emplace("c.mp3");
+        dialog().answers = {"b.mp3"};
+        const int opened = dialog().shown;
+        bool due = true;
+        int served = 0;
+        const auto post = [&](const std::string& now) {
+            if (due && now == moment) {
+                due = false;
+                Application::post([&] {
+                    ++served;
+                    dialog().answers.emplace_back("c.mp3");
+                    event.run(player());
+                });
+            }
+        };
+        engine().During = post;
+        dialog().During = [&] { post("dialog"); };
+        boxes().During = [&] { post("box"); };
+        post("");
+        handler.run(player());
+        due = false;
+        DoEvents();
+        engine().During = nullptr;
+        dialog().During = nullptr;
+        boxes().During = nullptr;
+        EXPECT_LE(served, 1);
+        EXPECT_LE(dialog().shown - opened, 2);
+    }
+
+    void expectSoundState() {
+        EXPECT_EQ(player().Timer1.Enabled(), player().Loaded());
+        if (player().Loaded()) {
+            expectLook(!engine().URL().empty());
+        } else {
+            EXPECT_FALSE(player().Visible());
+            EXPECT_EQ(engine().URL(), "");
+            EXPECT_EQ(engine().playState(), PlayState::undefined);
+        }
+    }
+};
+
+TEST_P(Interruption, LeavesASoundState) {
+    for (const Command& event : EVENTS) {
+        for (const char* moment : MOMENTS) {
+            SCOPED_TRACE(std::string(event.name) + " after " + moment);
+            renew();
+            player().Form_Load();
+            interrupt(GetParam(), event, moment);
+            expectSoundState();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Handlers, Interruption, testing::ValuesIn(HANDLERS),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+// --- What must come of some of them -----------------------------------------------------------
+
+class Overtaken : public PlayerTest {
+protected:
+    void SetUp() override { start(); }
+
+    /// Runs a function in the message pass that follows an engine call.
+    void after(const std::string& moment, std::function<void()> function) {
+        engine().During = [this, moment, function](const std::string& call) {
+            if (call == moment) {
+                engine().During = nullptr;
+                Application::post(function);
+            }
+        };
+    }
+};
+
+TEST_F(Overtaken, AFileThatFailsWhileItIsShownEndsIdleWithOneBox) {
+    after("durationString", [this] { engine().fail(); });
+    open("a.mp3");
+    expectLook(false);
+    EXPECT_EQ(boxes().boxes.size(), 1U);
+    EXPECT_EQ(engine().playState(), PlayState::undefined);
+}
+
+TEST_F(Overtaken, AFileTakenAwayBeforeItsTypeIsKnownIsNotRefused) {
+    after("setURL a.mp3", [this] { engine().fail(); });
+    open("a.mp3");
+    ASSERT_EQ(boxes().boxes.size(), 1U);
+    EXPECT_NE(boxes().boxes[0].text, "Tento soubor není ve formátu MP3!");
+    EXPECT_EQ(dialog().shown, 1);
+}
+
+TEST_F(Overtaken, ASecondClickOnTheLogoOpensNoSecondDialog) {
+    after("setURL a.mp3", [this] { player().OpenMp3File(); });
+    open("a.mp3");
+    EXPECT_EQ(dialog().shown, 1);
+    EXPECT_EQ(engine().playState(), PlayState::playing);
+}
+
+TEST_F(Overtaken, ClosingWhileTheDialogIsOpenPlaysNothing) {
+    dialog().During = [this] { player().CloseApplication(); };
+    open("a.mp3");
+    EXPECT_EQ(engine().count("play"), 0);
+    EXPECT_EQ(engine().URL(), "");
+}
+
+TEST_F(Overtaken, ClosingWhileTheRefusalIsShownAsksNoMore) {
+    boxes().During = [this] { player().CloseApplication(); };
+    dialog().answers = {"text.txt", "text.txt"};
+    player().OpenMp3File();
+    EXPECT_EQ(dialog().shown, 1);
+    EXPECT_EQ(boxes().boxes.size(), 1U);
+}
+
+TEST_F(Overtaken, ClosingWhileTheTrackIsShownPlaysNothing) {
+    after("durationString", [this] { player().CloseApplication(); });
+    open("a.mp3");
+    EXPECT_FALSE(player().Loaded());
+    EXPECT_EQ(engine().URL(), "");
+    EXPECT_NE(engine().playState(), PlayState::playing);
+    EXPECT_FALSE(player().Timer1.Enabled());
+}
+
+TEST_F(Overtaken, AnErrorOfAClosedProgramShowsNoBox) {
+    player().CloseApplication();
+    engine().fail();
+    EXPECT_TRUE(boxes().boxes.empty());
+}
+
+} // namespace
+} // namespace zvonivec
