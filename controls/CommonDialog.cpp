@@ -43,7 +43,8 @@ std::string SystemDialog::startFolder() const {
     if (start.isDir()) {
         return InitDir;
     }
-    if ((start.isFile() || InitDir == lastChosen_) && start.absoluteDir().exists()) {
+    const bool chosenBefore = !lastChosen_.empty() && InitDir == lastChosen_;
+    if ((start.isFile() || chosenBefore) && start.absoluteDir().exists()) {
         return toPath(start.absolutePath());
     }
     const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
