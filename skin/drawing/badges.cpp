@@ -152,20 +152,21 @@ double handDistance(Point p) {
         double radius;
     };
     static constexpr std::array<Finger, 5> FINGERS{{
-        {{12.5, 6.2}, {12.5, 18}, 1.75},
-        {{16.4, 13.2}, {16.4, 19}, 1.75},
-        {{20.2, 14.0}, {20.2, 19}, 1.75},
-        {{23.8, 15.4}, {23.6, 20}, 1.6},
-        {{7.6, 16.6}, {12.0, 22.4}, 1.7},
+        {{12.5, 5.8}, {12.5, 18}, 1.5},
+        {{15.5, 12.5}, {15.5, 19}, 1.5},
+        {{18.5, 13.5}, {18.5, 19}, 1.5},
+        {{21.5, 15}, {21.5, 20}, 1.5},
+        {{8.5, 17.5}, {12.5, 22.5}, 1.45},
     }};
-    static constexpr std::array<Point, 7> PALM{{
-        {10.9, 17},
-        {25.3, 17},
-        {25.3, 22},
-        {23.2, 26},
-        {23.2, 28},
-        {13.6, 28},
-        {13.4, 25.4},
+    static constexpr std::array<Point, 8> PALM{{
+        {11, 17},
+        {23, 17},
+        {23, 22.5},
+        {21, 26},
+        {21, 28},
+        {13, 28},
+        {13, 26},
+        {11, 23},
     }};
     double distance = polygonDistance(p, PALM);
     for (const Finger& finger : FINGERS) {
@@ -176,15 +177,15 @@ double handDistance(Point p) {
 
 Drop handColour(Point p) {
     const double skin = handDistance(p);
-    // The lines between the bent fingers.
-    double line = segmentDistance(p, {14.45, 13.5}, {14.45, 18.4}) - 0.5;
-    line = std::min(line, segmentDistance(p, {18.3, 14.5}, {18.3, 18.4}) - 0.45);
-    line = std::min(line, segmentDistance(p, {22.1, 15.5}, {22.1, 18.4}) - 0.45);
+    // The lines between the fingers.
+    double line = segmentDistance(p, {14.5, 12}, {14.5, 18.5}) - 0.5;
+    line = std::min(line, segmentDistance(p, {17.5, 14.5}, {17.5, 18.5}) - 0.5);
+    line = std::min(line, segmentDistance(p, {20.5, 15.5}, {20.5, 18.5}) - 0.5);
     const double shade = smoothStep(14, 34, p.x * 0.6 + p.y * 0.8);
     Light light = mixed(lightOf(255, 255, 255), lightOf(206, 214, 220), shade);
-    light = mixed(light, Light{}, smoothStep(-0.3, 0.3, skin));
-    light = mixed(light, lightOf(40, 46, 50), smoothStep(0.3, -0.3, line));
-    return {light, skin < 1.15 ? 1.0 : 0.0};
+    light = mixed(light, Light{}, smoothStep(-0.15, 0.15, skin));
+    light = mixed(light, lightOf(30, 34, 38), smoothStep(0.15, -0.15, line));
+    return {light, skin < 1.05 ? 1.0 : 0.0};
 }
 
 } // namespace

@@ -79,6 +79,20 @@ double fromRailEdge(Point p) {
     return inwards;
 }
 
+/// Grooves across the rails, where the fingers hold the device.
+double gripDepth(Point p) {
+    constexpr double FIRST = 148;
+    constexpr double STEP = 6;
+    constexpr int COUNT = 9;
+    const double fromSide = p.x < MIDDLE ? p.x : WIDTH - p.x;
+    double distance = 10;
+    for (int i = 0; i < COUNT; ++i) {
+        const double y = FIRST + i * STEP;
+        distance = std::min(distance, segmentDistance({fromSide, p.y}, {6, y}, {15.5, y}));
+    }
+    return bevelledRise(1.7 - distance, 1.7, 1.1);
+}
+
 /// The plate that carries the buttons, a plectrum: three bulging sides with round corners.
 double plateDistance(Point p) {
     constexpr double ARCH = 212;
@@ -163,7 +177,8 @@ double heightAt(Point p) {
     const double dy = (p.y - MIDDLE) / MIDDLE;
     double height = -12 * (dx * dx + dy * dy);
     if (at.rail < 0) {
-        return height * 0.3 + roundedRise(fromRailEdge(p), 13, 10) + roundedRise(-at.rail, 7, 3.4);
+        return height * 0.3 + roundedRise(fromRailEdge(p), 13, 10) + roundedRise(-at.rail, 7, 3.4) -
+               gripDepth(p);
     }
     height += roundedRise(std::min(p.y - 9, HEIGHT - p.y), 9, 4.6) + roundedRise(at.rail, 5, 1.6);
     if (at.plate < 0) {
@@ -181,6 +196,7 @@ double heightAt(Point p) {
 Light railColour(Point p, const Place& at, Direction n) {
     const double grain = 0.6 * noise(p.x * 1.7, p.y / 26, 11) + 0.4 * noise(p.x * 3.1, p.y / 9, 12);
     Light light = brushedMetal(lightOf(196, 201, 204), n, grain);
+    light = light * mixed(1, 0.55, smoothStep(0.3, 1.1, gripDepth(p)));
     // Contact with the seam.
     return light * (0.35 + 0.65 * smoothStep(0, 2.4, -at.rail));
 }

@@ -35,7 +35,7 @@ Cell measured(const std::vector<Counted>& colours, std::size_t first, std::size_
             sum += value * colours[i].count;
             squares += value * value * colours[i].count;
         }
-        const std::int64_t spread = squares - sum * sum / count;
+        const std::int64_t spread = count > 0 ? squares - sum * sum / count : 0;
         if (spread > cell.spread) {
             cell.spread = spread;
             cell.channel = channel;
@@ -86,7 +86,7 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
             sum += colours[i].channels.at(cell.channel) * colours[i].count;
             number += colours[i].count;
         }
-        const std::int64_t mean = sum / number;
+        const std::int64_t mean = number > 0 ? sum / number : 0;
         const auto begin = colours.begin() + static_cast<std::ptrdiff_t>(cell.first);
         const auto end = colours.begin() + static_cast<std::ptrdiff_t>(cell.last);
         const auto cut = std::stable_partition(begin, end, [&](const Counted& colour) {
@@ -101,7 +101,7 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
     const auto centreOf = [](const std::array<std::int64_t, 3>& sums, std::int64_t number) {
         std::array<int, 3> centre{};
         for (std::size_t i = 0; i < 3; ++i) {
-            centre.at(i) = static_cast<int>((sums.at(i) + number / 2) / number);
+            centre.at(i) = number > 0 ? static_cast<int>((sums.at(i) + number / 2) / number) : 0;
         }
         return centre;
     };
