@@ -1,0 +1,119 @@
+// The real engine with a user-interface thread made of the test's own.
+#pragma once
+
+#include "playback/engine/PlayerEngine.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace zvonivec {
+
+/// What a toolkit's event loop does for the engine: runs functions of other threads on this one.
+class UserInterfaceQueue {
+public:
+    [[nodiscard]] PostToUserInterface poster() {
+        return [this](std::function<void()> function) {
+            const std::lock_guard lock(mutex_);
+            functions_.push_back(std::move(function));
+            came_.notify_one();
+        };
+    }
+
+    /// Runs what comes until a condition, asked every few milliseconds, holds. False when it never
+    /// does.
+    bool runUntil(const std::function<bool()>& condition,
+                  std::chrono::milliseconds limit = std::chrono::seconds(20)) {
+        const auto end = std::chrono::steady_clock::now() + limit;
+        for (;;) {
+            runWaiting();
+            if (condition()) {
+                return true;
+            }
+            if (std::chrono::steady_clock::now() > end) {
+                return false;
+            }
+            std::unique_lock lock(mutex_);
+            came_.wait_for(lock, std::chrono::milliseconds(3), [this] { return !functions_.empty(); });
+        }
+    }
+
+    /// Runs what comes for a while.
+    void runFor(std::chrono::milliseconds time) {
+        runUntil([] { return false; }, time);
+    }
+
+    void runWaiting() {
+        for (;;) {
+            std::function<void()> function;
+            {
+                const std::lock_guard lock(mutex_);
+                if (functions_.empty()) {
+                    return;
+                }
+                function = std::move(functions_.front());
+                functions_.pop_front();
+            }
+            function();
+        }
+    }
+
+    [[nodiscard]] bool empty() {
+        const std::lock_guard lock(mutex_);
+        return functions_.empty();
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable came_;
+    std::deque<std::function<void()>> functions_;
+};
+
+/// An engine whose events are counted.
+struct EngineUnderTest {
+    EngineUnderTest() {
+        engine->settings().setAutoStart(false);
+        engine->PlayStateChange = [this](PlayState state) {
+            states.push_back(state);
+            if (onState) {
+                onState(state);
+            }
+        };
+        engine->MediaError = [this] { ++errors; };
+    }
+
+    PlayerEngine::Controls& controls() { return engine->controls(); }
+    PlayerEngine::Media& media() { return engine->currentMedia(); }
+
+    /// Loads a file and waits until it has been measured, as the program does.
+    void open(const std::string& path) {
+        engine->setURL(path);
+        while (!media().isReadOnlyItem("Bitrate")) {
+        }
+    }
+
+    [[nodiscard]] int stops() const {
+        int count = 0;
+        for (const PlayState state : states) {
+            count += state == PlayState::stopped ? 1 : 0;
+        }
+        return count;
+    }
+
+    bool runUntilStopped() {
+        const int before = stops();
+        return queue.runUntil([&] { return stops() > before; });
+    }
+
+    UserInterfaceQueue queue;
+    std::unique_ptr<PlayerEngine> engine = createPlayerEngine(queue.poster());
+    std::vector<PlayState> states;
+    std::function<void(PlayState)> onState;
+    int errors = 0;
+};
+
+} // namespace zvonivec

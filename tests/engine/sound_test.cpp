@@ -1,0 +1,410 @@
+// The whole way of the sound, on the real device: what the server's sink plays is recorded and
+// compared with what the mpg123 program makes of the file.
+
+#include "tests/engine/engine_under_test.h"
+#include "tests/support/mp3_samples.h"
+#include "tests/support/process.h"
+#include "tests/support/pulse_server.h"
+#include "tests/support/recording.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace zvonivec {
+
+namespace {
+
+using namespace std::chrono_literals;
+using support::Samples;
+
+constexpr std::size_t rate = 44100;
+
+/// Samples of a stretch of time, both channels.
+constexpr std::size_t samplesOf(std::chrono::milliseconds time) {
+    return static_cast<std::size_t>(time.count()) * rate / 1000 * 2;
+}
+
+Samples part(const Samples& all, std::size_t from, std::size_t count) {
+    from = std::min(from, all.size());
+    count = std::min(count, all.size() - from);
+    return {all.begin() + static_cast<std::ptrdiff_t>(from),
+            all.begin() + static_cast<std::ptrdiff_t>(from + count)};
+}
+
+class Sound : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(server.running());
+        server.useInThisProcess();
+        engine.engine->settings().setVolume(100);
+    }
+
+    /// A file of noise that states its padding, so that its length is that of the noise.
+    std::string noiseFile(double seconds, unsigned seed = 1) {
+        const std::string path = folder.file("noise" + std::to_string(seed) + ".mp3");
+        EXPECT_TRUE(support::encodeNoise(path, seconds, {"-b", "128"}, rate, 2, seed));
+        return path;
+    }
+
+    support::TemporaryFolder folder;
+    support::PulseServer server;
+    EngineUnderTest engine;
+};
+
+TEST_F(Sound, isTheDecodedFileAtFullVolume) {
+    const std::string path = noiseFile(2);
+    const Samples expected = support::decodeWithMpg123(path);
+    ASSERT_EQ(expected.size(), 2 * 2 * rate);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    ASSERT_TRUE(engine.runUntilStopped());
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    const auto start = support::findIn(heard, part(expected, 0, 2000));
+    ASSERT_TRUE(start);
+    EXPECT_EQ(support::equalLength(heard, *start, expected, 0), expected.size());
+    EXPECT_EQ(support::firstSound(heard), support::firstSound(expected) + *start);
+    EXPECT_EQ(support::behindLastSound(heard), support::behindLastSound(expected) + *start);
+}
+
+TEST_F(Sound, isHeardSoonAfterPlay) {
+    const std::string path = noiseFile(1);
+    const support::Recording recording(server);
+    engine.open(path);
+    const std::size_t before = recording.frames();
+    engine.controls().play();
+    ASSERT_TRUE(support::waitUntil(
+        [&] { return support::firstSound(recording.samples(), before * 2) < recording.samples().size(); }));
+    const std::size_t heard = support::firstSound(recording.samples(), before * 2);
+    RecordProperty("milliseconds", static_cast<int>((heard / 2 - before) * 1000 / rate));
+    EXPECT_LT(heard - before * 2, samplesOf(150ms));
+}
+
+TEST_F(Sound, pausesPromptlyAndResumesWithoutLossOrRepetition) {
+    const std::string path = noiseFile(3);
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.7; });
+    const std::size_t paused = recording.frames();
+    engine.controls().pause();
+    EXPECT_EQ(engine.engine->playState(), PlayState::paused);
+    const double position = engine.controls().currentPosition();
+    ASSERT_TRUE(recording.waitForSilence());
+    const std::size_t silent = support::behindLastSound(recording.samples()) / 2;
+    RecordProperty("milliseconds", static_cast<int>((silent - paused) * 1000 / rate));
+    EXPECT_LT(silent, paused + rate / 10);
+    EXPECT_NEAR(engine.controls().currentPosition(), position, 0.1);
+    recording.waitFor(300ms);
+    EXPECT_EQ(support::behindLastSound(recording.samples()) / 2, silent);
+
+    engine.controls().play();
+    ASSERT_TRUE(engine.runUntilStopped());
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    const auto start = support::findIn(heard, part(expected, 0, 2000));
+    ASSERT_TRUE(start);
+    const std::size_t first = support::equalLength(heard, *start, expected, 0);
+    ASSERT_LT(first, expected.size());
+    const std::size_t fades = 4 * 2 * 128;
+    const auto second = support::findIn(heard, part(expected, first, 2000), *start + first + fades);
+    ASSERT_TRUE(second) << "what follows the pause isn't what came before it";
+    EXPECT_EQ(support::equalLength(heard, *second, expected, first), expected.size() - first);
+    EXPECT_NEAR(position * rate * 2, static_cast<double>(first), 0.1 * rate * 2);
+}
+
+TEST_F(Sound, goesOnAfterAPauseThatClosedTheDevice) {
+    const std::string path = noiseFile(2);
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.5; });
+    EXPECT_EQ(server.playingStreams(), 1);
+    engine.controls().pause();
+    ASSERT_TRUE(support::waitUntil([&] { return server.playingStreams() == 0; }))
+        << "an idle player keeps the device";
+    engine.controls().play();
+    ASSERT_TRUE(engine.runUntilStopped());
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    const auto start = support::findIn(heard, part(expected, 0, 2000));
+    ASSERT_TRUE(start);
+    const std::size_t first = support::equalLength(heard, *start, expected, 0);
+    const auto second = support::findIn(heard, part(expected, first, 2000), *start + first);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(support::equalLength(heard, *second, expected, first), expected.size() - first);
+    EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(Sound, jumpsToTheSampleAskedFor) {
+    const std::string path = noiseFile(4);
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().setCurrentPosition(3.0); // while stopped
+    EXPECT_EQ(engine.controls().currentPosition(), 3.0);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 3.2; });
+    engine.controls().setCurrentPosition(1.0); // backwards, while playing
+    EXPECT_EQ(engine.controls().currentPosition(), 1.0);
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 1.3; });
+    engine.controls().pause();
+    engine.controls().setCurrentPosition(2.0); // while paused
+    EXPECT_EQ(engine.controls().currentPosition(), 2.0);
+    EXPECT_EQ(engine.engine->playState(), PlayState::paused);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 2.2; });
+    engine.controls().stop();
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    std::size_t after = 0;
+    for (const std::size_t second : {3U, 1U, 2U}) {
+        const auto at = support::findIn(heard, part(expected, second * rate * 2, 2000), after);
+        ASSERT_TRUE(at) << second;
+        EXPECT_GT(support::equalLength(heard, *at, expected, second * rate * 2), samplesOf(150ms));
+        after = *at + 2000;
+    }
+}
+
+TEST_F(Sound, positionIsWhatIsHeard) {
+    const std::string path = noiseFile(3);
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    struct Moment {
+        std::size_t frame;
+        double position;
+    };
+    std::vector<Moment> moments;
+    double last = 0;
+    engine.queue.runUntil([&] {
+        const double position = engine.controls().currentPosition();
+        EXPECT_GE(position, last) << "time runs backwards";
+        last = position;
+        moments.push_back({recording.frames(), position});
+        return position > 2.5;
+    });
+    engine.controls().stop();
+    const Samples heard = recording.samples();
+    const auto start = support::findIn(heard, part(expected, 0, 2000));
+    ASSERT_TRUE(start);
+    double worst = 0;
+    for (const Moment& moment : moments) {
+        if (moment.position > 0.1) {
+            const double there = (static_cast<double>(moment.frame) - static_cast<double>(*start / 2)) / rate;
+            worst = std::max(worst, std::abs(there - moment.position));
+        }
+    }
+    RecordProperty("milliseconds", static_cast<int>(worst * 1000));
+    EXPECT_LT(worst, 0.1);
+}
+
+TEST_F(Sound, repeatsWithoutAGap) {
+    const std::string path = noiseFile(1);
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.onState = [&](PlayState state) {
+        if (state == PlayState::stopped && engine.stops() <= 2) {
+            engine.controls().play();
+        }
+    };
+    engine.open(path);
+    engine.controls().play();
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.stops() == 3; }));
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    std::size_t end = 0;
+    for (int round = 0; round < 3; ++round) {
+        const auto start = support::findIn(heard, part(expected, 0, 2000), end);
+        ASSERT_TRUE(start) << round;
+        EXPECT_EQ(support::equalLength(heard, *start, expected, 0), expected.size());
+        if (round > 0) {
+            EXPECT_EQ(*start, end) << "samples of silence between the end and the start";
+        }
+        end = *start + expected.size();
+    }
+}
+
+TEST_F(Sound, isScaledByTheVolume) {
+    const std::string path = noiseFile(1);
+    const Samples expected = support::decodeWithMpg123(path);
+    for (const auto& [volume, factor] : {std::pair(50, 0.125), std::pair(0, 0.0)}) {
+        const support::Recording recording(server);
+        engine.engine->settings().setVolume(volume);
+        engine.open(path);
+        engine.controls().play();
+        ASSERT_TRUE(engine.runUntilStopped());
+        recording.waitFor(200ms);
+        const Samples heard = recording.samples();
+        if (factor == 0.0) {
+            EXPECT_EQ(support::firstSound(heard), heard.size());
+            continue;
+        }
+        Samples scaled = expected;
+        for (std::int16_t& sample : scaled) {
+            sample = static_cast<std::int16_t>(std::lround(sample * factor));
+        }
+        const auto start = support::findIn(heard, part(scaled, 0, 2000), 0, 1);
+        ASSERT_TRUE(start);
+        EXPECT_EQ(support::equalLength(heard, *start, scaled, 0, 1), scaled.size());
+    }
+}
+
+TEST_F(Sound, volumeStepsDontClick) {
+    // Of a low tone, no sample differs much from the one before, unless something clicks.
+    Samples tone(3 * rate * 2);
+    for (std::size_t i = 0; i < tone.size(); ++i) {
+        tone[i] = static_cast<std::int16_t>(
+            std::lround(20000 * std::sin(static_cast<double>(i / 2) * 2 * 3.14159265 * 50 / rate)));
+    }
+    support::writeWav(folder.file("tone.wav"), tone);
+    const std::string path = folder.file("tone.mp3");
+    ASSERT_EQ(support::run({"lame", "--quiet", "-b", "192", folder.file("tone.wav"), path}), 0);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    for (const int volume : {0, 100, 40, 90, 10, 100}) {
+        engine.queue.runFor(120ms);
+        engine.engine->settings().setVolume(volume);
+    }
+    engine.queue.runFor(150ms);
+    engine.controls().pause();
+    engine.queue.runFor(150ms);
+    engine.controls().play();
+    engine.queue.runFor(150ms);
+    engine.controls().stop();
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    int worst = 0;
+    for (std::size_t i = support::firstSound(heard); i + 2 < heard.size(); ++i) {
+        worst = std::max(worst, std::abs(heard[i + 2] - heard[i]));
+    }
+    EXPECT_GT(worst, 100) << "nothing was heard";
+    EXPECT_LT(worst, 500);
+}
+
+TEST_F(Sound, anotherFileFollowsAtOnce) {
+    const std::string first = noiseFile(5, 1);
+    const std::string second = noiseFile(1, 2);
+    const Samples expected = support::decodeWithMpg123(second);
+    const support::Recording recording(server);
+    engine.open(first);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+    engine.states.clear();
+    engine.open(second);
+    engine.queue.runWaiting();
+    EXPECT_TRUE(engine.states.empty()) << "loading a file raises no event";
+    EXPECT_EQ(engine.engine->playState(), PlayState::ready);
+    engine.controls().play();
+    ASSERT_TRUE(engine.runUntilStopped());
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    const auto start = support::findIn(heard, part(expected, 0, 2000));
+    ASSERT_TRUE(start);
+    EXPECT_EQ(support::equalLength(heard, *start, expected, 0), expected.size());
+    EXPECT_EQ(engine.stops(), 1);
+    EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(Sound, losingTheServerIsOneErrorAndTheNextFilePlays) {
+    const std::string path = noiseFile(3);
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+    server.kill();
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.errors > 0; }));
+    EXPECT_NE(engine.engine->playState(), PlayState::playing);
+    engine.queue.runFor(300ms);
+    EXPECT_EQ(engine.errors, 1);
+    EXPECT_EQ(engine.stops(), 0);
+
+    engine.open(path);
+    engine.controls().play(); // nothing to play to
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.errors > 1; }));
+    engine.queue.runFor(100ms);
+    EXPECT_EQ(engine.errors, 2);
+
+    server.restart();
+    ASSERT_TRUE(server.running());
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    ASSERT_TRUE(engine.runUntilStopped());
+    EXPECT_EQ(engine.errors, 2);
+    ASSERT_TRUE(recording.waitForSilence());
+    EXPECT_TRUE(support::findIn(recording.samples(), part(support::decodeWithMpg123(path), 0, 2000)));
+}
+
+TEST_F(Sound, losingTheServerInAPauseIsNoErrorWhenItComesBack) {
+    const std::string path = noiseFile(2);
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+    engine.controls().pause();
+    server.restart();
+    ASSERT_TRUE(server.running());
+    engine.controls().play();
+    ASSERT_TRUE(engine.runUntilStopped());
+    EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(Sound, deletedAndReplacedFilesPlayOn) {
+    const std::string path = noiseFile(2);
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.open(path);
+    engine.controls().play();
+    ASSERT_EQ(std::rename(noiseFile(1, 2).c_str(), path.c_str()), 0);
+    ASSERT_EQ(std::remove(path.c_str()), 0);
+    ASSERT_TRUE(engine.runUntilStopped());
+    ASSERT_TRUE(recording.waitForSilence());
+    const Samples heard = recording.samples();
+    const auto start = support::findIn(heard, part(expected, 0, 2000));
+    ASSERT_TRUE(start);
+    EXPECT_EQ(support::equalLength(heard, *start, expected, 0), expected.size());
+}
+
+TEST_F(Sound, aTruncatedFileIsOneError) {
+    const std::string path = noiseFile(20);
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.2; });
+    ASSERT_EQ(support::run({"truncate", "-s", "40000", path}), 0);
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.errors > 0; }));
+    engine.queue.runFor(200ms);
+    EXPECT_EQ(engine.errors, 1);
+    EXPECT_EQ(engine.stops(), 0);
+}
+
+TEST_F(Sound, otherFormatsPlayToo) {
+    for (const int fileRate : {8000, 22050, 48000}) {
+        const std::string path = folder.file("format.mp3");
+        ASSERT_TRUE(support::encodeNoise(path, 1, {"-b", "32", "--resample", std::to_string(fileRate / 1000.0)},
+                                         fileRate, 1));
+        engine.open(path);
+        const auto begin = std::chrono::steady_clock::now();
+        engine.controls().play();
+        ASSERT_TRUE(engine.runUntilStopped()) << fileRate;
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+        EXPECT_NEAR(took.count(), 1.0, 0.4) << fileRate;
+    }
+    EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(Sound, theStreamBearsTheProgramsName) {
+    engine.open(noiseFile(2));
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; });
+    EXPECT_NE(server.describeStreams().find("Zvonivec MP3 Player 0.0.7"), std::string::npos);
+}
+
+} // namespace
+
+} // namespace zvonivec

@@ -1,0 +1,90 @@
+#include "tests/support/recording.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+namespace support {
+
+Recording::Recording(const PulseServer& server)
+    : rate_(server.sink().rate), channels_(server.sink().channels) {
+    Process::Options options;
+    options.environment = server.environment();
+    options.outputFile = folder_.file("recording");
+    options.errorFile = "/dev/null";
+    process_ = Process({"parec", "--raw", "--device=" + PulseServer::monitor(), "--format=s16le",
+                        "--rate=" + std::to_string(rate_),
+                        "--channels=" + std::to_string(channels_), "--latency-msec=10"},
+                       options);
+    waitUntil([this] { return frames() != 0; });
+}
+
+Samples Recording::samples() const {
+    return samplesFromFile(folder_.file("recording"));
+}
+
+std::size_t Recording::frames() const {
+    std::error_code ignored;
+    const auto size = std::filesystem::file_size(folder_.file("recording"), ignored);
+    return ignored ? 0 : static_cast<std::size_t>(size) / 2 / static_cast<std::size_t>(channels_);
+}
+
+void Recording::waitFor(std::chrono::milliseconds time) const {
+    const std::size_t target =
+        frames() + static_cast<std::size_t>(time.count()) * static_cast<std::size_t>(rate_) / 1000;
+    waitUntil([&] { return frames() >= target; }, time + std::chrono::seconds(10));
+}
+
+bool Recording::waitForSilence(std::chrono::milliseconds length,
+                               std::chrono::milliseconds limit) const {
+    const std::size_t count = static_cast<std::size_t>(length.count()) *
+                              static_cast<std::size_t>(rate_ * channels_) / 1000;
+    return waitUntil(
+        [&] {
+            const Samples all = samples();
+            return all.size() >= count && behindLastSound(all) + count <= all.size();
+        },
+        limit);
+}
+
+Samples samplesFromFile(const std::string& path) {
+    const std::string bytes = readFile(path);
+    Samples samples(bytes.size() / 2);
+    std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+    return samples;
+}
+
+std::size_t equalLength(const Samples& a, std::size_t atA, const Samples& b, std::size_t atB,
+                        int difference) {
+    std::size_t length = 0;
+    while (atA + length < a.size() && atB + length < b.size() &&
+           std::abs(a[atA + length] - b[atB + length]) <= difference) {
+        ++length;
+    }
+    return length;
+}
+
+std::optional<std::size_t> findIn(const Samples& whole, const Samples& part, std::size_t from,
+                                  int difference) {
+    for (std::size_t at = from; at + part.size() <= whole.size(); ++at) {
+        if (equalLength(whole, at, part, 0, difference) == part.size()) {
+            return at;
+        }
+    }
+    return std::nullopt;
+}
+
+std::size_t firstSound(const Samples& samples, std::size_t from) {
+    const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(std::min(from, samples.size()));
+    const auto found = std::find_if(begin, samples.end(), [](std::int16_t s) { return s != 0; });
+    return static_cast<std::size_t>(found - samples.begin());
+}
+
+std::size_t behindLastSound(const Samples& samples) {
+    const auto found =
+        std::find_if(samples.rbegin(), samples.rend(), [](std::int16_t s) { return s != 0; });
+    return static_cast<std::size_t>(samples.rend() - found);
+}
+
+} // namespace support
