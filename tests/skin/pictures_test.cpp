@@ -343,8 +343,10 @@ TEST(SkinBody, HasSeatsForButtonsLogoAndTiles) {
         EXPECT_GT(qGray(body.pixel(seat.left() - 5, seat.center().y())), 100) << placed.number;
     }
     darkInMiddle(QRect(153, 123, 32, 32));
-    darkInMiddle(QRect(276, 34, 14, 14));
-    darkInMiddle(QRect(292, 34, 14, 14));
+    for (const QRect tile : {QRect(276, 34, 14, 14), QRect(292, 34, 14, 14)}) {
+        const int shell = qGray(body.pixel(tile.center().x(), tile.bottom() + 10));
+        EXPECT_LT(qGray(body.pixel(tile.center())), shell - 10) << tile.left();
+    }
 }
 
 TEST(SkinRoundButtons, Have168ClearPixelsInOneMask) {
