@@ -122,7 +122,7 @@ Picture drawDisplayMark(int button, int scale) {
 
 Picture drawLoudspeaker(int scale) {
     Picture picture(10 * scale, 8 * scale, CLEAR);
-    paint(picture, loudspeaker(), MARK_COLOUR, scale);
+    paint(picture, loudspeaker(scale), MARK_COLOUR, scale);
     return picture;
 }
 

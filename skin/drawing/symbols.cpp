@@ -39,6 +39,15 @@ Polygon markLeft(double left) {
     return {{left + 5, 0}, {left + 5, 6}, {left, 3.5}, {left, 2.5}};
 }
 
+/// A sound wave of one pixel's width, bent around the back of the loudspeaker.
+Polygon wave(double radius, int fifteenths) {
+    constexpr Point SOURCE{1.5, 4};
+    Polygon band = arc(SOURCE, radius + 0.5, -fifteenths, fifteenths);
+    const Polygon inner = arc(SOURCE, radius - 0.5, fifteenths, -fifteenths);
+    band.insert(band.end(), inner.begin(), inner.end());
+    return band;
+}
+
 } // namespace
 
 Figure::Figure(std::vector<std::vector<Point>> polygons) : polygons_(std::move(polygons)) {}
@@ -76,9 +85,11 @@ const Figure& displayMark(int button) {
     return MARKS.at(static_cast<std::size_t>(button));
 }
 
-const Figure& loudspeaker() {
-    static const Figure SHAPE({
-        {{0, 2}, {1.8, 2}, {3.8, 0}, {4, 0}, {4, 8}, {3.8, 8}, {1.8, 6}, {0, 6}},
+const Figure& loudspeaker(int scale) {
+    static const Polygon CONE{{0, 2}, {1.8, 2}, {3.8, 0}, {4, 0},
+                              {4, 8}, {3.8, 8}, {1.8, 6}, {0, 6}};
+    static const Figure STAIRS({
+        CONE,
         box(5, 3, 6, 5),
         box(7, 2, 8, 6),
         box(6, 1, 7, 2),
@@ -87,7 +98,8 @@ const Figure& loudspeaker() {
         box(8, 0, 9, 1),
         box(8, 7, 9, 8),
     });
-    return SHAPE;
+    static const Figure CURVES({CONE, wave(4, 1), wave(6, 2), wave(8, 2)});
+    return scale == 1 ? STAIRS : CURVES;
 }
 
 void paint(Picture& onto, const Figure& figure, Rgba colour, int scale) {

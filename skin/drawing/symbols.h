@@ -23,8 +23,8 @@ private:
 const Figure& buttonSymbol(int button);
 /// The display's mark of the same commands, in its square of 8 x 8 or 12 x 6.
 const Figure& displayMark(int button);
-/// The loudspeaker of 10 x 8 with its three waves.
-const Figure& loudspeaker();
+/// The loudspeaker of 10 x 8 with its three waves: stairs of whole pixels at scale 1, curves above.
+const Figure& loudspeaker(int scale);
 
 /// Colours every pixel whose middle lies in the figure.
 void paint(Picture& onto, const Figure& figure, Rgba colour, int scale);
