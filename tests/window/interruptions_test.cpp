@@ -131,9 +131,9 @@ protected:
 
     /// Runs a function in the message pass that follows an engine call.
     void after(const std::string& moment, std::function<void()> function) {
-        engine().During = [this, moment, function](const std::string& call) {
-            if (call == moment) {
-                engine().During = nullptr;
+        engine().During = [moment, function, due = true](const std::string& call) mutable {
+            if (due && call == moment) {
+                due = false;
                 Application::post(function);
             }
         };
