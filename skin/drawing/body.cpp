@@ -285,6 +285,7 @@ Drop colourAt(Point p, Direction n) {
 /// The pixels of the window, as its shape has them.
 Mask outlineMask(int scale) {
     std::vector<WholePoint> corners;
+    corners.reserve(WINDOW_OUTLINE.size());
     for (const OutlineVertex vertex : WINDOW_OUTLINE) {
         corners.push_back({vertex.x * scale, vertex.y * scale});
     }

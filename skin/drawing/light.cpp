@@ -33,9 +33,10 @@ Drawing draw(const Scene& scene, Point from, int width, int height, int scale, i
     // either side for the slopes.
     using Row = std::vector<double>;
     const auto heights = [&](int row) {
-        Row result(static_cast<std::size_t>(columns) + 2);
+        Row result;
+        result.reserve(static_cast<std::size_t>(columns) + 2);
         for (int column = -1; column <= columns; ++column) {
-            result[static_cast<std::size_t>(column + 1)] = scene.height(place(column, row));
+            result.push_back(scene.height(place(column, row)));
         }
         return result;
     };

@@ -63,6 +63,7 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
         ++histogram[{pixel.r, pixel.g, pixel.b}];
     }
     std::vector<Counted> colours;
+    colours.reserve(histogram.size());
     for (const auto& [channels, number] : histogram) {
         colours.push_back({channels, number});
     }
@@ -145,6 +146,7 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
     }
 
     std::vector<Rgba> palette;
+    palette.reserve(centres.size());
     for (const auto& centre : centres) {
         palette.push_back(Rgba{static_cast<std::uint8_t>(centre[0]),
                                static_cast<std::uint8_t>(centre[1]),
