@@ -7,13 +7,9 @@ namespace zvonivec {
 
 namespace {
 
-/// 16 to 32 ms, as a power of two: short enough for prompt commands, long enough to wake rarely.
+/// About 45 ms: short enough for prompt commands, long enough to live through a busy machine.
 int periodFor(int sampleRate) {
-    int frames = 256;
-    while (frames * 64 < sampleRate) {
-        frames *= 2;
-    }
-    return frames;
+    return sampleRate * 45 / 1000 / 64 * 64;
 }
 
 bool setUpSdl() {

@@ -20,6 +20,8 @@ constexpr auto hurry = 4ms;
 constexpr std::uint64_t feedLow = feedCapacity / 4;
 /// How long the device stays open for the next command.
 constexpr auto deviceLinger = 1500ms;
+/// Time for the user-interface thread to answer the end of a track by playing on.
+constexpr auto endReaction = 25ms;
 /// Bytes of a file that are measured between two looks at everything else.
 constexpr std::uint64_t studySlice = std::uint64_t{1} << 20U;
 
@@ -104,8 +106,7 @@ void DecoderThread::run() {
         }
         for (Command& command : commands) {
             if (command.kind == Command::Kind::quit) {
-                output_.close();
-                output_.reset();
+                dropOutput();
                 return;
             }
             obey(command);
@@ -125,7 +126,7 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
         if (!decodedAll_) {
             return Clock::now() + (waiting() < feedLow ? hurry : playingRhythm);
         }
-        const auto left = static_cast<double>(waiting()) - 2.0 * output_.periodFrames();
+        const double left = static_cast<double>(waiting()) - static_cast<double>(endLead());
         const std::chrono::duration<double> time(std::max(0.0, left) / sampleRate_);
         return Clock::now() +
                std::clamp<Clock::duration>(std::chrono::duration_cast<Clock::duration>(time), hurry,
@@ -138,6 +139,9 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
 }
 
 void DecoderThread::obey(Command& command) {
+    if (!playing_ && output_.lost()) {
+        dropOutput(); // nobody heard it go: the next one may be there already
+    }
     switch (command.kind) {
     case Command::Kind::load:
         playing_ = false;
@@ -218,8 +222,7 @@ void DecoderThread::play() {
     }
     idleSince_ = Clock::now();
     if (output_.lost()) {
-        output_.close();
-        output_.reset();
+        dropOutput();
         fail();
         return;
     }
@@ -233,7 +236,7 @@ void DecoderThread::play() {
     }
     // The end is told while the device still has some tens of milliseconds to play: a track that is
     // repeated can then follow without a gap.
-    if (decodedAll_ && waiting() <= 2 * static_cast<std::uint64_t>(output_.periodFrames())) {
+    if (decodedAll_ && waiting() <= endLead()) {
         playing_ = false;
         if (broken_) {
             events_.failed(run_);
@@ -241,6 +244,12 @@ void DecoderThread::play() {
             events_.ended(run_);
         }
     }
+}
+
+/// The track's end is told when so many of its frames are still to be taken by the device.
+std::uint64_t DecoderThread::endLead() const {
+    const auto reaction = std::chrono::duration<double>(endReaction).count() * sampleRate_;
+    return static_cast<std::uint64_t>(output_.periodFrames() + static_cast<int>(reaction));
 }
 
 /// Frames of the present stream that the device hasn't taken yet.
@@ -269,13 +278,17 @@ void DecoderThread::fail() {
     events_.failed(run_);
 }
 
+void DecoderThread::dropOutput() {
+    output_.close();
+    output_.reset();
+}
+
 void DecoderThread::restIfIdle() {
     if (playing_ || !output_.isOpen()) {
         return;
     }
     if (output_.lost() || Clock::now() - idleSince_ >= deviceLinger) {
-        output_.close();
-        output_.reset();
+        dropOutput();
     }
 }
 

@@ -81,7 +81,9 @@ private:
     void play();
     void fillFeed();
     [[nodiscard]] std::uint64_t waiting() const;
+    [[nodiscard]] std::uint64_t endLead() const;
     void fail();
+    void dropOutput();
     void restIfIdle();
 
     const Events events_;

@@ -117,7 +117,9 @@ std::string tidyText(std::string_view utf8) {
             blanks += parts && blanks != 0 ? 0 : 1;
         } else if (!isControl(character) && character != replacement) {
             if (!text.empty()) {
-                blanks = std::min(blanks, tagTextLimit - count);
+                if (blanks >= tagTextLimit - count) {
+                    break;
+                }
                 text.append(blanks, ' ');
                 count += blanks;
             }

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <apetag.h>
+#include <array>
 #include <commentsframe.h>
 #include <cstddef>
 #include <cstdint>
 #include <id3v1genres.h>
-#include <id3v1tag.h>
 #include <id3v2framefactory.h>
 #include <id3v2tag.h>
 #include <initializer_list>
@@ -75,13 +75,6 @@ TagLib::String fromLatin1Claim(const TagLib::ByteVector& bytes) {
     return {textFromLatin1Claim({bytes.data(), bytes.size()}), TagLib::String::UTF8};
 }
 
-class Id3v1Text final : public TagLib::ID3v1::StringHandler {
-public:
-    [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& bytes) const override {
-        return fromLatin1Claim(bytes);
-    }
-};
-
 class Id3v2Text final : public TagLib::ID3v2::Latin1StringHandler {
 public:
     [[nodiscard]] TagLib::String parse(const TagLib::ByteVector& bytes) const override {
@@ -89,13 +82,11 @@ public:
     }
 };
 
-/// TagLib takes these for the whole process.
-void setTextHandlers() {
-    static const Id3v1Text id3v1;
-    static const Id3v2Text id3v2;
+/// TagLib takes it for the whole process.
+void setTextHandler() {
+    static const Id3v2Text handler;
     static const bool done = [] {
-        TagLib::ID3v1::Tag::setStringHandler(&id3v1);
-        TagLib::ID3v2::Tag::setLatin1StringHandler(&id3v2);
+        TagLib::ID3v2::Tag::setLatin1StringHandler(&handler);
         return true;
     }();
     static_cast<void>(done);
@@ -226,14 +217,27 @@ TrackTags fromApe(const TagLib::APE::Tag& tag) {
             .year = yearOf(joined(values("YEAR")))};
 }
 
-TrackTags fromId3v1(const TagLib::ID3v1::Tag& tag) {
-    const unsigned year = tag.year();
-    return {.author = tidy(tag.artist()),
-            .title = tidy(tag.title()),
-            .album = tidy(tag.album()),
-            .description = tidy(tag.comment()),
-            .genre = tidy(tag.genre()),
-            .year = year == 0 ? std::string() : std::to_string(year)};
+/// Read without TagLib, which takes some of the texts for Latin-1 whatever it is told.
+TrackTags fromId3v1(const FileReader& file) {
+    std::array<std::uint8_t, 128> bytes{};
+    if (file.size() < bytes.size() ||
+        file.readAt(file.size() - bytes.size(), bytes) != bytes.size()) {
+        return {};
+    }
+    const std::string_view tag(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (!tag.starts_with("TAG")) {
+        return {};
+    }
+    const auto text = [&tag](std::size_t offset, std::size_t size) {
+        return tidyText(textFromLatin1Claim(tag.substr(offset, size)));
+    };
+    // A comment that ends early may be followed by the number of the track.
+    return {.author = text(33, 30),
+            .title = text(3, 30),
+            .album = text(63, 30),
+            .description = text(97, bytes[125] == 0 ? 28 : 30),
+            .genre = tidy(TagLib::ID3v1::genre(bytes[127])),
+            .year = text(93, 4)};
 }
 
 void fillIn(TrackTags& tags, TrackTags&& lesser) {
@@ -249,7 +253,7 @@ void fillIn(TrackTags& tags, TrackTags&& lesser) {
 } // namespace
 
 TrackTags readTags(const std::shared_ptr<const FileReader>& file) {
-    setTextHandlers();
+    setTextHandler();
     TagStream stream(file);
 #if TAGLIB_MAJOR_VERSION >= 2
     TagLib::MPEG::File tagged(&stream, false);
@@ -257,18 +261,13 @@ TrackTags readTags(const std::shared_ptr<const FileReader>& file) {
     TagLib::MPEG::File tagged(&stream, TagLib::ID3v2::FrameFactory::instance(), false);
 #endif
     TrackTags tags;
-    if (!tagged.isValid()) {
-        return tags;
-    }
     if (tagged.hasID3v2Tag()) {
         fillIn(tags, fromId3v2(*tagged.ID3v2Tag()));
     }
     if (tagged.hasAPETag()) {
         fillIn(tags, fromApe(*tagged.APETag()));
     }
-    if (tagged.hasID3v1Tag()) {
-        fillIn(tags, fromId3v1(*tagged.ID3v1Tag()));
-    }
+    fillIn(tags, fromId3v1(*file));
     return tags;
 }
 

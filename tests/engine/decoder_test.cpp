@@ -1,1 +1,201 @@
+// Samples, against what the mpg123 program makes of the same file.
+
+#include "playback/engine/mp3_decoder.h"
+
+#include "tests/support/mp3_samples.h"
+#include "tests/support/process.h"
+#include "tests/support/recording.h"
+
+#include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zvonivec {
+
+namespace {
+
+using support::Samples;
+
+/// An open file with its decoder.
+struct Track {
+    explicit Track(const std::string& path)
+        : file(FileReader::open(path)), kind(detectFileKind(file)), measure(file, *kind.stream),
+          decoder(file, *kind.stream, measure) {}
+
+    Samples decodeFrom(std::int64_t sample, std::size_t most = SIZE_MAX) {
+        Samples all;
+        EXPECT_TRUE(decoder.seek(sample));
+        Mp3Decoder::Block block;
+        do {
+            block = decoder.read();
+            all.insert(all.end(), block.samples.begin(), block.samples.end());
+        } while (block.result == Mp3Decoder::Result::samples && all.size() < most);
+        result = block.result;
+        return all;
+    }
+
+    std::shared_ptr<const FileReader> file;
+    FileKind kind;
+    FileMeasure measure;
+    Mp3Decoder decoder;
+    Mp3Decoder::Result result = Mp3Decoder::Result::samples;
+};
+
+const std::vector<std::vector<std::string>> encodings = {
+    {"-b", "128"},
+    {"-b", "128", "-t"},
+    {"-V", "2"},
+    {"-V", "5", "-t"},
+    {"--abr", "90"},
+    {"-b", "320"},
+    {"-b", "32", "--resample", "44.1"},
+    {"-m", "m", "-b", "64"},
+    {"--freeformat", "-b", "400"},
+    {"--resample", "22.05", "-b", "64"},
+    {"--resample", "8", "-m", "m", "-b", "8"},
+    {"--resample", "11.025", "-V", "6"},
+    {"-b", "128", "-p"},
+};
+
+class Decoder : public testing::Test {
+protected:
+    support::TemporaryFolder folder;
+    std::string path = folder.file("encoded.mp3");
+};
+
+TEST_F(Decoder, samplesAreThoseOfMpg123) {
+    for (const auto& arguments : encodings) {
+        ASSERT_TRUE(support::encodeNoise(path, 1.7, arguments));
+        const Samples expected = support::decodeWithMpg123(path);
+        Track track(path);
+        const Samples decoded = track.decodeFrom(0);
+        EXPECT_EQ(track.result, Mp3Decoder::Result::end);
+        ASSERT_EQ(decoded.size(), expected.size()) << testing::PrintToString(arguments);
+        EXPECT_TRUE(decoded == expected) << testing::PrintToString(arguments);
+        EXPECT_EQ(static_cast<std::int64_t>(decoded.size()),
+                  track.measure.samples() * track.decoder.channels());
+    }
+}
+
+TEST_F(Decoder, seeksAreExactInBothDirections) {
+    for (const auto& arguments : encodings) {
+        ASSERT_TRUE(support::encodeNoise(path, 4, arguments));
+        Track track(path);
+        const Samples all = track.decodeFrom(0);
+        const auto channels = static_cast<std::size_t>(track.decoder.channels());
+        const std::size_t total = all.size() / channels;
+        for (const std::size_t sample : {total / 2, total - 1, std::size_t{0}, std::size_t{1},
+                                         std::size_t{1151}, total / 3, total * 9 / 10, total / 7}) {
+            const Samples part = track.decodeFrom(static_cast<std::int64_t>(sample), 5000);
+            const std::size_t count = std::min<std::size_t>(part.size(), 5000);
+            ASSERT_GT(count, 0U);
+            EXPECT_TRUE(std::equal(part.begin(), part.begin() + static_cast<std::ptrdiff_t>(count),
+                                   all.begin() + static_cast<std::ptrdiff_t>(sample * channels)))
+                << testing::PrintToString(arguments) << " at " << sample;
+        }
+    }
+}
+
+TEST_F(Decoder, seeksPastTheEndEndAndBelowZeroBegin) {
+    ASSERT_TRUE(support::encodeNoise(path, 1, {"-b", "128"}));
+    Track track(path);
+    const Samples all = track.decodeFrom(0);
+    EXPECT_EQ(track.decodeFrom(-100), all);
+    for (const std::int64_t sample :
+         {std::int64_t{44100}, std::int64_t{44101}, std::int64_t{1} << 50}) {
+        EXPECT_TRUE(track.decodeFrom(sample).empty()) << sample;
+        EXPECT_EQ(track.result, Mp3Decoder::Result::end);
+    }
+}
+
+TEST_F(Decoder, seeksBeforeTheFileIsMeasuredAreExactToo) {
+    ASSERT_TRUE(support::encodeNoise(path, 4, {"-V", "2", "-t"}));
+    const Samples all = Track(path).decodeFrom(0);
+    Track track(path);
+    EXPECT_FALSE(track.measure.done());
+    const Samples part = track.decodeFrom(100000, 2000);
+    EXPECT_FALSE(track.measure.done());
+    EXPECT_EQ(support::equalLength(part, 0, all, 200000), part.size());
+}
+
+TEST_F(Decoder, anIndependentDecoderAgreesToOneStep) {
+    for (const auto& arguments : encodings) {
+        if (arguments.front() == "--freeformat") {
+            continue; // which it doesn't know
+        }
+        ASSERT_TRUE(support::encodeNoise(path, 1.5, arguments));
+        const std::string raw = folder.file("raw");
+        ASSERT_EQ(support::run({"ffmpeg", "-v", "error", "-y", "-i", path, "-f", "s16le", "-c:a",
+                                "pcm_s16le", raw}),
+                  0);
+        const Samples expected = support::samplesFromFile(raw);
+        const Samples decoded = Track(path).decodeFrom(0);
+        // It keeps the decoder's delay of files that don't state theirs in other places, and cuts
+        // ends differently: what both have must agree.
+        const std::size_t count = std::min(expected.size(), decoded.size());
+        EXPECT_NEAR(static_cast<double>(expected.size()), static_cast<double>(decoded.size()),
+                    2 * 1152)
+            << testing::PrintToString(arguments);
+        EXPECT_GE(support::equalLength(decoded, 0, expected, 0, 1), count)
+            << testing::PrintToString(arguments);
+    }
+}
+
+TEST_F(Decoder, damageIsSkipped) {
+    ASSERT_TRUE(support::encodeNoise(path, 3, {"-b", "128", "-t"}));
+    const Samples whole = support::decodeWithMpg123(path);
+    std::string bytes = support::readFile(path);
+    bytes.replace(10000, 3000, support::randomBytes(3000));
+    support::writeFile(path, bytes);
+    Track track(path);
+    const Samples decoded = track.decodeFrom(0);
+    EXPECT_EQ(track.result, Mp3Decoder::Result::end);
+    EXPECT_EQ(static_cast<std::int64_t>(decoded.size()), track.measure.samples() * 2);
+    EXPECT_LT(whole.size() - decoded.size(), 2 * 1152 * 12);
+    // Behind the damage everything is as it was.
+    const std::size_t last = 20000;
+    EXPECT_EQ(support::equalLength(decoded, decoded.size() - last, whole, whole.size() - last, 1),
+              last);
+}
+
+TEST_F(Decoder, noiseWithinFramesDoesNoHarm) {
+    ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", "128"}));
+    const std::string good = support::readFile(path);
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        std::string bytes = good;
+        const std::string damage = support::randomBytes(200, seed);
+        for (std::size_t i = 0; i < damage.size(); i += 2) {
+            const std::size_t at = 1000 + (i * 140 + seed * 37) % (bytes.size() - 1000);
+            bytes[at] = damage[i];
+        }
+        support::writeFile(path, bytes);
+        Track track(path);
+        const Samples decoded = track.decodeFrom(0);
+        EXPECT_EQ(track.result, Mp3Decoder::Result::end) << seed;
+        EXPECT_EQ(static_cast<std::int64_t>(decoded.size()), track.measure.samples() * 2) << seed;
+    }
+}
+
+TEST_F(Decoder, aFileThatShrinksIsAFailure) {
+    ASSERT_TRUE(support::encodeNoise(path, 10, {"-b", "128"}));
+    Track track(path);
+    track.measure.walkToFrame(100000);
+    ASSERT_EQ(support::run({"truncate", "-s", "50000", path}), 0);
+    EXPECT_FALSE(track.decodeFrom(0).empty());
+    EXPECT_EQ(track.result, Mp3Decoder::Result::failed);
+    EXPECT_TRUE(track.decodeFrom(400000).empty());
+    EXPECT_EQ(track.result, Mp3Decoder::Result::failed);
+}
+
+TEST_F(Decoder, framesWithoutSoundAreSilence) {
+    support::writeFile(path, support::repeated(support::frameBytes({}), 30));
+    const Samples decoded = Track(path).decodeFrom(0);
+    EXPECT_EQ(decoded, Samples(30 * 1152 * 2));
+}
+
+} // namespace
+
+} // namespace zvonivec

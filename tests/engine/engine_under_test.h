@@ -38,7 +38,8 @@ public:
                 return false;
             }
             std::unique_lock lock(mutex_);
-            came_.wait_for(lock, std::chrono::milliseconds(3), [this] { return !functions_.empty(); });
+            came_.wait_for(lock, std::chrono::milliseconds(3),
+                           [this] { return !functions_.empty(); });
         }
     }
 

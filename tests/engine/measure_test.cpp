@@ -1,1 +1,192 @@
+// Lengths and bit rates, against a full decode by the mpg123 program.
+
+#include "playback/engine/file_measure.h"
+
+#include "tests/support/mp3_samples.h"
+#include "tests/support/process.h"
+
+#include <chrono>
 #include <gtest/gtest.h>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace zvonivec {
+
+namespace {
+
+using support::frameBytes;
+using support::FrameSpec;
+using support::repeated;
+
+constexpr std::uint64_t everything = std::numeric_limits<std::uint64_t>::max() / 2;
+
+class Measure : public testing::Test {
+protected:
+    Measurement measure(const std::string& path) {
+        const auto file = FileReader::open(path);
+        const FileKind kind = detectFileKind(file);
+        EXPECT_TRUE(kind.stream);
+        if (!kind.stream) {
+            return {};
+        }
+        FileMeasure result(file, *kind.stream);
+        estimated = result.measurement();
+        result.walk(everything);
+        EXPECT_TRUE(result.done());
+        EXPECT_FALSE(result.failed());
+        return result.measurement();
+    }
+    Measurement measureContent(const std::string& content) {
+        support::writeFile(folder.file("content"), content);
+        return measure(folder.file("content"));
+    }
+
+    support::TemporaryFolder folder;
+    Measurement estimated;
+};
+
+TEST_F(Measure, lengthsAreThoseOfAFullDecode) {
+    struct Row {
+        std::vector<std::string> arguments;
+        int rate;
+        int channels;
+    };
+    const std::vector<Row> rows = {
+        {{"-b", "128"}, 44100, 2},
+        {{"-b", "128", "-t"}, 44100, 2},
+        {{"-V", "2"}, 44100, 2},
+        {{"-V", "4", "-t"}, 44100, 2},
+        {{"--abr", "150"}, 48000, 2},
+        {{"-b", "64", "--resample", "22.05"}, 22050, 1},
+        {{"--resample", "8", "-b", "16"}, 8000, 1},
+        {{"--freeformat", "-b", "400"}, 44100, 2},
+    };
+    const std::string path = folder.file("encoded");
+    for (const Row& row : rows) {
+        ASSERT_TRUE(support::encodeNoise(path, 3.3, row.arguments, row.rate, row.channels));
+        const std::size_t samples = support::decodeWithMpg123(path).size();
+        const double expected = static_cast<double>(samples) / row.channels / row.rate;
+        EXPECT_DOUBLE_EQ(measure(path).seconds, expected) << row.arguments.front();
+    }
+}
+
+TEST_F(Measure, statedPaddingIsLeftOut) {
+    const std::string path = folder.file("encoded");
+    ASSERT_TRUE(support::encodeNoise(path, 2.5, {"-b", "128"}));
+    EXPECT_DOUBLE_EQ(measure(path).seconds, 2.5);
+}
+
+TEST_F(Measure, constantRateIsTheNominalOne) {
+    const std::string path = folder.file("encoded");
+    for (const char* kilobits : {"32", "128", "192", "320"}) {
+        ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", kilobits}));
+        EXPECT_EQ(measure(path).bitRate, std::stoi(kilobits) * 1000);
+    }
+}
+
+TEST_F(Measure, variableRateIsTheAverageInWholeKilobits) {
+    // Ten frames of 128 kb/s and thirty of 192 kb/s; a slot is cut off each.
+    const std::string content = repeated(frameBytes({.bitRateIndex = 9, .size = 417}), 10) +
+                                repeated(frameBytes({.bitRateIndex = 11, .size = 626}), 30);
+    const double seconds = 40 * 1152 / 44100.0;
+    const double average = (10 * 417 + 30 * 626) * 8 / seconds;
+    const Measurement result = measureContent(content);
+    EXPECT_EQ(result.bitRate % 1000, 0);
+    EXPECT_NEAR(static_cast<double>(result.bitRate), average, 500);
+    EXPECT_DOUBLE_EQ(result.seconds, seconds);
+}
+
+TEST_F(Measure, headersThatLieDontMatter) {
+    const FrameSpec spec = {};
+    const std::string frames = repeated(frameBytes(spec), 100);
+    const auto bytes = static_cast<std::uint32_t>(frames.size() + 417);
+    const double seconds = 100 * 1152 / 44100.0;
+    for (const std::uint32_t claimed : {0U, 1U, 50U, 5000U, 0xFFFFFFFFU}) {
+        EXPECT_DOUBLE_EQ(
+            measureContent(support::xingFrame(spec, "Xing", claimed, bytes) + frames).seconds,
+            seconds)
+            << claimed;
+        EXPECT_DOUBLE_EQ(
+            measureContent(support::xingFrame(spec, "Info", claimed, bytes, 576, 1000) + frames)
+                .seconds,
+            seconds - (576 + 529) / 44100.0)
+            << claimed;
+        EXPECT_DOUBLE_EQ(measureContent(support::vbriFrame(spec, claimed, bytes) + frames).seconds,
+                         seconds)
+            << claimed;
+    }
+    EXPECT_DOUBLE_EQ(
+        measureContent(support::xingFrame(spec, "Info", 100, bytes, 576, 1000) + frames).seconds,
+        seconds - (576 + 1000) / 44100.0);
+    EXPECT_DOUBLE_EQ(
+        measureContent(support::xingFrame(spec, "Info", 100, bytes, 4095, 4095) + frames).seconds,
+        seconds - (4095 + 4095) / 44100.0);
+}
+
+TEST_F(Measure, estimatesAreCloseBeforeTheWalk) {
+    const std::string frames = repeated(frameBytes({}), 1000);
+    measureContent(frames);
+    EXPECT_NEAR(estimated.seconds, 1000 * 1152 / 44100.0, 0.1);
+    EXPECT_EQ(estimated.bitRate, 128000);
+    const auto bytes = static_cast<std::uint32_t>(frames.size() + 417);
+    measureContent(support::xingFrame({}, "Xing", 1000, bytes) + frames);
+    EXPECT_NEAR(estimated.seconds, 1000 * 1152 / 44100.0, 0.1);
+}
+
+TEST_F(Measure, damageAndForeignBytesAreSkipped) {
+    const std::string frame = frameBytes({});
+    const double frameSeconds = 1152 / 44100.0;
+    const std::string frames = repeated(frame, 50);
+    EXPECT_DOUBLE_EQ(measureContent(frames + support::randomBytes(100000) + frames).seconds,
+                     100 * frameSeconds);
+    EXPECT_DOUBLE_EQ(measureContent(frames + std::string(300, '\0') + frames).seconds,
+                     100 * frameSeconds);
+    EXPECT_DOUBLE_EQ(measureContent(frames + frame.substr(0, 200)).seconds, 50 * frameSeconds)
+        << "cut off";
+    EXPECT_DOUBLE_EQ(measureContent(frames + std::string(500, '\0')).seconds, 50 * frameSeconds);
+    // Another file's tag in the middle, with what looks like frames in its picture.
+    const std::string tag = support::id3v2(3, {{"APIC", repeated(frame, 10)}});
+    EXPECT_DOUBLE_EQ(measureContent(frames + tag + frames).seconds, 100 * frameSeconds);
+    EXPECT_DOUBLE_EQ(measureContent(frames + support::apeTag({{"x", repeated(frame, 10)}})).seconds,
+                     50 * frameSeconds);
+}
+
+TEST_F(Measure, aHundredMegabytesAreWalkedInNoTime) {
+    const std::string path = folder.file("large");
+    {
+        const std::string block = repeated(frameBytes({}), 2400);
+        std::string content;
+        for (int i = 0; i < 100; ++i) {
+            content += block;
+        }
+        support::writeFile(path, content);
+    }
+    measure(path); // warm
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_DOUBLE_EQ(measure(path).seconds, 240000 * 1152 / 44100.0);
+    const auto took = std::chrono::steady_clock::now() - begin;
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(took).count();
+    RecordProperty("milliseconds", static_cast<int>(milliseconds));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    EXPECT_LT(milliseconds, 400);
+#endif
+}
+
+TEST_F(Measure, slicesMeasureTheSame) {
+    const std::string path = folder.file("encoded");
+    ASSERT_TRUE(support::encodeNoise(path, 3, {"-V", "2"}));
+    const auto file = FileReader::open(path);
+    FileMeasure measure(file, *detectFileKind(file).stream);
+    int slices = 0;
+    while (!measure.done()) {
+        measure.walk(1000);
+        ++slices;
+    }
+    EXPECT_GT(slices, 20);
+    EXPECT_DOUBLE_EQ(measure.measurement().seconds, 3.0);
+}
+
+} // namespace
+
+} // namespace zvonivec

@@ -1,1 +1,250 @@
+// What the device's callback does, called by the test in its place.
+
+#include "playback/engine/sample_feed.h"
+
+#include "tests/support/recording.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <thread>
+
+namespace zvonivec {
+
+namespace {
+
+using support::Samples;
+
+constexpr std::size_t period = 512;
+constexpr std::size_t fade = SampleFeed::fadeFrames;
+
+/// Mono samples that count on from a number, so that each tells its place.
+Samples counting(int from, std::size_t count) {
+    Samples samples;
+    for (std::size_t i = 0; i < count; ++i) {
+        samples.push_back(static_cast<std::int16_t>(from + static_cast<int>(i)));
+    }
+    return samples;
+}
+
+class Feed : public testing::Test {
+protected:
+    void SetUp() override { feed.setFormat(1, 44100); }
+
+    Samples fill(std::size_t frames = period) {
+        Samples target(frames, 12345);
+        feed.fill(target);
+        return target;
+    }
+
+    SampleFeed feed{4096};
+};
+
+const Samples silence(period, 0);
+
+TEST_F(Feed, isSilentUntilAStreamIsAllowed) {
+    feed.beginStream(1);
+    feed.write(counting(1, 1000));
+    EXPECT_EQ(fill(), silence);
+    feed.allow(2);
+    EXPECT_EQ(fill(), silence);
+    feed.allow(1);
+    EXPECT_EQ(fill(), counting(1, period));
+    EXPECT_EQ(feed.readIndex(), period);
+}
+
+TEST_F(Feed, passesEverySampleOnceAndUnchanged) {
+    feed.beginStream(1);
+    feed.allow(1);
+    int written = 0;
+    int read = 0;
+    for (int round = 0; round < 100; ++round) {
+        feed.write(counting(written, 300));
+        written += 300;
+        const Samples got = fill(300);
+        EXPECT_EQ(got, counting(read, 300));
+        read += 300;
+    }
+}
+
+TEST_F(Feed, fillsUpWithSilenceWhenThereIsTooLittle) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(counting(1, 100));
+    Samples expected = counting(1, 100);
+    expected.resize(period, 0);
+    EXPECT_EQ(fill(), expected);
+    EXPECT_EQ(fill(), silence);
+    feed.write(counting(101, period));
+    EXPECT_EQ(fill(), counting(101, period));
+}
+
+TEST_F(Feed, pauseFadesOutAndResumeLeadsInAndNothingIsLost) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(Samples(3000, 10000));
+    EXPECT_EQ(fill(), Samples(period, 10000));
+    feed.allow(0);
+    const Samples out = fill();
+    EXPECT_EQ(feed.readIndex(), period) << "the fade takes nothing";
+    EXPECT_GT(out[0], 9800);
+    EXPECT_TRUE(std::is_sorted(out.rbegin(), out.rend()));
+    EXPECT_EQ(Samples(out.begin() + fade, out.end()), Samples(period - fade, 0));
+    EXPECT_EQ(fill(), silence);
+    feed.allow(1);
+    const Samples in = fill();
+    EXPECT_TRUE(std::is_sorted(in.begin(), in.end()));
+    EXPECT_LT(in[0], 200);
+    EXPECT_EQ(Samples(in.begin() + fade, in.end()), Samples(period - fade, 10000));
+    EXPECT_EQ(feed.readIndex(), period + period - fade);
+}
+
+TEST_F(Feed, theLeadInIsWhatCameBefore) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(counting(1, 3000));
+    fill();
+    feed.allow(0);
+    fill();
+    feed.allow(1);
+    const Samples in = fill();
+    const int before = static_cast<int>(period - fade);
+    for (std::size_t i = 0; i < fade; ++i) {
+        const double expected =
+            (before + 1 + static_cast<int>(i)) * static_cast<double>(i + 1) / (fade + 1);
+        EXPECT_NEAR(in[i], expected, 1) << i;
+    }
+    EXPECT_EQ(in[fade], static_cast<int>(period) + 1);
+}
+
+TEST_F(Feed, aNewStreamReplacesTheOldOne) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(Samples(2000, 1000));
+    fill();
+    feed.allow(2);
+    feed.beginStream(2);
+    feed.write(counting(1, 1000));
+    const Samples out = fill(); // the old one fades
+    EXPECT_GT(out[0], 900);
+    EXPECT_EQ(out[fade], 0);
+    EXPECT_EQ(fill(), counting(1, period));
+    EXPECT_EQ(feed.writeIndex() - feed.readIndex(), 1000 - period);
+}
+
+TEST_F(Feed, theOldStreamIsGivenUpWithoutADeviceToo) {
+    feed.beginStream(1);
+    feed.write(Samples(4096, 1000));
+    EXPECT_EQ(feed.space(), 0U);
+    feed.beginStream(2);
+    feed.dropOld();
+    EXPECT_EQ(feed.space(), 4096U);
+}
+
+TEST_F(Feed, volumeIsRampedAndExact) {
+    feed.beginStream(1);
+    feed.setGain(0.5F);
+    feed.allow(1);
+    feed.write(Samples(4000, 10000));
+    EXPECT_EQ(fill(), Samples(period, 5000)) << "the volume at the start applies at once";
+    feed.setGain(0.0F);
+    Samples heard = fill();
+    const Samples more = fill();
+    heard.insert(heard.end(), more.begin(), more.end());
+    int worst = 5000 - heard[0];
+    for (std::size_t i = 1; i < heard.size(); ++i) {
+        worst = std::max(worst, std::abs(heard[i] - heard[i - 1]));
+    }
+    EXPECT_LT(worst, 15);
+    EXPECT_EQ(heard.back(), 0);
+    feed.setGain(1.0F);
+    fill();
+    fill();
+    EXPECT_EQ(fill(), Samples(period, 10000));
+}
+
+TEST_F(Feed, extremeSamplesDontOverflow) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(Samples(period, -32768));
+    feed.write(Samples(period, 32767));
+    EXPECT_EQ(fill(), Samples(period, -32768));
+    EXPECT_EQ(fill(), Samples(period, 32767));
+}
+
+TEST_F(Feed, stereoFramesStayTogether) {
+    feed.setFormat(2, 44100);
+    feed.beginStream(1);
+    feed.allow(1);
+    Samples frames;
+    for (int i = 0; i < 3000; ++i) {
+        frames.push_back(static_cast<std::int16_t>(i));
+        frames.push_back(static_cast<std::int16_t>(-i));
+    }
+    feed.write(frames);
+    const Samples got = fill();
+    EXPECT_TRUE(std::equal(got.begin(), got.end(), frames.begin()));
+    feed.allow(0);
+    fill();
+    feed.allow(1);
+    const Samples in = fill();
+    EXPECT_EQ(support::equalLength(in, 2 * fade, frames, period), in.size() - 2 * fade);
+}
+
+TEST_F(Feed, tellsWhatWasTakenAndWhen) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(counting(1, 700));
+    const auto before = SampleFeed::Clock::now();
+    fill();
+    const SampleFeed::Taken taken = feed.taken();
+    EXPECT_EQ(taken.end, period);
+    EXPECT_EQ(taken.count, period);
+    EXPECT_GE(taken.when, before);
+    EXPECT_LE(taken.when, SampleFeed::Clock::now());
+    fill();
+    EXPECT_EQ(feed.taken().end, 700U);
+    EXPECT_EQ(feed.taken().count, 700 - period);
+    fill();
+    EXPECT_EQ(feed.taken().end, 700U) << "silence isn't taken";
+}
+
+TEST_F(Feed, threeThreadsAtOnce) {
+    // The device takes, the decoder thread writes and begins streams, the user commands.
+    std::atomic<bool> done{false};
+    std::atomic<std::uint64_t> stream{1};
+    feed.beginStream(1);
+    feed.allow(1);
+    std::thread device([&] {
+        Samples target(period);
+        while (!done) {
+            feed.fill(target);
+        }
+    });
+    std::thread user([&] {
+        for (int i = 0; !done; ++i) {
+            feed.allow(i % 3 == 0 ? 0 : stream.load());
+            feed.setGain(static_cast<float>(i % 100) / 100.0F);
+            const SampleFeed::Taken taken = feed.taken();
+            EXPECT_LE(taken.count, period);
+            EXPECT_LE(taken.end, feed.writeIndex());
+        }
+    });
+    const Samples block(100, 1);
+    for (int i = 0; i < 200000; ++i) {
+        if (feed.space() >= block.size()) {
+            feed.write(block);
+        }
+        if (i % 1000 == 0) {
+            feed.beginStream(++stream);
+        }
+    }
+    done = true;
+    device.join();
+    user.join();
+}
+
+} // namespace
+
+} // namespace zvonivec

@@ -1,1 +1,207 @@
+#include "playback/engine/tags.h"
+
+#include "playback/engine/tag_text.h"
+#include "tests/support/mp3_samples.h"
+#include "tests/support/process.h"
+
+#include <chrono>
 #include <gtest/gtest.h>
+#include <string>
+
+namespace zvonivec {
+
+namespace {
+
+using support::id3v1;
+using support::id3v2;
+
+const std::string frames = support::repeated(support::frameBytes({}), 20);
+const std::string horse = "Příliš žluťoučký kůň";
+const std::string horse1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
+const std::string latin1(1, '\0');
+const std::string utf16("\1", 1);
+const std::string utf8("\3", 1);
+
+std::string utf16Of(const std::u16string& text) {
+    std::string bytes = "\xFF\xFE";
+    for (const char16_t unit : text) {
+        bytes += support::littleEndian(unit, 2);
+    }
+    return bytes;
+}
+
+class Tags : public testing::Test {
+protected:
+    TrackTags tagsOf(const std::string& content) {
+        support::writeFile(folder.file("file"), content);
+        return readTags(FileReader::open(folder.file("file")));
+    }
+    support::TemporaryFolder folder;
+};
+
+TEST(TagText, latin1ClaimsAreUtf8OrWindows1250) {
+    EXPECT_EQ(textFromLatin1Claim("plain"), "plain");
+    EXPECT_EQ(textFromLatin1Claim(horse), horse);
+    EXPECT_EQ(textFromLatin1Claim(horse1250), horse);
+    EXPECT_EQ(textFromLatin1Claim("\x8A\x8D\x8E\xD8\x84"), "ŠŤŽŘ„");
+    EXPECT_EQ(textFromLatin1Claim("\xC4\x8D\xE8"), "Ä\xC5\xA4\xC4\x8D") << "not all of it is UTF-8";
+    EXPECT_EQ(textFromLatin1Claim(std::string("end\0rest", 8)), "end");
+    EXPECT_EQ(textFromLatin1Claim(""), "");
+}
+
+TEST(TagText, tidyTextIsOneLine) {
+    EXPECT_EQ(tidyText("  padded \t "), "padded");
+    EXPECT_EQ(tidyText("one\r\ntwo\tthree"), "one two three");
+    EXPECT_EQ(tidyText(std::string("a\0b\x01\x1B\x7F", 6)), "ab");
+    EXPECT_EQ(tidyText("\xC2\x85x\xC2\x9By\xE2\x80\xA8z"), "xy z");
+    EXPECT_EQ(tidyText("two  blanks"), "two  blanks");
+    EXPECT_EQ(tidyText("bad \xFF\xC3 bytes \xED\xA0\x80"), "bad  bytes");
+    EXPECT_EQ(tidyText(horse), horse);
+    EXPECT_EQ(tidyText("<b>&amp;</b>"), "<b>&amp;</b>");
+    EXPECT_EQ(tidyText("   "), "");
+}
+
+TEST(TagText, tidyTextIsCutAtACharacter) {
+    std::string text;
+    for (int i = 0; i < 3000; ++i) {
+        text += "ž";
+    }
+    EXPECT_EQ(tidyText(text), text.substr(0, 2 * tagTextLimit));
+    EXPECT_EQ(tidyText("a" + std::string(1000000, ' ') + "b"), "a");
+}
+
+TEST_F(Tags, noneIsNothing) {
+    const TrackTags tags = tagsOf(frames);
+    EXPECT_EQ(tags.author + tags.title + tags.album + tags.description + tags.genre + tags.year,
+              "");
+}
+
+TEST_F(Tags, id3v1) {
+    const TrackTags tags =
+        tagsOf(frames + ::support::id3v1(horse1250, "Umělec", "Album  ", "1999", "Poznámka", 17));
+    EXPECT_EQ(tags.title, horse);
+    EXPECT_EQ(tags.author, "Umělec");
+    EXPECT_EQ(tags.album, "Album");
+    EXPECT_EQ(tags.year, "1999");
+    EXPECT_EQ(tags.description, "Poznámka");
+    EXPECT_EQ(tags.genre, "Rock");
+    // With the number of the track.
+    const std::string comment = std::string("Poznámka").append(19, '\0') + '\7';
+    EXPECT_EQ(tagsOf(frames + ::support::id3v1("t", "", "", "", comment, 17)).description,
+              "Poznámka");
+}
+
+TEST_F(Tags, id3v2OfAllVersions) {
+    for (const int version : {3, 4}) {
+        const TrackTags tags =
+            tagsOf(::support::id3v2(version, {{"TIT2", latin1 + horse1250},
+                                              {"TPE1", utf16 + utf16Of(u"Kůň")},
+                                              {"TALB", latin1 + horse},
+                                              {version == 3 ? "TYER" : "TDRC", latin1 + "2004"},
+                                              {"COMM", latin1 + "eng" + latin1 + "Popis"},
+                                              {"TCON", latin1 + (version == 3 ? "(17)" : "17")}}) +
+                   frames);
+        EXPECT_EQ(tags.title, horse) << version;
+        EXPECT_EQ(tags.author, "Kůň") << version;
+        EXPECT_EQ(tags.album, horse) << version;
+        EXPECT_EQ(tags.year, "2004") << version;
+        EXPECT_EQ(tags.description, "Popis") << version;
+        EXPECT_EQ(tags.genre, "Rock") << version;
+    }
+    const TrackTags old = tagsOf(::support::id3v2(2, {{"TT2", latin1 + horse1250},
+                                                      {"TP1", latin1 + "A"},
+                                                      {"TAL", latin1 + "B"},
+                                                      {"TYE", latin1 + "1997"},
+                                                      {"COM", latin1 + "eng" + latin1 + "C"},
+                                                      {"TCO", latin1 + "(8)"}}) +
+                                 frames);
+    EXPECT_EQ(old.title, horse);
+    EXPECT_EQ(old.author, "A");
+    EXPECT_EQ(old.album, "B");
+    EXPECT_EQ(old.year, "1997");
+    EXPECT_EQ(old.description, "C");
+    EXPECT_EQ(old.genre, "Jazz");
+}
+
+TEST_F(Tags, apeTags) {
+    const TrackTags tags = tagsOf(frames + ::support::apeTag({{"Title", horse},
+                                                              {"Artist", "A"},
+                                                              {"Album", "B"},
+                                                              {"Year", "2001"},
+                                                              {"Comment", "C"},
+                                                              {"Genre", "17"}}));
+    EXPECT_EQ(tags.title, horse);
+    EXPECT_EQ(tags.author, "A");
+    EXPECT_EQ(tags.album, "B");
+    EXPECT_EQ(tags.year, "2001");
+    EXPECT_EQ(tags.description, "C");
+    EXPECT_EQ(tags.genre, "Rock");
+}
+
+TEST_F(Tags, theBestSourceOfEachAttributeCounts) {
+    const TrackTags tags =
+        tagsOf(::support::id3v2(4, {{"TIT2", utf8 + "two"}, {"TPE1", utf8 + "  "}}) + frames +
+               ::support::apeTag({{"Title", "ape"}, {"Album", "ape"}}) +
+               ::support::id3v1("one", "one", "one", "1999", "", 255));
+    EXPECT_EQ(tags.title, "two");
+    EXPECT_EQ(tags.album, "ape");
+    EXPECT_EQ(tags.author, "one");
+    EXPECT_EQ(tags.year, "1999");
+    EXPECT_EQ(tags.genre, "");
+}
+
+TEST_F(Tags, genresAndDatesAndSeveralValues) {
+    const auto genre = [&](const std::string& text) {
+        return tagsOf(::support::id3v2(4, {{"TCON", utf8 + text}}) + frames).genre;
+    };
+    EXPECT_EQ(genre("17"), "Rock");
+    EXPECT_EQ(genre("Dechovka"), "Dechovka");
+    EXPECT_EQ(genre("(17)Rock"), "Rock");
+    EXPECT_EQ(genre("(4)Eurodisco"), "Disco, Eurodisco");
+    EXPECT_EQ(genre("999"), "999");
+    EXPECT_EQ(genre(std::string("17\0Punk", 7)), "Rock, Punk");
+    const TrackTags tags = tagsOf(::support::id3v2(4, {{"TDRC", utf8 + "2004-05-01T10:00"},
+                                                       {"TPE1", utf8 + std::string("A\0B", 3)}}) +
+                                  frames);
+    EXPECT_EQ(tags.year, "2004");
+    EXPECT_EQ(tags.author, "A, B");
+}
+
+TEST_F(Tags, aProgramsOwnCommentIsNoDescription) {
+    const TrackTags tags =
+        tagsOf(::support::id3v2(3, {{"COMM", latin1 + "engiTunNORM" + latin1 + " 0000"},
+                                    {"COMM", latin1 + "engnote" + latin1 + "second"},
+                                    {"COMM", latin1 + "eng" + latin1 + "first"}}) +
+               frames);
+    EXPECT_EQ(tags.description, "first");
+}
+
+TEST_F(Tags, hostileTagsAreHarmless) {
+    const std::string huge(5000000, 'x');
+    EXPECT_EQ(tagsOf(::support::id3v2(4, {{"TIT2", utf8 + huge}}) + frames).title.size(),
+              tagTextLimit);
+    // Random bytes where frames should be, and in their texts.
+    for (unsigned seed = 1; seed <= 100; ++seed) {
+        const std::string noise = support::randomBytes(2000, seed);
+        tagsOf(
+            ::support::id3v2(2 + static_cast<int>(seed % 3), {{"TIT2", noise}, {"TCON", noise}}) +
+            frames);
+        std::string tag = ::support::id3v2(4, {{"TIT2", utf8 + "x"}}, 2000);
+        tag.replace(10, 1990, noise.substr(0, 1990));
+        tagsOf(tag + frames + ::support::apeTag({{noise.substr(0, 50), noise}}));
+    }
+}
+
+TEST_F(Tags, aLargeTagIsReadInNoTime) {
+    const std::string picture(20 << 20, 'x');
+    const std::string content =
+        ::support::id3v2(3, {{"APIC", picture}, {"TIT2", latin1 + "t"}}) + frames;
+    support::writeFile(folder.file("file"), content);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(readTags(FileReader::open(folder.file("file"))).title, "t");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+}
+
+} // namespace
+
+} // namespace zvonivec

@@ -23,10 +23,11 @@ void PulseServer::restart() {
     options.errorFile = folder_.file("log");
     process_ = Process(
         {"pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit",
-         "--realtime=no", "--high-priority=no",
+         "--realtime=yes", "--high-priority=yes", // where it may: a busy machine makes gaps
          "--load=module-native-protocol-unix auth-anonymous=1 socket=" + folder_.file("socket"),
          "--load=module-null-sink sink_name=test_sink format=s16le rate=" +
-             std::to_string(sink_.rate) + " channels=" + std::to_string(sink_.channels) + " norewinds=1"},
+             std::to_string(sink_.rate) + " channels=" + std::to_string(sink_.channels) +
+             " norewinds=1"},
         options);
     waitUntil([this] { return !process_.running() || running(); });
 }

@@ -75,8 +75,33 @@ std::optional<std::size_t> findIn(const Samples& whole, const Samples& part, std
     return std::nullopt;
 }
 
+Match follow(const Samples& recording, std::size_t at, const Samples& sound, std::size_t from,
+             bool gaps, int difference) {
+    Match match;
+    match.end = at;
+    for (;;) {
+        const std::size_t length =
+            equalLength(recording, match.end, sound, from + match.length, difference);
+        match.end += length;
+        match.length += length;
+        if (!gaps || from + match.length >= sound.size()) {
+            return match;
+        }
+        // The sound's own zeros in front of the gap were taken for a part of it.
+        const std::size_t next = firstSound(recording, match.end);
+        const std::size_t own = firstSound(sound, from + match.length) - from - match.length;
+        const bool isGap = next - match.end > 2 * 64 && next < recording.size();
+        if (!isGap || length == 0) {
+            return match;
+        }
+        match.silence += next - own - match.end;
+        match.end = next - own;
+    }
+}
+
 std::size_t firstSound(const Samples& samples, std::size_t from) {
-    const auto begin = samples.begin() + static_cast<std::ptrdiff_t>(std::min(from, samples.size()));
+    const auto begin =
+        samples.begin() + static_cast<std::ptrdiff_t>(std::min(from, samples.size()));
     const auto found = std::find_if(begin, samples.end(), [](std::int16_t s) { return s != 0; });
     return static_cast<std::size_t>(found - samples.begin());
 }

@@ -52,6 +52,18 @@ std::optional<std::size_t> findIn(const Samples& whole, const Samples& part, std
 std::size_t equalLength(const Samples& a, std::size_t atA, const Samples& b, std::size_t atB,
                         int difference = 0);
 
+/// What was found of a sound within a recording.
+struct Match {
+    std::size_t end = 0;     ///< behind its last sample, in the recording
+    std::size_t length = 0;  ///< samples of the sound that are there, one after another
+    std::size_t silence = 0; ///< samples of silence that stand between them
+};
+
+/// Follows a sound through a recording, from a place in each. On a busy machine the server puts
+/// silence between two samples when a client is late; it loses none. gaps: go on behind it.
+Match follow(const Samples& recording, std::size_t at, const Samples& sound, std::size_t from,
+             bool gaps = true, int difference = 0);
+
 /// The places of the first sound and behind the last, in samples; both the size when all is silent.
 std::size_t firstSound(const Samples& samples, std::size_t from = 0);
 std::size_t behindLastSound(const Samples& samples);
