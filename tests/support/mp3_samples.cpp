@@ -139,17 +139,17 @@ std::string xingFrame(const FrameSpec& spec, const std::string& name, std::uint3
     if (delay >= 0) {
         put(frame, at + 16, "LAME3.100");
         put(frame, at + 16 + 21,
-            bigEndian(static_cast<std::uint32_t>(delay) << 12U |
-                          static_cast<std::uint32_t>(padding),
-                      3));
+            bigEndian(
+                static_cast<std::uint32_t>(delay) << 12U | static_cast<std::uint32_t>(padding), 3));
     }
     return frame;
 }
 
 std::string vbriFrame(const FrameSpec& spec, std::uint32_t frames, std::uint32_t bytes) {
     std::string frame = frameBytes(spec);
-    put(frame, 36, "VBRI" + bigEndian(1, 2) + bigEndian(0, 2) + bigEndian(75, 2) +
-                       bigEndian(bytes) + bigEndian(frames));
+    put(frame, 36,
+        "VBRI" + bigEndian(1, 2) + bigEndian(0, 2) + bigEndian(75, 2) + bigEndian(bytes) +
+            bigEndian(frames));
     return frame;
 }
 
