@@ -11,6 +11,8 @@
 #include <QScreen>
 #include <QThread>
 #include <QTranslator>
+#include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 namespace zvonivec {
@@ -18,6 +20,16 @@ namespace zvonivec {
 namespace {
 
 int loadedForms = 0; // user-interface thread
+
+/// Without a display Qt aborts, which looks like a crash. This ends the process instead, with the
+/// same message.
+void endInsteadOfAborting(QtMsgType type, const QMessageLogContext& /*context*/,
+                          const QString& message) {
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+    if (type == QtFatalMsg) {
+        std::_Exit(EXIT_FAILURE);
+    }
+}
 
 } // namespace
 
@@ -41,8 +53,10 @@ Application::Application(const std::string& backEnds) : toolkit_(std::make_uniqu
 
     QApplication::setApplicationName(QStringLiteral("zvonivec"));
     QApplication::setDesktopFileName(QStringLiteral("zvonivec"));
+    const QtMessageHandler usual = qInstallMessageHandler(endInsteadOfAborting);
     toolkit_->application =
         std::make_unique<QApplication>(toolkit_->count, toolkit_->pointers.data());
+    qInstallMessageHandler(usual);
     // A hidden or minimised window is no reason to end.
     QApplication::setQuitOnLastWindowClosed(false);
 
@@ -66,8 +80,8 @@ void Application::formLoaded() {
 }
 
 void Application::formUnloaded() {
-    // exit, not quit, which would ask the windows first. It ends the loops of open boxes too. Before
-    // the loop runs there is nothing to end: run() looks for itself.
+    // exit, not quit, which would ask the windows first. It ends the loops of open boxes too.
+    // Before the loop runs there is nothing to end: run() looks for itself.
     if (--loadedForms == 0 && QThread::currentThread()->loopLevel() > 0) {
         QCoreApplication::exit(0);
     }
