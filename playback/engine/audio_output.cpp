@@ -76,6 +76,7 @@ void AudioOutput::reset() {
         SDL_QuitSubSystem(SDL_INIT_AUDIO);
         ready_ = false;
     }
+    SDL_TLSCleanup(); // what SDL keeps for a thread that it hasn't made
 }
 
 } // namespace zvonivec

@@ -101,8 +101,12 @@ DecoderThread::Events Mp3Engine::postedEvents(const PostToUserInterface& post) {
                 return;
             }
             post([handler, weak, run] {
-                if (const auto self = weak.lock()) {
-                    ((*self)->*handler)(run);
+                // Not kept locked: a handler that destroys the engine must be noticed.
+                auto self = weak.lock();
+                Mp3Engine* const engine = self ? *self : nullptr;
+                self.reset();
+                if (engine != nullptr) {
+                    (engine->*handler)(run);
                 }
             });
         };

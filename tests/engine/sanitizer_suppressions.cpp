@@ -1,0 +1,20 @@
+// What the sanitizers report of libraries that aren't built with them and isn't ours to mend: they
+// can't see PulseAudio's own locking, and it keeps some memory to the end of the process.
+
+extern "C" {
+
+const char* __tsan_default_suppressions();
+const char* __lsan_default_suppressions();
+
+// The names are the sanitizers'.
+const char* __tsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "called_from_lib:libpulsecommon\n"
+           "called_from_lib:libpulse.so\n"
+           "race:libpulsecommon\n"
+           "race:libpulse.so\n";
+}
+
+const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libpulse\n";
+}
+}
