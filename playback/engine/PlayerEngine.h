@@ -121,8 +121,11 @@ public:
     [[nodiscard]] virtual Settings& settings() = 0;
 
     /// Raised with each new state. stopped comes after every controls().stop() and at the natural
-    /// end of a track, once its last sample has been heard; never by setURL. The natural end is
-    /// dropped when a stop, a seek or another file came first. A handler may call anything here.
+    /// end of a track; never by setURL. The natural end comes while the last samples are on their
+    /// way through the device, less than a tenth of a second before they have been heard, so that a
+    /// handler which plays the track again joins its start to its end; the samples are heard out in
+    /// any case. It is dropped when a stop, a seek or another file came first. A handler may call
+    /// anything here.
     std::function<void(PlayState)> PlayStateChange;
 
     /// Raised once for a loaded file that can't be played (on): undecodable, unreadable, or no
