@@ -249,7 +249,8 @@ void DecoderThread::play() {
 /// The track's end is told when so many of its frames are still to be taken by the device.
 std::uint64_t DecoderThread::endLead() const {
     const auto reaction = std::chrono::duration<double>(endReaction).count() * sampleRate_;
-    return static_cast<std::uint64_t>(output_.periodFrames() + static_cast<int>(reaction));
+    return static_cast<std::uint64_t>(output_.periodFrames()) +
+           static_cast<std::uint64_t>(reaction);
 }
 
 /// Frames of the present stream that the device hasn't taken yet.

@@ -132,7 +132,7 @@ constexpr std::array weakSignatures = {
     Signature{0, "II*\0"sv, "tif"},    Signature{0, "MM\0*"sv, "tif"},
     Signature{0, "\x0B\x77"sv, "ac3"}, Signature{0, "<!DOCTYPE html"sv, "html"},
     Signature{0, "<html"sv, "html"},   Signature{0, "<?xml"sv, "xml"},
-    Signature{0, "{\\rtf"sv, "rtf"},   Signature{0, "#EXTM3U"sv, "m3u"},
+    Signature{0, R"({\rtf)"sv, "rtf"}, Signature{0, "#EXTM3U"sv, "m3u"},
     Signature{0, "\xFF\xFE"sv, "txt"}, Signature{0, "\xFE\xFF"sv, "txt"},
 };
 

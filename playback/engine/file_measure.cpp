@@ -98,7 +98,7 @@ Measurement FileMeasure::measurement() const {
 }
 
 Measurement FileMeasure::estimate() const {
-    const double bytes = static_cast<double>(stream_.end - stream_.begin);
+    const auto bytes = static_cast<double>(stream_.end - stream_.begin);
     const double frameSeconds =
         static_cast<double>(stream_.first.samples) / stream_.first.sampleRate;
     const bool fits = info_ && info_->frames && *info_->frames > 0 &&
@@ -107,7 +107,7 @@ Measurement FileMeasure::estimate() const {
         const double seconds = *info_->frames * frameSeconds;
         return {seconds, wholeKilobits(8 * bytes / seconds)};
     }
-    const double frameBytes = static_cast<double>(stream_.first.size(stream_.freeFormatSize));
+    const auto frameBytes = static_cast<double>(stream_.first.size(stream_.freeFormatSize));
     const double seconds = bytes / frameBytes * frameSeconds;
     return {seconds, wholeKilobits(8 * frameBytes / frameSeconds)};
 }

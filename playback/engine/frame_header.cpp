@@ -110,7 +110,7 @@ bool sideInfoPlausible(const FrameHeader& header, std::span<const std::uint8_t> 
         return false;
     }
     const bool mpeg1 = header.version == 1;
-    const unsigned channels = static_cast<unsigned>(header.channels);
+    const auto channels = static_cast<unsigned>(header.channels);
     BitReader reader(frame.subspan(begin, header.sideInfoSize()));
     const std::uint32_t reservoir = reader.take(mpeg1 ? 9 : 8);
     reader.skip(mpeg1 ? (channels == 1 ? 5 : 3) + 4 * channels : channels);

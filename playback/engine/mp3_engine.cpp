@@ -54,7 +54,7 @@ private:
     [[nodiscard]] bool autoStart() const override { return autoStart_; }
     void setAutoStart(bool on) override { autoStart_ = on; }
 
-    DecoderThread::Events postedEvents(const PostToUserInterface& post);
+    DecoderThread::Events postedEvents();
     void runEnded(std::uint64_t run);
     void runFailed(std::uint64_t run);
     bool raise(PlayState state);
@@ -63,6 +63,8 @@ private:
     /// Locked by what is posted: when it is gone, so is the engine. Both happen on the
     /// user-interface thread.
     std::shared_ptr<Mp3Engine*> self_ = std::make_shared<Mp3Engine*>(this);
+
+    const PostToUserInterface post_; ///< called on the decoder thread
 
     std::string url_;
     std::shared_ptr<LoadedFile> file_;
@@ -85,7 +87,7 @@ private:
     DecoderThread thread_;
 };
 
-Mp3Engine::Mp3Engine(PostToUserInterface post) : thread_(postedEvents(post)) {
+Mp3Engine::Mp3Engine(PostToUserInterface post) : post_(std::move(post)), thread_(postedEvents()) {
     thread_.feed().setGain(gainOfVolume(volume_));
 }
 
@@ -94,13 +96,13 @@ Mp3Engine::~Mp3Engine() {
     thread_.feed().allow(0);
 }
 
-DecoderThread::Events Mp3Engine::postedEvents(const PostToUserInterface& post) {
-    const auto posted = [&](EventHandler handler) {
-        return [post, handler, weak = std::weak_ptr(self_)](std::uint64_t run) {
-            if (!post) {
+DecoderThread::Events Mp3Engine::postedEvents() {
+    const auto posted = [this](EventHandler handler) {
+        return [this, handler, weak = std::weak_ptr(self_)](std::uint64_t run) {
+            if (!post_) {
                 return;
             }
-            post([handler, weak, run] {
+            post_([handler, weak, run] {
                 // Not kept locked: a handler that destroys the engine must be noticed.
                 auto self = weak.lock();
                 Mp3Engine* const engine = self ? *self : nullptr;

@@ -41,7 +41,7 @@ public:
     void write(std::span<const std::int16_t> samples) {
         const std::uint64_t index = writeIndex_.load(std::memory_order_relaxed);
         const std::size_t count = samples.size() / channels_;
-        const std::size_t start = static_cast<std::size_t>(index % capacity_);
+        const auto start = static_cast<std::size_t>(index % capacity_);
         const std::size_t first = std::min(count, capacity_ - start) * channels_;
         std::copy_n(samples.begin(), first, at(start));
         std::copy(samples.begin() + static_cast<std::ptrdiff_t>(first), samples.end(), at(0));
@@ -54,7 +54,7 @@ public:
         const std::size_t count =
             index < end ? static_cast<std::size_t>(std::min<std::uint64_t>(wanted, end - index))
                         : 0;
-        const std::size_t start = static_cast<std::size_t>(index % capacity_);
+        const auto start = static_cast<std::size_t>(index % capacity_);
         const std::size_t first = std::min(count, capacity_ - start);
         std::copy_n(at(start), first * channels_, target);
         std::copy_n(at(0), (count - first) * channels_, target + first * channels_);

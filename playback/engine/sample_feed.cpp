@@ -102,7 +102,8 @@ std::size_t SampleFeed::fadeOut(std::span<std::int16_t> target, std::uint64_t li
     const std::size_t count =
         static_cast<std::size_t>(std::min<std::uint64_t>(there, limit > index ? limit - index : 0));
     for (std::size_t i = 0; i < count * channels; ++i) {
-        const float left = static_cast<float>(count - i / channels) / static_cast<float>(count + 1);
+        const std::size_t frame = i / channels;
+        const float left = static_cast<float>(count - frame) / static_cast<float>(count + 1);
         target[i] = scaled(target[i], left * currentGain_);
     }
     return count * channels;
@@ -117,7 +118,8 @@ std::size_t SampleFeed::leadIn(std::span<std::int16_t> target) {
     const std::size_t count = std::min(memoryFrames_, target.size() / channels);
     const std::size_t skipped = (memoryFrames_ - count) * channels;
     for (std::size_t i = 0; i < count * channels; ++i) {
-        const float part = static_cast<float>(i / channels + 1) / static_cast<float>(count + 1);
+        const std::size_t frame = i / channels;
+        const float part = static_cast<float>(frame + 1) / static_cast<float>(count + 1);
         target[i] = scaled(memory_[skipped + i], part * currentGain_);
     }
     return count * channels;

@@ -17,7 +17,7 @@ std::string twoDigits(long long number) {
 std::string timeText(double seconds) {
     constexpr double longest = 1e12; // keeps the whole number within its type
     const double shown = std::isnan(seconds) ? 0 : std::clamp(seconds, 0.0, longest);
-    const long long whole = static_cast<long long>(shown);
+    const auto whole = static_cast<long long>(shown);
     return twoDigits(whole / 60) + ":" + twoDigits(whole % 60);
 }
 
