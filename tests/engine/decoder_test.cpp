@@ -168,7 +168,8 @@ TEST_F(Decoder, noiseWithinFramesDoesNoHarm) {
         std::string bytes = good;
         const std::string damage = support::randomBytes(200, seed);
         for (std::size_t i = 0; i < damage.size(); i += 2) {
-            const std::size_t at = 1000 + (i * 140 + seed * 37) % (bytes.size() - 1000);
+            const std::size_t at =
+                1000 + (i * 140 + std::size_t{seed} * 37) % (bytes.size() - 1000);
             bytes[at] = damage[i];
         }
         support::writeFile(path, bytes);
@@ -193,7 +194,7 @@ TEST_F(Decoder, aFileThatShrinksIsAFailure) {
 TEST_F(Decoder, framesWithoutSoundAreSilence) {
     support::writeFile(path, support::repeated(support::frameBytes({}), 30));
     const Samples decoded = Track(path).decodeFrom(0);
-    EXPECT_EQ(decoded, Samples(30 * 1152 * 2));
+    EXPECT_EQ(decoded, Samples(std::size_t{30} * 1152 * 2));
 }
 
 } // namespace

@@ -22,7 +22,7 @@ protected:
 
     /// A silent track.
     std::string track(double seconds) {
-        const std::string path = folder.file(std::to_string(seconds) + ".mp3");
+        std::string path = folder.file(std::to_string(seconds) + ".mp3");
         const auto count = static_cast<std::size_t>(seconds * 44100 / 1152) + 1;
         support::writeFile(path, support::repeated(support::frameBytes({}), count));
         return path;

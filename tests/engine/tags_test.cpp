@@ -19,6 +19,7 @@ const std::string frames = support::repeated(support::frameBytes({}), 20);
 const std::string horse = "Příliš žluťoučký kůň";
 const std::string horse1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
 const std::string latin1(1, '\0');
+const std::string languageEnglish("\0eng\0", 5);
 const std::string utf16("\1", 1);
 const std::string utf8("\3", 1);
 
@@ -76,9 +77,9 @@ TEST_F(Tags, noneIsNothing) {
               "");
 }
 
-TEST_F(Tags, id3v1) {
+TEST_F(Tags, ofTheFirstKind) {
     const TrackTags tags =
-        tagsOf(frames + ::support::id3v1(horse1250, "Umělec", "Album  ", "1999", "Poznámka", 17));
+        tagsOf(frames + id3v1(horse1250, "Umělec", "Album  ", "1999", "Poznámka", 17));
     EXPECT_EQ(tags.title, horse);
     EXPECT_EQ(tags.author, "Umělec");
     EXPECT_EQ(tags.album, "Album");
@@ -87,19 +88,18 @@ TEST_F(Tags, id3v1) {
     EXPECT_EQ(tags.genre, "Rock");
     // With the number of the track.
     const std::string comment = std::string("Poznámka").append(19, '\0') + '\7';
-    EXPECT_EQ(tagsOf(frames + ::support::id3v1("t", "", "", "", comment, 17)).description,
-              "Poznámka");
+    EXPECT_EQ(tagsOf(frames + id3v1("t", "", "", "", comment, 17)).description, "Poznámka");
 }
 
 TEST_F(Tags, id3v2OfAllVersions) {
     for (const int version : {3, 4}) {
         const TrackTags tags =
-            tagsOf(::support::id3v2(version, {{"TIT2", latin1 + horse1250},
-                                              {"TPE1", utf16 + utf16Of(u"Kůň")},
-                                              {"TALB", latin1 + horse},
-                                              {version == 3 ? "TYER" : "TDRC", latin1 + "2004"},
-                                              {"COMM", latin1 + "eng" + latin1 + "Popis"},
-                                              {"TCON", latin1 + (version == 3 ? "(17)" : "17")}}) +
+            tagsOf(id3v2(version, {{"TIT2", latin1 + horse1250},
+                                   {"TPE1", utf16 + utf16Of(u"Kůň")},
+                                   {"TALB", latin1 + horse},
+                                   {version == 3 ? "TYER" : "TDRC", latin1 + "2004"},
+                                   {"COMM", languageEnglish + "Popis"},
+                                   {"TCON", latin1 + (version == 3 ? "(17)" : "17")}}) +
                    frames);
         EXPECT_EQ(tags.title, horse) << version;
         EXPECT_EQ(tags.author, "Kůň") << version;
@@ -108,12 +108,12 @@ TEST_F(Tags, id3v2OfAllVersions) {
         EXPECT_EQ(tags.description, "Popis") << version;
         EXPECT_EQ(tags.genre, "Rock") << version;
     }
-    const TrackTags old = tagsOf(::support::id3v2(2, {{"TT2", latin1 + horse1250},
-                                                      {"TP1", latin1 + "A"},
-                                                      {"TAL", latin1 + "B"},
-                                                      {"TYE", latin1 + "1997"},
-                                                      {"COM", latin1 + "eng" + latin1 + "C"},
-                                                      {"TCO", latin1 + "(8)"}}) +
+    const TrackTags old = tagsOf(id3v2(2, {{"TT2", latin1 + horse1250},
+                                           {"TP1", latin1 + "A"},
+                                           {"TAL", latin1 + "B"},
+                                           {"TYE", latin1 + "1997"},
+                                           {"COM", languageEnglish + "C"},
+                                           {"TCO", latin1 + "(8)"}}) +
                                  frames);
     EXPECT_EQ(old.title, horse);
     EXPECT_EQ(old.author, "A");
@@ -124,12 +124,12 @@ TEST_F(Tags, id3v2OfAllVersions) {
 }
 
 TEST_F(Tags, apeTags) {
-    const TrackTags tags = tagsOf(frames + ::support::apeTag({{"Title", horse},
-                                                              {"Artist", "A"},
-                                                              {"Album", "B"},
-                                                              {"Year", "2001"},
-                                                              {"Comment", "C"},
-                                                              {"Genre", "17"}}));
+    const TrackTags tags = tagsOf(frames + support::apeTag({{"Title", horse},
+                                                            {"Artist", "A"},
+                                                            {"Album", "B"},
+                                                            {"Year", "2001"},
+                                                            {"Comment", "C"},
+                                                            {"Genre", "17"}}));
     EXPECT_EQ(tags.title, horse);
     EXPECT_EQ(tags.author, "A");
     EXPECT_EQ(tags.album, "B");
@@ -139,10 +139,9 @@ TEST_F(Tags, apeTags) {
 }
 
 TEST_F(Tags, theBestSourceOfEachAttributeCounts) {
-    const TrackTags tags =
-        tagsOf(::support::id3v2(4, {{"TIT2", utf8 + "two"}, {"TPE1", utf8 + "  "}}) + frames +
-               ::support::apeTag({{"Title", "ape"}, {"Album", "ape"}}) +
-               ::support::id3v1("one", "one", "one", "1999", "", 255));
+    const TrackTags tags = tagsOf(id3v2(4, {{"TIT2", utf8 + "two"}, {"TPE1", utf8 + "  "}}) +
+                                  frames + support::apeTag({{"Title", "ape"}, {"Album", "ape"}}) +
+                                  id3v1("one", "one", "one", "1999", "", 255));
     EXPECT_EQ(tags.title, "two");
     EXPECT_EQ(tags.album, "ape");
     EXPECT_EQ(tags.author, "one");
@@ -152,7 +151,7 @@ TEST_F(Tags, theBestSourceOfEachAttributeCounts) {
 
 TEST_F(Tags, genresAndDatesAndSeveralValues) {
     const auto genre = [&](const std::string& text) {
-        return tagsOf(::support::id3v2(4, {{"TCON", utf8 + text}}) + frames).genre;
+        return tagsOf(id3v2(4, {{"TCON", utf8 + text}}) + frames).genre;
     };
     EXPECT_EQ(genre("17"), "Rock");
     EXPECT_EQ(genre("Dechovka"), "Dechovka");
@@ -160,42 +159,37 @@ TEST_F(Tags, genresAndDatesAndSeveralValues) {
     EXPECT_EQ(genre("(4)Eurodisco"), "Disco, Eurodisco");
     EXPECT_EQ(genre("999"), "999");
     EXPECT_EQ(genre(std::string("17\0Punk", 7)), "Rock, Punk");
-    const TrackTags tags = tagsOf(::support::id3v2(4, {{"TDRC", utf8 + "2004-05-01T10:00"},
-                                                       {"TPE1", utf8 + std::string("A\0B", 3)}}) +
-                                  frames);
+    const TrackTags tags = tagsOf(
+        id3v2(4, {{"TDRC", utf8 + "2004-05-01T10:00"}, {"TPE1", utf8 + std::string("A\0B", 3)}}) +
+        frames);
     EXPECT_EQ(tags.year, "2004");
     EXPECT_EQ(tags.author, "A, B");
 }
 
 TEST_F(Tags, aProgramsOwnCommentIsNoDescription) {
-    const TrackTags tags =
-        tagsOf(::support::id3v2(3, {{"COMM", latin1 + "engiTunNORM" + latin1 + " 0000"},
-                                    {"COMM", latin1 + "engnote" + latin1 + "second"},
-                                    {"COMM", latin1 + "eng" + latin1 + "first"}}) +
-               frames);
+    const TrackTags tags = tagsOf(id3v2(3, {{"COMM", latin1 + "engiTunNORM" + latin1 + " 0000"},
+                                            {"COMM", latin1 + "engnote" + latin1 + "second"},
+                                            {"COMM", languageEnglish + "first"}}) +
+                                  frames);
     EXPECT_EQ(tags.description, "first");
 }
 
 TEST_F(Tags, hostileTagsAreHarmless) {
     const std::string huge(5000000, 'x');
-    EXPECT_EQ(tagsOf(::support::id3v2(4, {{"TIT2", utf8 + huge}}) + frames).title.size(),
-              tagTextLimit);
+    EXPECT_EQ(tagsOf(id3v2(4, {{"TIT2", utf8 + huge}}) + frames).title.size(), tagTextLimit);
     // Random bytes where frames should be, and in their texts.
     for (unsigned seed = 1; seed <= 100; ++seed) {
         const std::string noise = support::randomBytes(2000, seed);
-        tagsOf(
-            ::support::id3v2(2 + static_cast<int>(seed % 3), {{"TIT2", noise}, {"TCON", noise}}) +
-            frames);
-        std::string tag = ::support::id3v2(4, {{"TIT2", utf8 + "x"}}, 2000);
+        tagsOf(id3v2(2 + static_cast<int>(seed % 3), {{"TIT2", noise}, {"TCON", noise}}) + frames);
+        std::string tag = id3v2(4, {{"TIT2", utf8 + "x"}}, 2000);
         tag.replace(10, 1990, noise.substr(0, 1990));
-        tagsOf(tag + frames + ::support::apeTag({{noise.substr(0, 50), noise}}));
+        tagsOf(tag + frames + support::apeTag({{noise.substr(0, 50), noise}}));
     }
 }
 
 TEST_F(Tags, aLargeTagIsReadInNoTime) {
     const std::string picture(20 << 20, 'x');
-    const std::string content =
-        ::support::id3v2(3, {{"APIC", picture}, {"TIT2", latin1 + "t"}}) + frames;
+    const std::string content = id3v2(3, {{"APIC", picture}, {"TIT2", latin1 + "t"}}) + frames;
     support::writeFile(folder.file("file"), content);
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(readTags(FileReader::open(folder.file("file"))).title, "t");

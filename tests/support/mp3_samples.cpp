@@ -178,8 +178,10 @@ std::string id3v2(int version, const std::vector<std::pair<std::string, std::str
 std::string apeTag(const std::vector<std::pair<std::string, std::string>>& items) {
     std::string body;
     for (const auto& [key, text] : items) {
-        body += littleEndian(static_cast<std::uint32_t>(text.size())) + littleEndian(0) + key +
-                '\0' + text;
+        body += littleEndian(static_cast<std::uint32_t>(text.size())) + littleEndian(0);
+        body += key;
+        body += '\0';
+        body += text;
     }
     const auto edge = [&](std::uint32_t flags) {
         return "APETAGEX" + littleEndian(2000) +

@@ -90,7 +90,8 @@ Match follow(const Samples& recording, std::size_t at, const Samples& sound, std
         // The sound's own zeros in front of the gap were taken for a part of it.
         const std::size_t next = firstSound(recording, match.end);
         const std::size_t own = firstSound(sound, from + match.length) - from - match.length;
-        const bool isGap = next - match.end > 2 * 64 && next < recording.size();
+        constexpr std::size_t shortestGap = 128;
+        const bool isGap = next - match.end > shortestGap && next < recording.size();
         if (!isGap || length == 0) {
             return match;
         }
