@@ -30,7 +30,6 @@ extern "C" void noteSignal(int /*number*/) {
 
 struct EndRequests::Watch {
     std::array<int, 2> pipe{-1, -1};
-    std::array<struct sigaction, endSignals.size()> before{};
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
@@ -50,8 +49,8 @@ EndRequests::EndRequests(std::function<void()> end) : watch_(std::make_unique<Wa
     struct sigaction action {};
     action.sa_handler = noteSignal;
     action.sa_flags = SA_RESTART;
-    for (std::size_t i = 0; i < endSignals.size(); ++i) {
-        sigaction(endSignals[i], &action, &watch_->before[i]);
+    for (const int number : endSignals) {
+        sigaction(number, &action, nullptr);
     }
 }
 
@@ -59,8 +58,9 @@ EndRequests::~EndRequests() {
     if (!watch_->notifier) {
         return;
     }
-    for (std::size_t i = 0; i < endSignals.size(); ++i) {
-        sigaction(endSignals[i], &watch_->before[i], nullptr);
+    // A second request while the program is ending must not kill it half way.
+    for (const int number : endSignals) {
+        signal(number, SIG_IGN);
     }
     signalPipe = -1;
     close(watch_->pipe[0]);

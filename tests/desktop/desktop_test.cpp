@@ -60,18 +60,53 @@ bool Player::showsButton(player::Button button, Look look) const {
     return differentPixels(screenshot(BUTTONS.at(button)), buttonPicture(button, look)) == 0;
 }
 
+bool Player::shows(const Picture& window, const Rectangle& place) const {
+    return differentPixels(screenshot(place), window.part(place)) == 0;
+}
+
 bool Player::showsMark(player::Button command) const {
     Picture expected("body.gif");
     expected.put(player::markPicture(command), {player::MARK.x, player::MARK.y});
-    const Screenshot window = screenshot();
-    for (int y = player::MARK.y; y < player::MARK.y + player::MARK.height; ++y) {
-        for (int x = player::MARK.x; x < player::MARK.x + player::MARK.width; ++x) {
-            if (window.at(x, y) != expected.at(x, y)) {
-                return false;
+    return shows(expected, player::MARK);
+}
+
+bool Player::showsStatus(const std::string& text) const {
+    Picture expected("body.gif");
+    expected.write(text, {player::STATUS.x, player::STATUS.y}, 0xFFFF80);
+    return shows(expected, player::STATUS);
+}
+
+bool Player::showsRunningTime(const std::string& text) const {
+    Picture expected("body.gif");
+    expected.write(text, {player::RUNNING_TIME.x, player::RUNNING_TIME.y}, 0xC0FFC0);
+    return shows(expected, player::RUNNING_TIME);
+}
+
+bool Player::showsLength(const std::string& text) const {
+    Picture expected("body.gif");
+    expected.write(text, {player::LENGTH.x + player::LENGTH.width, player::LENGTH.y}, 0xFFFFC0,
+                   true);
+    return shows(expected, player::LENGTH);
+}
+
+std::optional<int> Player::informationLeft(const std::string& text) const {
+    const Picture strip = Picture::informationStrip(text);
+    const Screenshot display = screenshot(player::INFORMATION);
+    const int half = display.width() / 2;
+    for (int left = half - strip.width(); left <= half; ++left) {
+        const int begin = std::max(0, left);
+        const int end = std::min(display.width(), left + strip.width());
+        bool same = end - begin >= half;
+        for (int x = begin; x < end && same; ++x) {
+            for (int y = 0; y < strip.height() && same; ++y) {
+                same = display.at(x, y) == strip.at(x - left, y);
             }
         }
+        if (same) {
+            return left;
+        }
     }
-    return true;
+    return std::nullopt;
 }
 
 bool Player::showsPlayingLook() const {
@@ -121,6 +156,7 @@ std::optional<double> Player::barValue() const {
 
 void DesktopTest::SetUp() {
     ASSERT_TRUE(display_.ok()) << display_.problem();
+    ASSERT_TRUE(sound_.running());
     // Out of the way: a pointer that rests where the window appears would light a button.
     pointer_.moveTo({display_.width() - 1, display_.height() - 1});
     startPlayer();
@@ -132,7 +168,10 @@ void DesktopTest::startPlayer() {
 }
 
 Process::Environment DesktopTest::environment() const {
-    return display_.environment();
+    Process::Environment environment = display_.environment();
+    const Process::Environment sound = sound_.environment();
+    environment.insert(environment.end(), sound.begin(), sound.end());
+    return environment;
 }
 
 void DesktopTest::TearDown() {

@@ -1,10 +1,11 @@
-// A desktop with the player on it: every test's start.
+// A desktop with a sound server and the player on it: every test's start.
 #pragma once
 
 #include "tests/desktop/picture.h"
 #include "tests/desktop/player_window.h"
 #include "tests/support/display.h"
 #include "tests/support/pointer.h"
+#include "tests/support/pulse_server.h"
 #include "tests/support/screenshot.h"
 #include "tests/support/window.h"
 
@@ -40,10 +41,20 @@ public:
     /// Buttons to play with, times and bar: a file is loaded.
     [[nodiscard]] bool showsPlayingLook() const;
     [[nodiscard]] bool showsIdleLook() const;
+    /// The texts, to the pixel, as the labels write them.
+    [[nodiscard]] bool showsStatus(const std::string& text) const;
+    [[nodiscard]] bool showsRunningTime(const std::string& text) const;
+    [[nodiscard]] bool showsLength(const std::string& text) const;
+    /// Where a text's left edge is in the display's window, in pixels from its left edge; nothing
+    /// when at least half of the window doesn't show this text.
+    [[nodiscard]] std::optional<int> informationLeft(const std::string& text) const;
     /// The bar's lit part, 0 to 1; nothing while the bar is hidden.
     [[nodiscard]] std::optional<double> barValue() const;
 
 private:
+    /// What the window shows in a rectangle is a picture of the window there.
+    [[nodiscard]] bool shows(const Picture& window, const Rectangle& place) const;
+
     const Display* display_;
     std::string messageFile_;
     Process process_;
@@ -81,6 +92,7 @@ protected:
 
     TemporaryFolder folder_;
     Display display_;
+    PulseServer sound_;
     Pointer pointer_{display_};
     Keyboard keyboard_{display_};
     std::unique_ptr<Player> player_;

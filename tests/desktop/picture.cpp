@@ -1,24 +1,97 @@
 #include "tests/desktop/picture.h"
 
+#include <QFont>
+#include <QFontMetrics>
 #include <QImage>
+#include <QPainter>
 #include <QString>
 #include <limits>
 
 namespace support {
 
-Picture::Picture(const std::string& file) {
-    const QImage image =
-        QImage(QString::fromUtf8(SKIN_PICTURES) + u'/' + QString::fromStdString(file))
-            .convertToFormat(QImage::Format_ARGB32);
-    width_ = image.width();
-    height_ = image.height();
+namespace {
+
+/// "MS Sans Serif", 8.25 points at 96 dots per inch, or what stands for it.
+QFont labelFont(bool bold) {
+    QFont font;
+    font.setFamilies({QStringLiteral("MS Sans Serif"), QStringLiteral("Liberation Sans"),
+                      QStringLiteral("sans-serif")});
+    font.setStyleHint(QFont::SansSerif, static_cast<QFont::StyleStrategy>(
+                                            QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    font.setHintingPreference(QFont::PreferFullHinting);
+    font.setPixelSize(11);
+    font.setBold(bold);
+    return font;
+}
+
+constexpr int LINE_HEIGHT = 13;
+
+} // namespace
+
+Picture::Picture(const std::string& file)
+    : Picture(QImage(QString::fromUtf8(SKIN_PICTURES) + u'/' + QString::fromStdString(file))) {}
+
+Picture::Picture(const QImage& image) : width_(image.width()), height_(image.height()) {
+    const QImage pixels = image.convertToFormat(QImage::Format_ARGB32);
     for (int y = 0; y < height_; ++y) {
         for (int x = 0; x < width_; ++x) {
-            const QRgb pixel = image.pixel(x, y);
+            const QRgb pixel = pixels.pixel(x, y);
             pixels_.push_back(qAlpha(pixel) == 0 ? std::nullopt
                                                  : std::optional<Colour>(pixel & 0xFFFFFF));
         }
     }
+}
+
+QImage Picture::image() const {
+    QImage result(width_, height_, QImage::Format_RGB32);
+    for (int y = 0; y < height_; ++y) {
+        for (int x = 0; x < width_; ++x) {
+            result.setPixel(x, y, at(x, y).value_or(0));
+        }
+    }
+    return result;
+}
+
+void Picture::write(const std::string& text, Point place, Colour colour, bool endsThere) {
+    QImage written = image();
+    QPainter painter(&written);
+    painter.setFont(labelFont(false));
+    painter.setPen(QColor(colour));
+    const QString line = QString::fromStdString(text);
+    const int width = painter.fontMetrics().horizontalAdvance(line);
+    painter.drawText(QRect(endsThere ? place.x - width : place.x, place.y, width, LINE_HEIGHT),
+                     Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, line);
+    painter.end();
+    *this = Picture(written);
+}
+
+Picture Picture::part(const Rectangle& place) const {
+    Picture result;
+    result.width_ = place.width;
+    result.height_ = place.height;
+    for (int y = 0; y < place.height; ++y) {
+        for (int x = 0; x < place.width; ++x) {
+            result.pixels_.push_back(at(place.x + x, place.y + y));
+        }
+    }
+    return result;
+}
+
+Picture Picture::informationStrip(const std::string& text) {
+    const QString line = QString::fromStdString(text);
+    const QFont font = labelFont(true);
+    const int width = QFontMetrics(font).horizontalAdvance(line);
+    QImage strip(width + 1, LINE_HEIGHT + 1, QImage::Format_RGB32);
+    strip.fill(QColor(0, 160, 192));
+    QPainter painter(&strip);
+    painter.setFont(font);
+    const auto flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine;
+    painter.setPen(QColor(224, 224, 224));
+    painter.drawText(QRect(1, 1, width, LINE_HEIGHT), flags, line);
+    painter.setPen(QColor(255, 255, 0));
+    painter.drawText(QRect(0, 0, width, LINE_HEIGHT), flags, line);
+    painter.end();
+    return Picture(strip);
 }
 
 std::optional<Colour> Picture::at(int x, int y) const {

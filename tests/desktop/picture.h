@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+class QImage;
+
 namespace support {
 
 /// One file of skin/pictures. A missing file is an empty picture.
@@ -20,8 +22,20 @@ public:
     [[nodiscard]] std::optional<Colour> at(int x, int y) const;
     /// Draws another picture on this one.
     void put(const Picture& picture, Point place);
+    /// Writes a line as the player's labels do, its top left corner at a place, or its top right
+    /// corner when it ends there.
+    void write(const std::string& text, Point place, Colour colour, bool endsThere = false);
+    /// The part of it that lies in a rectangle.
+    [[nodiscard]] Picture part(const Rectangle& place) const;
+
+    /// The scrolling line: text and shadow on the display's colour, as wide as the text.
+    static Picture informationStrip(const std::string& text);
 
 private:
+    Picture() = default;
+    explicit Picture(const QImage& image);
+    [[nodiscard]] QImage image() const;
+
     int width_ = 0;
     int height_ = 0;
     std::vector<std::optional<Colour>> pixels_;

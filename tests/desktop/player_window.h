@@ -14,6 +14,8 @@ inline constexpr const char* DIALOG_TITLE = "Otevřít soubor MP3";
 inline constexpr int WIDTH = 337;
 inline constexpr int HEIGHT = 336;
 
+inline constexpr const char* WELCOME = "Vítejte v programu Zvonivec MP3 Player 0.0.7";
+
 enum Button { rewind, pause, play, stop, forward, minimise, close };
 inline constexpr std::array<Rectangle, 7> BUTTONS{{{59, 144, 31, 31},
                                                    {106, 176, 31, 31},

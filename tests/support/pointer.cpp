@@ -27,6 +27,21 @@ void Pointer::click(Point place, int button) const {
     moveTo(place);
     press(button);
     release(button);
+    waitUntilFree();
+}
+
+void Pointer::waitUntilFree() const {
+    const auto isFree = [this] {
+        const int grabbed = XGrabPointer(connection_, DefaultRootWindow(connection_), True, 0,
+                                         GrabModeAsync, GrabModeAsync, None, None, CurrentTime);
+        if (grabbed == GrabSuccess) {
+            XUngrabPointer(connection_, CurrentTime);
+        }
+        XSync(connection_, False);
+        return grabbed == GrabSuccess;
+    };
+    // An open menu may keep the pointer for good, which is no reason to wait long.
+    waitUntil(isFree, std::chrono::milliseconds(300));
 }
 
 namespace {

@@ -20,10 +20,14 @@ public:
     void moveTo(Point place) const;
     void press(int button = 1) const;
     void release(int button = 1) const;
-    /// Moves there, presses and releases.
+    /// Moves there, presses and releases, and waits until nobody holds the pointer: a window
+    /// manager that takes a press to raise the window holds it for a moment, and loses what comes
+    /// meanwhile faster than any hand moves.
     void click(Point place, int button = 1) const;
 
 private:
+    void waitUntilFree() const;
+
     _XDisplay* connection_;
 };
 

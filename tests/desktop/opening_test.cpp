@@ -1,0 +1,157 @@
+// The dialog, and what becomes of the file chosen in it.
+#include "tests/desktop/playing_test.h"
+
+#include <filesystem>
+
+namespace support {
+
+namespace {
+
+class OpeningTest : public PlayingTest {
+protected:
+    /// A file that is no music, whatever its name says.
+    std::string textFile() const {
+        const std::string path = folder_.file("words.mp3");
+        writeFile(path, "These are words.\n");
+        return path;
+    }
+
+    /// Waits for the refusal's box, confirms it and cancels the dialog that comes after it.
+    void expectRefusal() {
+        const auto box = waitForMessageBox();
+        ASSERT_TRUE(box) << "no message box";
+        answer(*box, "Return");
+        const auto dialog = waitForDialog();
+        ASSERT_TRUE(dialog) << "the dialog doesn't come again";
+        answer(*dialog, "Escape");
+    }
+};
+
+TEST_F(OpeningTest, CancellingChangesNothing) {
+    for (int time = 0; time < 2; ++time) {
+        openFile("");
+        EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    }
+}
+
+TEST_F(OpeningTest, CancellingWhilePlayingChangesNothing) {
+    playFile(20);
+    openFile("");
+    EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    EXPECT_TRUE(waitUntil([&] { return heardPlace().value_or(0) > 0.5; }));
+}
+
+TEST_F(OpeningTest, OtherFilesAreRefused) {
+    openFile(textFile());
+    expectRefusal();
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+}
+
+TEST_F(OpeningTest, ARefusedFileEndsWhatPlays) {
+    playFile(20);
+    openFile(textFile());
+    expectRefusal();
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    EXPECT_TRUE(recording_->waitForSilence());
+}
+
+TEST_F(OpeningTest, AfterARefusalAnotherFileCanBeChosen) {
+    const std::string music = folder_.file("music.mp3");
+    samples_ = makeFile(music, 20);
+    openFile(textFile());
+    const auto box = waitForMessageBox();
+    ASSERT_TRUE(box);
+    answer(*box, "Return");
+    chooseFile(music);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:01"); }));
+}
+
+TEST_F(OpeningTest, TheContentCountsAndNotTheName) {
+    const std::string path = folder_.file("music.txt");
+    samples_ = makeFile(path, 5);
+    openFile(path);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+}
+
+TEST_F(OpeningTest, PathsMayHoldAnyLetters) {
+    const std::string folder = folder_.file("Písničky „Žluťoučký kůň“");
+    std::filesystem::create_directory(folder);
+    const std::string path = folder + "/01 – ďábelské ódy & café ♪.mp3";
+    samples_ = makeFile(path, 5);
+    openFile(path);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+}
+
+TEST_F(OpeningTest, TheNextDialogStartsInTheLastFilesFolder) {
+    const std::string folder = folder_.file("music");
+    std::filesystem::create_directory(folder);
+    samples_ = makeFile(folder + "/one.mp3", 20);
+    const Samples other = makeFile(folder + "/two.mp3", 5);
+    openFile(folder + "/one.mp3");
+    ASSERT_TRUE(waitUntil([&] { return player_->showsLength("00:20"); }));
+    openFile("two.mp3");
+    EXPECT_TRUE(waitUntil([&] { return player_->showsLength("00:05"); }));
+}
+
+TEST_F(OpeningTest, OtherMouseButtonsOnTheLogoOpenNothing) {
+    click(player::LOGO.middle(), 2);
+    click(player::LOGO.middle(), 3);
+    // The clicks have been served when a later move has been. A hand moves more than once: the
+    // window manager's grab of the buttons may swallow a single move.
+    const Rectangle& close = player::BUTTONS[player::close];
+    EXPECT_TRUE(waitUntil([&] {
+        moveTo(close.middle());
+        moveTo({close.x + 3, close.y + 3});
+        return player_->showsButton(player::close, player::Look::hover);
+    }));
+    EXPECT_FALSE(findWindow(display_, [](const Window& window) {
+        return window.isShown() && window.title() == player::DIALOG_TITLE;
+    }));
+}
+
+/// The whole way under each window manager and without one.
+class WholeWayTest : public PlayingTest, public testing::WithParamInterface<std::string> {
+protected:
+    WholeWayTest() : PlayingTest({.windowManager = GetParam()}) {}
+};
+
+TEST_P(WholeWayTest, OpensPlaysPausesSeeksRefusesAndCloses) {
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    playFile(20);
+    const auto place = heardPlace();
+    ASSERT_TRUE(place);
+    EXPECT_LT(*place, 5);
+
+    click(player::pause);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::pause); }));
+    EXPECT_TRUE(recording_->waitForSilence());
+    click(player::play);
+    EXPECT_TRUE(waitForSound());
+
+    click(player::BAR.middle());
+    EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:10"); }));
+
+    const std::string words = folder_.file("words.mp3");
+    writeFile(words, "These are words.\n");
+    openFile(words);
+    const auto box = waitForMessageBox();
+    ASSERT_TRUE(box);
+    answer(*box, "Return");
+    chooseFile("");
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    EXPECT_TRUE(recording_->waitForSilence());
+
+    click(player::close);
+    EXPECT_EQ(player_->process().waitForExit(), 0);
+    EXPECT_EQ(player_->messages(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, WholeWayTest, testing::Values("openbox", "xfwm4", ""),
+                         [](const auto& parameter) {
+                             return parameter.param.empty() ? "nothing" : parameter.param;
+                         });
+
+} // namespace
+
+} // namespace support
