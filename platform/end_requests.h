@@ -7,8 +7,8 @@
 namespace zvonivec {
 
 /// While this lives, SIGTERM, SIGINT and SIGHUP run a function on the user-interface thread instead
-/// of killing the process. Afterwards they are ignored: the program is ending already. One object at
-/// a time, made after the toolkit has started.
+/// of killing the process. Afterwards they are ignored: the program is ending already. One object
+/// at a time, made after the toolkit has started.
 class EndRequests {
 public:
     explicit EndRequests(std::function<void()> end);
