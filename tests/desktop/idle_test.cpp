@@ -5,7 +5,17 @@ namespace support {
 
 namespace {
 
-class IdleTest : public DesktopTest {};
+class IdleTest : public DesktopTest {
+protected:
+    explicit IdleTest(const DisplayOptions& options = {}) : DesktopTest(options) {}
+};
+
+/// Without a window manager: those that look at clicks first, to raise a window, lose some of the
+/// clicks that follow each other at once, whatever the program.
+class QuickClicksTest : public IdleTest {
+protected:
+    QuickClicksTest() : IdleTest({.windowManager = ""}) {}
+};
 
 TEST_F(IdleTest, ShowsItsPicturesAndTexts) {
     EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
@@ -28,7 +38,7 @@ TEST_F(IdleTest, TheWelcomeTextScrollsThroughTheDisplayAgainAndAgain) {
     EXPECT_TRUE(waitUntil([&] { return isRightOf(60); }, std::chrono::seconds(40)));
 }
 
-TEST_F(IdleTest, TheFiveButtonsDoNothing) {
+TEST_F(QuickClicksTest, TheFiveButtonsDoNothing) {
     for (const auto button :
          {player::rewind, player::pause, player::play, player::stop, player::forward}) {
         click(button);
@@ -52,10 +62,12 @@ TEST_F(IdleTest, MinimiseAndCloseShowWhereThePointerIs) {
         // Other mouse buttons neither show nor do anything.
         for (const int other : {2, 3}) {
             click(middle, other);
+            EXPECT_TRUE(
+                waitUntil([&] { return player_->showsButton(button, player::Look::hover); }));
+            moveTo(player::BODY);
+            EXPECT_TRUE(
+                waitUntil([&] { return player_->showsButton(button, player::Look::normal); }));
         }
-        EXPECT_TRUE(waitUntil([&] { return player_->showsButton(button, player::Look::hover); }));
-        moveTo(player::BODY);
-        EXPECT_TRUE(waitUntil([&] { return player_->showsButton(button, player::Look::normal); }));
     }
 }
 
@@ -93,7 +105,7 @@ TEST_F(IdleTest, VolumeStepsWithEachMouseButton) {
     }
 }
 
-TEST_F(IdleTest, VolumeStopsAtItsBounds) {
+TEST_F(QuickClicksTest, VolumeStopsAtItsBounds) {
     const auto expectStep = [this](int button, const char* status) {
         click(player::VOLUME.middle(), button);
         EXPECT_TRUE(waitUntil([&] { return player_->showsStatus(status); })) << status;

@@ -199,17 +199,19 @@ TEST_F(PlayingTest, TheVolumeIsHeard) {
         return sum / static_cast<double>(heard.size() - from);
     };
     const double loud = loudness();
-    for (int step = 0; step < 5; ++step) {
-        click(player::VOLUME.middle(), 3);
-    }
-    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("50% hlasitost"); }));
+    const auto turnDown = [this](Point place, int button, std::initializer_list<const char*> said) {
+        for (const char* status : said) {
+            click(place, button);
+            ASSERT_TRUE(waitUntil([&] { return player_->showsStatus(status); })) << status;
+        }
+    };
+    turnDown(player::VOLUME.middle(), 3,
+             {"90% hlasitost", "80% hlasitost", "70% hlasitost", "60% hlasitost", "50% hlasitost"});
     const double half = loudness();
     EXPECT_LT(half, loud * 0.9);
     EXPECT_GT(half, loud * 0.05);
-    for (int step = 0; step < 5; ++step) {
-        click({player::STATUS.x + 5, player::STATUS.y + 5}, 2);
-    }
-    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("0% hlasitost"); }));
+    turnDown({player::STATUS.x + 5, player::STATUS.y + 5}, 2,
+             {"40% hlasitost", "30% hlasitost", "20% hlasitost", "10% hlasitost", "0% hlasitost"});
     EXPECT_EQ(loudness(), 0);
     EXPECT_TRUE(player_->showsPlayingLook());
     click(player::VOLUME.middle());
