@@ -40,15 +40,20 @@ bool PlayingTest::waitForSound() const {
 
 std::optional<double> PlayingTest::heardPlace() const {
     constexpr std::size_t length = 2000;
-    if (!waitForSound()) {
-        return std::nullopt;
-    }
-    const std::size_t from = recording_->frames() * 2;
-    waitUntil([&] { return recording_->frames() * 2 >= from + length; });
-    const Samples heard = recording_->samples();
-    const Samples part(heard.begin() + static_cast<std::ptrdiff_t>(from),
-                       heard.begin() + static_cast<std::ptrdiff_t>(from + length));
-    const auto place = findIn(samples_, part);
+    std::optional<std::size_t> place;
+    waitUntil([&] {
+        if (!waitForSound()) {
+            return false;
+        }
+        const std::size_t from = recording_->frames() * 2;
+        waitUntil([&] { return recording_->frames() * 2 >= from + length; });
+        const Samples heard = recording_->samples();
+        const Samples part(heard.begin() + static_cast<std::ptrdiff_t>(from),
+                           heard.begin() + static_cast<std::ptrdiff_t>(from + length));
+        // A part in which the sound swells or fades is none of the file's; the next one is.
+        place = findIn(samples_, part);
+        return place.has_value();
+    });
     if (!place) {
         return std::nullopt;
     }
