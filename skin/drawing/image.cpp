@@ -12,14 +12,4 @@ void paste(Picture& onto, const Picture& picture, int left, int top) {
     }
 }
 
-Picture enlarged(const Picture& picture, int factor) {
-    Picture result(picture.width() * factor, picture.height() * factor);
-    for (int y = 0; y < result.height(); ++y) {
-        for (int x = 0; x < result.width(); ++x) {
-            result.at(x, y) = picture.at(x / factor, y / factor);
-        }
-    }
-    return result;
-}
-
 } // namespace zvonivec::skin

@@ -50,7 +50,4 @@ using Mask = Grid<std::uint8_t>;
 /// Puts one picture over another at a place; clear pixels leave what is there.
 void paste(Picture& onto, const Picture& picture, int left, int top);
 
-/// Every pixel as a square of factor x factor pixels.
-Picture enlarged(const Picture& picture, int factor);
-
 } // namespace zvonivec::skin
