@@ -97,7 +97,8 @@ bool Display::startServer(const DisplayOptions& options) {
         server_.terminate();
         return false;
     }
-    name_ = ":" + std::to_string(std::stoi(readFile(number)));
+    name_ = ":";
+    name_ += std::to_string(std::stoi(readFile(number)));
     XSetErrorHandler(ignoreError);
     connection_ = XOpenDisplay(name_.c_str());
     return connection_ != nullptr;
