@@ -60,7 +60,9 @@ public:
 
 private:
     void put(std::string_view name, std::string_view value) {
-        members_ += (members_.empty() ? "" : ", ") + quoted(name) + ": ";
+        members_ += members_.empty() ? "" : ", ";
+        members_ += quoted(name);
+        members_ += ": ";
         members_ += value;
     }
     std::string members_;
