@@ -4,15 +4,15 @@
 #include "playback/engine/PlayerEngine.h"
 #include "playback/engine/loaded_file.h"
 #include "playback/engine/mp3_decoder.h"
-#include "tools/sha256.h"
 
+#include <QByteArray>
+#include <QCryptographicHash>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace {
 
@@ -76,23 +76,23 @@ void addSamples(Object& object, const std::string& path) {
         return;
     }
     Mp3Decoder decoder(file.reader(), *file.kind().stream, *file.measure());
-    tools::Sha256 hash;
+    QCryptographicHash hash(QCryptographicHash::Sha256);
     std::int64_t count = 0;
     auto block =
         decoder.seek(0) ? decoder.read() : Mp3Decoder::Block{Mp3Decoder::Result::failed, {}};
     for (; block.result == Mp3Decoder::Result::samples; block = decoder.read()) {
-        std::vector<std::uint8_t> bytes;
+        QByteArray bytes;
         for (const std::int16_t sample : block.samples) {
-            bytes.push_back(static_cast<std::uint8_t>(sample & 0xFF));
-            bytes.push_back(static_cast<std::uint8_t>(sample >> 8 & 0xFF));
+            bytes.append(static_cast<char>(sample & 0xFF));
+            bytes.append(static_cast<char>(sample >> 8 & 0xFF));
         }
-        hash.add(bytes);
+        hash.addData(bytes);
         count += static_cast<std::int64_t>(block.samples.size()) / decoder.channels();
     }
     object.add("samples", count);
     object.add("rate", static_cast<std::int64_t>(decoder.sampleRate()));
     object.add("channels", static_cast<std::int64_t>(decoder.channels()));
-    object.add("sha256", hash.hex());
+    object.add("sha256", hash.result().toHex().toStdString());
     if (block.result == Mp3Decoder::Result::failed) {
         object.add("error", "can't be decoded to its end");
     }

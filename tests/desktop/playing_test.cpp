@@ -108,30 +108,6 @@ TEST_F(PlayingTest, SoundsAsTheFileAndAgainAtItsEnd) {
     EXPECT_LT(*again - *first - samples_.size(), RATE * 2 / 2U) << "half a second between rounds";
 }
 
-TEST_F(PlayingTest, WithoutRepeatItStopsAtTheEndAndCanBePlayedAgain) {
-    click(player::close);
-    ASSERT_EQ(player_->process().waitForExit(), 0);
-    writeFile(folder_.file("program/MP3.ini"), "[General]\r\nLeft=1500\r\nTop=1500\r\nOnTop=0\r\n"
-                                               "Repeat=0\r\nVolume=50\r\n");
-    startPlayer();
-    if (player_->window().place().x != 100) {
-        GTEST_SKIP() << "the settings file isn't read";
-    }
-    playFile(2);
-    EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::stop); }));
-    EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:00"); }));
-    EXPECT_EQ(player_->barValue(), 0.0);
-    EXPECT_TRUE(player_->showsPlayingLook());
-    EXPECT_TRUE(recording_->waitForSilence(std::chrono::seconds(1)));
-
-    const std::size_t silent = recording_->frames() * 2;
-    click(player::play);
-    EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::play); }));
-    const Samples start(samples_.begin(), samples_.begin() + 2000);
-    EXPECT_TRUE(
-        waitUntil([&] { return findIn(recording_->samples(), start, silent).has_value(); }));
-}
-
 TEST_F(PlayingTest, PauseHoldsThePlaceAndPlayGoesOnThere) {
     playFile(20);
     ASSERT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:02"); }));
