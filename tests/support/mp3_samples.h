@@ -46,7 +46,7 @@ std::string randomBytes(std::size_t count, unsigned seed = 1);
 std::string bigEndian(std::uint32_t number, int bytes = 4);
 std::string littleEndian(std::uint32_t number, int bytes = 4);
 
-/// A frame that describes the file. The spec's frame must have room for it.
+/// A frame that describes the file, in a frame of this kind, which must have room for it.
 std::string xingFrame(const FrameSpec& spec, const std::string& name, std::uint32_t frames,
                       std::uint32_t bytes, int delay = -1, int padding = -1);
 std::string vbriFrame(const FrameSpec& spec, std::uint32_t frames, std::uint32_t bytes);
