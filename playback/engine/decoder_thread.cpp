@@ -222,7 +222,6 @@ void DecoderThread::play() {
     }
     idleSince_ = Clock::now();
     if (output_.lost()) {
-        dropOutput();
         fail();
         return;
     }

@@ -101,8 +101,10 @@ TEST_F(PlayingTest, SoundsAsTheFileAndAgainAtItsEnd) {
     const Samples heard = recording_->samples();
     const auto first = findIn(heard, start);
     ASSERT_TRUE(first);
-    EXPECT_EQ(equalLength(heard, *first, samples_, 0), samples_.size());
-    EXPECT_EQ(equalLength(heard, *again, samples_, 0), samples_.size());
+    // Other tests run beside this one: the server may have put silence between two samples.
+    for (const std::size_t round : {*first, *again}) {
+        EXPECT_EQ(follow(heard, round, samples_, 0).length, samples_.size());
+    }
     // Nothing was heard that isn't the file's.
     EXPECT_GE(firstSound(heard) + 1, *first + firstSound(samples_));
     EXPECT_LT(*again - *first - samples_.size(), RATE * 2 / 2U) << "half a second between rounds";
