@@ -122,7 +122,7 @@ public:
 
     /// Raised with each new state. stopped comes after every controls().stop() and at the natural
     /// end of a track; never by setURL. The natural end comes while the last samples are on their
-    /// way through the device, less than a tenth of a second before they have been heard, so that a
+    /// way through the device, about a tenth of a second before they have been heard, so that a
     /// handler which plays the track again joins its start to its end; the samples are heard out in
     /// any case. It is dropped when a stop, a seek or another file came first. A handler may call
     /// anything here.
