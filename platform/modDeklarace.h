@@ -13,6 +13,16 @@ namespace zvonivec::modDeklarace {
 
 inline constexpr int WINDING = 2;
 
+/// Places in a stack of windows: above all that aren't topmost, or with all others again.
+inline constexpr int insertTopmost = -1;
+inline constexpr int insertNotTopmost = -2;
+/// SetWindowPos leaves size and place alone.
+inline constexpr unsigned noSizeNoMove = 3;
+
+/// The system's move command, as a press on a title bar gives it.
+inline constexpr unsigned systemCommand = 274;
+inline constexpr unsigned moveByPointer = 61458;
+
 struct RegionData;
 /// A set of a window's pixels; null where the system could not make it.
 using Region = std::shared_ptr<const RegionData>;
@@ -24,6 +34,28 @@ using Region = std::shared_ptr<const RegionData>;
 /// Makes a region all of a window that is seen and takes the pointer; without a region it is the
 /// whole rectangle.
 void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw);
+
+struct ScreenPoint {
+    int x = 0;
+    int y = 0;
+};
+
+/// Where the pointer is now, in pixels from the screen's upper left corner.
+[[nodiscard]] ScreenPoint GetCursorPos();
+
+/// Puts a window above all that are not topmost, or among those again, whether it is shown yet or
+/// not. The window is neither hidden nor moved by it, so the last arguments are 0, 0, 0, 0 and
+/// noSizeNoMove.
+void SetWindowPos(std::uintptr_t window, int insertAfter, int x, int y, int width, int height,
+                  unsigned flags);
+
+/// Ends the pointer capture that a press gave to a window, where the move command needs that.
+void ReleaseCapture();
+
+/// Carries out a command, of which only the move is known: systemCommand and moveByPointer, given
+/// in the handler of a press. The window then goes with the pointer until all buttons are up; their
+/// releases reach the control that got the press.
+void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command);
 
 /// Marks, for as long as the process lives, that a program of this name runs. Any number of
 /// programs may use the same name.

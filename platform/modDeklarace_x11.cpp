@@ -1,15 +1,85 @@
 #include "platform/modDeklarace.h"
 
+#include "platform/window_mover.h"
+
+#include <QCursor>
+#include <QGuiApplication>
 #include <QPolygon>
 #include <QRegion>
 #include <QWidget>
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <vector>
+#include <xcb/xcb.h>
 
 namespace zvonivec::modDeklarace {
+
+namespace {
+
+/// What xcb allocates is freed.
+template<class Reply>
+using XcbReply = std::unique_ptr<Reply, decltype(&std::free)>;
+
+xcb_atom_t atom(xcb_connection_t* server, std::string_view name) {
+    const XcbReply<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(
+            server,
+            xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+            nullptr),
+        &std::free);
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+/// A property that is a list of atoms, or begins with one.
+std::vector<xcb_atom_t> atoms(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property) {
+    constexpr std::uint32_t most = 64;
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(
+            server, xcb_get_property(server, 0, window, property, XCB_ATOM_ANY, 0, most), nullptr),
+        &std::free);
+    if (!reply || reply->format != 32) {
+        return {};
+    }
+    const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+/// A window manager reads the states when it takes the window over; from then on it alone writes
+/// them, and is asked to.
+void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_view name, bool on) {
+    const xcb_atom_t states = atom(server, "_NET_WM_STATE");
+    const xcb_atom_t state = atom(server, name);
+    if (atoms(server, window, atom(server, "WM_STATE")).empty()) {
+        std::vector<xcb_atom_t> all = atoms(server, window, states);
+        std::erase(all, state);
+        if (on) {
+            all.push_back(state);
+        }
+        xcb_change_property(server, XCB_PROP_MODE_REPLACE, window, states, XCB_ATOM_ATOM, 32,
+                            static_cast<std::uint32_t>(all.size()), all.data());
+    }
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = states;
+    message.data.data32[0] = on ? 1 : 0;
+    message.data.data32[1] = state;
+    message.data.data32[3] = 1; // from a program, not from a pager
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+    xcb_send_event(server, 0, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(server);
+}
+
+} // namespace
 
 struct RegionData {
     QRegion pixels;
@@ -36,6 +106,32 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
     }
     if (redraw) {
         widget->update();
+    }
+}
+
+ScreenPoint GetCursorPos() {
+    const QPoint place = QCursor::pos();
+    return {.x = place.x(), .y = place.y()};
+}
+
+void SetWindowPos(std::uintptr_t window, int insertAfter, int /*x*/, int /*y*/, int /*width*/,
+                  int /*height*/, unsigned /*flags*/) {
+    // The toolkit's own flag for this would hide the window and show it again.
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 != nullptr && x11->connection() != nullptr) {
+        setWindowState(x11->connection(), static_cast<xcb_window_t>(window), "_NET_WM_STATE_ABOVE",
+                       insertAfter == insertTopmost);
+    }
+}
+
+void ReleaseCapture() {
+    // The move below works with the capture: it is what brings the release.
+}
+
+void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command) {
+    QWidget* widget = QWidget::find(window);
+    if (widget != nullptr && message == systemCommand && command == moveByPointer) {
+        WindowMover::start(*widget);
     }
 }
 

@@ -1,0 +1,33 @@
+// Takes a window along with the pointer.
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+
+class QWidget;
+class QMouseEvent;
+
+namespace zvonivec {
+
+/// Begun in the handler of a press, it keeps the pressed point of the window under the pointer
+/// until all buttons are up, and then goes. User-interface thread.
+///
+/// The window manager could do the same, but it would keep the release for itself, and the release
+/// of the right button opens the menu.
+class WindowMover : public QObject {
+public:
+    /// Does nothing while the window is on its way already, for a second button.
+    static void start(QWidget& window);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    explicit WindowMover(QWidget& window);
+    void follow(const QMouseEvent& event);
+
+    QWidget& window_; ///< the parent
+    QPoint from_;     ///< where the window was at the press
+};
+
+} // namespace zvonivec
