@@ -42,6 +42,12 @@ void CheckBox::press() {
     }
 }
 
+void CheckBox::clicked(std::int16_t button) {
+    if (button == leftButton) {
+        press();
+    }
+}
+
 void CheckBox::lay(const ControlLayout& row) {
     Control::lay(row);
     caption_ = row.Caption;

@@ -16,7 +16,8 @@ public:
 
     [[nodiscard]] const std::string& Caption() const { return caption_; }
 
-    /// Raised after Value has changed, whoever changed it.
+    /// Raised after Value has changed, whoever changed it. A left click changes it from off to on
+    /// and from anything else to off.
     std::function<void()> Click;
 
     void press() override;
@@ -25,6 +26,7 @@ public:
 
 private:
     void paint(QPainter& painter) override;
+    void clicked(std::int16_t button) override;
 
     std::string caption_;
     bool bold_ = false;

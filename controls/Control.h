@@ -26,8 +26,15 @@ namespace zvonivec {
 class ControlWidget;
 struct ControlLayout;
 
-/// A pointer event: Button is 1 left, 2 right, 4 middle (in a move: all held, added up), Shift is
-/// 1 shift, 2 control, 4 alt, and X and Y are twips from the control's upper left corner.
+inline constexpr std::int16_t leftButton = 1;
+inline constexpr std::int16_t rightButton = 2;
+inline constexpr std::int16_t middleButton = 4;
+
+/// The number of the Escape key.
+inline constexpr std::int16_t vbKeyEscape = 27;
+
+/// A pointer event: Button is one of the above (in a move: all held, added up), Shift is 1 shift,
+/// 2 control, 4 alt, and X and Y are twips from the control's upper left corner.
 struct MouseArgs {
     std::int16_t Button = 0;
     std::int16_t Shift = 0;
@@ -37,7 +44,7 @@ struct MouseArgs {
 
 /// What assistive technology is told of a control.
 struct AccessibleTraits {
-    enum class Role { graphic, button, text, bar, checkBox, group, window };
+    enum class Role { graphic, button, text, bar, checkBox, menuItem, group, window };
     Role role = Role::group;
     std::string name;
 };
@@ -105,6 +112,8 @@ protected:
 private:
     friend class ControlWidget;
     virtual void paint(QPainter& painter) = 0;
+    /// A button was pressed and released over the control.
+    virtual void clicked(std::int16_t /*button*/) {}
     void place();
 
     std::string name_;

@@ -4,8 +4,10 @@
 #include "controls/control_widget.h"
 #include "controls/picture_data.h"
 
+#include <QApplication>
 #include <QIcon>
 #include <QPainter>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -15,12 +17,21 @@ namespace {
 
 Qt::WindowFlags flagsOf(Form::Kind kind) {
     if (kind == Form::Kind::popup) {
-        return Qt::Tool | Qt::FramelessWindowHint;
+        // A window manager would frame it, or push it back onto the screen.
+        return Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint;
     }
     // The hints beside the missing frame let the window manager minimise and close the window from
     // its own menu and from the taskbar.
     return Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+}
+
+bool isForm(const QWindow* window) {
+    const auto all = QApplication::topLevelWidgets();
+    return std::ranges::any_of(all, [window](QWidget* widget) {
+        return widget->windowHandle() == window && window != nullptr &&
+               dynamic_cast<ControlWidget*>(widget) != nullptr;
+    });
 }
 
 } // namespace
@@ -31,6 +42,18 @@ Form::Form(std::string name, Kind kind, float width, float height)
     widget().setFixedSize(toPixels(width), toPixels(height));
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
     widget().CloseRequested = [this] { Form_CloseRequest(); };
+    widget().KeyPressed = [this](std::int16_t key) { Form_KeyDown(key); };
+    if (kind == Kind::popup) {
+        widget().setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
+        widget().Deactivated = [this] { deactivate(); };
+        // Under X11 the popup never has the keyboard, so it looks where the keyboard goes.
+        QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &widget(),
+                         [this](QWindow* focused) {
+                             if (!isForm(focused)) {
+                                 deactivate();
+                             }
+                         });
+    }
     Control::setVisible(false);
     Application::formLoaded();
 }
@@ -60,6 +83,16 @@ void Form::setTop(float twips) {
 void Form::setVisible(bool on) {
     if (loaded_ || !on) {
         Control::setVisible(on);
+    }
+}
+
+void Form::bringToFront() {
+    widget().raise();
+}
+
+void Form::deactivate() {
+    if (Visible()) {
+        Form_Deactivate();
     }
 }
 

@@ -15,7 +15,7 @@ class Form : public Control {
 public:
     enum class Kind {
         main, ///< has a taskbar entry and can be minimised
-        popup ///< lies above the main window and has neither
+        popup ///< has neither, and lies exactly where it is put, above all others while it is shown
     };
     enum class WindowState { normal = 0, minimized = 1, maximized = 2 };
 
@@ -30,6 +30,8 @@ public:
 
     /// An unloaded form stays hidden.
     void setVisible(bool on) override;
+    /// Puts the window in front of the others, as far as the window manager lets it.
+    void bringToFront();
 
     /// Text in the taskbar.
     void setCaption(const std::string& text);
@@ -55,6 +57,11 @@ public:
 protected:
     Form(std::string name, Kind kind, float width, float height);
 
+    /// The user has gone elsewhere: another program's window has the keyboard, or a box of this
+    /// one. For a popup that is shown.
+    virtual void Form_Deactivate() {}
+    /// A key was pressed in the form. Of all keys, Escape is told.
+    virtual void Form_KeyDown(std::int16_t /*KeyCode*/) {}
     virtual void Form_QueryUnload() {}
     virtual void Form_Unload() {}
     /// The window manager or the session asks the window to close.
@@ -65,6 +72,7 @@ protected:
 
 private:
     void paint(QPainter& painter) override;
+    void deactivate();
 
     Picture picture_;
     bool loaded_ = true;

@@ -64,8 +64,21 @@ void Label::lay(const ControlLayout& row) {
     setCaption(std::string(row.Caption));
 }
 
+void Label::press() {
+    Control::press();
+    if (Enabled()) {
+        clicked(leftButton);
+    }
+}
+
+void Label::clicked(std::int16_t button) {
+    if (Click && (button == leftButton || button == rightButton)) {
+        Click();
+    }
+}
+
 AccessibleTraits Label::accessibleTraits() const {
-    return {.role = AccessibleTraits::Role::text,
+    return {.role = Click ? AccessibleTraits::Role::menuItem : AccessibleTraits::Role::text,
             .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString()};
 }
 

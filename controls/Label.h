@@ -16,11 +16,17 @@ public:
     [[nodiscard]] const std::string& Caption() const { return caption_; }
     void setCaption(const std::string& text);
 
+    /// Raised after a left or right press and release over the label. With it the label is a menu
+    /// item to assistive technology.
+    std::function<void()> Click;
+
+    void press() override;
     void lay(const ControlLayout& row) override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
 
 private:
     void paint(QPainter& painter) override;
+    void clicked(std::int16_t button) override;
     void fit();
 
     std::string caption_;

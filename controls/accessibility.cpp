@@ -23,6 +23,8 @@ QAccessible::Role toRole(AccessibleTraits::Role role) {
         return QAccessible::ProgressBar;
     case AccessibleTraits::Role::checkBox:
         return QAccessible::CheckBox;
+    case AccessibleTraits::Role::menuItem:
+        return QAccessible::MenuItem;
     case AccessibleTraits::Role::group:
         return QAccessible::Grouping;
     case AccessibleTraits::Role::window:
@@ -86,7 +88,8 @@ private:
         return dynamic_cast<const ProgressBar*>(&control());
     }
     [[nodiscard]] bool pressable() const {
-        return role() == QAccessible::PushButton || role() == QAccessible::CheckBox;
+        return role() == QAccessible::PushButton || role() == QAccessible::CheckBox ||
+               role() == QAccessible::MenuItem;
     }
 };
 

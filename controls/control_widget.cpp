@@ -13,9 +13,9 @@ namespace zvonivec {
 namespace {
 
 std::int16_t toButtons(Qt::MouseButtons buttons) {
-    return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? 1 : 0) |
-                                     (buttons.testFlag(Qt::RightButton) ? 2 : 0) |
-                                     (buttons.testFlag(Qt::MiddleButton) ? 4 : 0));
+    return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? leftButton : 0) |
+                                     (buttons.testFlag(Qt::RightButton) ? rightButton : 0) |
+                                     (buttons.testFlag(Qt::MiddleButton) ? middleButton : 0));
 }
 
 std::int16_t toShift(Qt::KeyboardModifiers modifiers) {
@@ -79,6 +79,7 @@ bool ControlWidget::event(QEvent* event) {
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos());
         return true;
     case QEvent::WindowDeactivate:
+    case QEvent::WindowBlocked: // by a box or dialog, which takes the keyboard where it can
         if (Deactivated) {
             Deactivated();
         }
@@ -103,6 +104,9 @@ void ControlWidget::takeRelease(const QMouseEvent& event) {
     }
     captured_ &= ~Qt::MouseButtons(event.button());
     call(control_->MouseUp, toArgs(event, event.button()));
+    if (control_->Enabled() && rect().contains(event.position().toPoint())) {
+        control_->clicked(toButtons(event.button()));
+    }
 }
 
 void ControlWidget::showToolTip(const QPoint& globalPosition) {
@@ -122,6 +126,14 @@ void ControlWidget::refreshToolTip() {
 void ControlWidget::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     control_->paint(painter);
+}
+
+void ControlWidget::keyPressEvent(QKeyEvent* event) {
+    if (KeyPressed && event->key() == Qt::Key_Escape) {
+        KeyPressed(vbKeyEscape);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void ControlWidget::closeEvent(QCloseEvent* event) {

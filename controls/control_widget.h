@@ -26,12 +26,15 @@ public:
 
     /// Runs when the window system asks the window to close; the window itself stays.
     std::function<void()> CloseRequested;
-    /// Runs when the window has lost the keyboard to another one.
+    /// Runs when the window has lost the keyboard to another one, or a box has been put before it.
     std::function<void()> Deactivated;
+    /// Runs at a press of a key that the forms know, with its number.
+    std::function<void(std::int16_t)> KeyPressed;
 
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
