@@ -3,6 +3,7 @@
 #include "main_window/layout.h"
 #include "skin/pictures.h"
 
+#include <initializer_list>
 #include <utility>
 #include <vector>
 
@@ -56,6 +57,11 @@ void frmPlayer::connectHandlers() {
         button.MouseUp = [this, i](const MouseArgs& mouse) { imgButtons_MouseUp(i, mouse); };
     }
     MouseMove = [this](const MouseArgs& mouse) { Form_MouseMove(mouse); };
+    for (Control* surface :
+         std::initializer_list<Control*>{this, &picBGround, &picDisplay, &lbl_Info, &lbl_Info_SH}) {
+        surface->MouseDown = [this](const MouseArgs& mouse) { Form_MouseDown(mouse); };
+        surface->MouseUp = [this](const MouseArgs& mouse) { Form_MouseUp(mouse); };
+    }
     imgLogo.MouseDown = [this](const MouseArgs& mouse) { imgLogo_MouseDown(mouse); };
     imgLogo.MouseUp = [this](const MouseArgs& mouse) { imgLogo_MouseUp(mouse); };
     PB.MouseMove = [this](const MouseArgs& mouse) { PB_MouseMove(mouse); };
@@ -69,9 +75,16 @@ void frmPlayer::connectHandlers() {
 
 frmPopup& frmPlayer::Popup() {
     if (!popup_) {
-        popup_ = std::make_unique<frmPopup>();
+        popup_ = std::make_unique<frmPopup>(*this);
     }
     return *popup_;
+}
+
+void frmPlayer::Form_KeyDown(std::int16_t KeyCode) {
+    // The keyboard stays with this window while the menu is shown.
+    if (KeyCode == vbKeyEscape && Popup().Visible()) {
+        Popup().Form_Deactivate();
+    }
 }
 
 void frmPlayer::CloseApplication() {

@@ -86,6 +86,10 @@ public:
     void imgLogo_MouseDown(const MouseArgs& mouse);
     void imgLogo_MouseUp(const MouseArgs& mouse);
 
+    // --- Dragging and menu clicks -------------------------------------------------------------
+    void Form_MouseDown(const MouseArgs& mouse);
+    void Form_MouseUp(const MouseArgs& mouse);
+
     // --- Playback -----------------------------------------------------------------------------
     /// Lets the user choose a file and plays it; asks again after a file that is no MP3.
     void OpenMp3File();
@@ -103,12 +107,26 @@ public:
     /// The line of the display. Waits until the engine has measured the file.
     std::string BuildInfoLine();
 
+    /// The properties of the file that is loaded, line by line. Waits as BuildInfoLine does.
+    std::string BuildPropertiesText();
+    void ShowPropertiesBox();
+    void ShowAboutBox();
+
+    // --- Menu ---------------------------------------------------------------------------------
+    /// Shows the popup window at the pointer.
+    void ShowPopupMenu();
+
     // --- Settings -----------------------------------------------------------------------------
+    /// Applies what the file holds, value by value; what isn't there or can't be read leaves a
+    /// default, what isn't a number changes nothing.
     void LoadSettings();
+    /// Writes window position, switches and volume. Does nothing before LoadSettings has ended.
+    void SaveSettings();
 
 private:
     void Form_Unload() override;
     void Form_CloseRequest() override { CloseApplication(); }
+    void Form_KeyDown(std::int16_t KeyCode) override;
 
     void connectHandlers();
     void carryOut(std::int16_t Index);
@@ -117,6 +135,7 @@ private:
     void showVolume();
     void showPosition();
     void sendStripToTheRight();
+    std::string RateLine();
 
     /// Lets waiting events pass. True when the look that `call` began is still the one to finish:
     /// no later ShowPlayback has taken over and the window is still loaded.
@@ -127,6 +146,7 @@ private:
     std::unique_ptr<frmPopup> popup_;
     std::uint32_t showPlaybackCalls_ = 0;
     bool opening_ = false;
+    bool settingsLoaded_ = false;
 };
 
 } // namespace zvonivec

@@ -1,6 +1,9 @@
+// The menu as a window: what is on it, when it is seen, what is lit.
+
 #include "popup/frmPopup.h"
 
-#include "main_window/constants.h"
+#include "main_window/frmPlayer.h"
+#include "platform/modDeklarace.h"
 #include "popup/layout.h"
 
 #include <string>
@@ -19,16 +22,30 @@ std::array<Label, sizeof...(Index)> makeItems(Control& container,
 
 } // namespace
 
-frmPopup::frmPopup()
+frmPopup::frmPopup(frmPlayer& player)
     : Form("frmPopup", Kind::popup, popup_layout::WINDOW_WIDTH, popup_layout::WINDOW_HEIGHT),
       picPopup(*this, "picPopup"), chkPopup{CheckBox(picPopup, "chkPopup_0"),
                                             CheckBox(picPopup, "chkPopup_1")},
-      lblPopup(makeItems(picPopup, std::make_index_sequence<POPUP_ITEM_COUNT>())) {
+      lblPopup(makeItems(picPopup, std::make_index_sequence<POPUP_ITEM_COUNT>())), player_(player) {
     std::vector<Control*> controls{&picPopup, &chkPopup[0], &chkPopup[1]};
     for (Label& item : lblPopup) {
         controls.push_back(&item);
     }
     layOut(popup_layout::controls(), controls);
+    connectHandlers();
+}
+
+void frmPopup::connectHandlers() {
+    for (std::int16_t i = 0; i < static_cast<std::int16_t>(chkPopup.size()); ++i) {
+        CheckBox& box = chkPopup[static_cast<std::size_t>(i)];
+        box.Click = [this, i] { chkPopup_Click(i); };
+        box.MouseMove = [this, i](const MouseArgs& mouse) { chkPopup_MouseMove(i, mouse); };
+    }
+    for (std::int16_t i = 0; i < static_cast<std::int16_t>(lblPopup.size()); ++i) {
+        Label& item = lblPopup[static_cast<std::size_t>(i)];
+        item.Click = [this, i] { lblPopup_Click(i); };
+        item.MouseMove = [this, i](const MouseArgs& mouse) { lblPopup_MouseMove(i, mouse); };
+    }
 }
 
 void frmPopup::setFileItemsColor(Color color) {
@@ -40,6 +57,70 @@ void frmPopup::setFileItemsColor(Color color) {
 
 bool frmPopup::fileIsLoaded() const {
     return lblPopup[itemProperties].ForeColor() != DISABLED_ITEM_COLOR;
+}
+
+void frmPopup::showAt(float left, float top) {
+    setLeft(left);
+    setTop(top);
+    if (chkPopup[popupOnTop].Value() == 1) {
+        modDeklarace::SetWindowPos(player_.hWnd(), modDeklarace::insertNotTopmost, 0, 0, 0, 0,
+                                   modDeklarace::noSizeNoMove);
+    }
+    setVisible(true);
+    bringToFront();
+    outsidePresses_ = std::make_unique<OutsidePresses>(hWnd(), [this] { Form_Deactivate(); });
+}
+
+void frmPopup::Form_Deactivate() {
+    outsidePresses_.reset();
+    setVisible(false);
+    clearHighlight();
+    placeMainWindowInStack();
+    DoEvents();
+}
+
+void frmPopup::placeMainWindowInStack() {
+    const bool onTop = chkPopup[popupOnTop].Value() == 1;
+    modDeklarace::SetWindowPos(player_.hWnd(),
+                               onTop ? modDeklarace::insertTopmost : modDeklarace::insertNotTopmost,
+                               0, 0, 0, 0, modDeklarace::noSizeNoMove);
+}
+
+void frmPopup::Form_KeyDown(std::int16_t KeyCode) {
+    if (KeyCode == vbKeyEscape && Visible()) {
+        Form_Deactivate();
+    }
+}
+
+void frmPopup::Form_QueryUnload() {
+    player_.SaveSettings();
+}
+
+void frmPopup::clearHighlight() {
+    for (Label& item : lblPopup) {
+        item.setBackColor(MENU_BACK_COLOR);
+    }
+    for (CheckBox& box : chkPopup) {
+        box.setBackColor(MENU_BACK_COLOR);
+    }
+}
+
+void frmPopup::lblPopup_MouseMove(std::int16_t Index, const MouseArgs& /*mouse*/) {
+    Label& item = lblPopup[static_cast<std::size_t>(Index)];
+    if (!isAvailable(Index) || item.BackColor() == HIGHLIGHT_BACK_COLOR) {
+        return;
+    }
+    clearHighlight();
+    item.setBackColor(HIGHLIGHT_BACK_COLOR);
+}
+
+void frmPopup::chkPopup_MouseMove(std::int16_t Index, const MouseArgs& /*mouse*/) {
+    CheckBox& box = chkPopup[static_cast<std::size_t>(Index)];
+    if (box.BackColor() == HIGHLIGHT_BACK_COLOR) {
+        return;
+    }
+    clearHighlight();
+    box.setBackColor(HIGHLIGHT_BACK_COLOR);
 }
 
 } // namespace zvonivec

@@ -19,6 +19,9 @@ void frmPlayer::LoadSettings() {
     Popup().chkPopup[popupRepeat].setValue(defaultRepeat);
     WMP->settings().setVolume(defaultVolume);
     showVolume();
+    settingsLoaded_ = true;
 }
+
+void frmPlayer::SaveSettings() {}
 
 } // namespace zvonivec

@@ -24,11 +24,15 @@ constexpr std::string_view separator = "        ";
 
 } // namespace
 
-std::string frmPlayer::BuildInfoLine() {
+std::string frmPlayer::RateLine() {
     // The engine bounds this wait, and waits itself before it answers False.
     while (!WMP->currentMedia().isReadOnlyItem("Bitrate")) {
     }
-    std::string line = "Přehrávání: " + rateText(WMP->currentMedia().getItemInfo("Bitrate"));
+    return "Přehrávání: " + rateText(WMP->currentMedia().getItemInfo("Bitrate"));
+}
+
+std::string frmPlayer::BuildInfoLine() {
+    std::string line = RateLine();
     for (const InfoItem& item : INFO_ITEMS) {
         const std::string value = WMP->currentMedia().getItemInfo(item.attribute);
         if (!value.empty()) {

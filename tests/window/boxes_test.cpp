@@ -90,6 +90,15 @@ TEST_F(Boxes, ABoxEndsWithTheProgram) {
     EXPECT_FALSE(player().Loaded());
 }
 
+TEST_F(Boxes, ABoxHidesTheMenu) {
+    ModalMessageBoxes boxes;
+    boxes.setOwner(player());
+    player().ShowPopupMenu();
+    whenShown<QMessageBox>([this](QMessageBox&) { EXPECT_FALSE(popup().Visible()); });
+    boxes.MsgBox("x", vbCritical, "y");
+    EXPECT_EQ(seen(), 1);
+}
+
 class Dialog : public Boxes {
 protected:
     void SetUp() override {

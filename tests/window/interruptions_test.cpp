@@ -21,6 +21,11 @@ const Command HANDLERS[] = {
     {"Tick", [](frmPlayer& player) { player.Timer1_Timer(); }},
     {"Seek", [](frmPlayer& player) { player.PB_MouseUp({.Button = 1, .X = 1000}); }},
     {"Volume", [](frmPlayer& player) { player.imgVolume_MouseUp({.Button = 1}); }},
+    {"MenuHides", [](frmPlayer& player) { player.Popup().Form_Deactivate(); }},
+    {"MenuOpensFile", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemOpen); }},
+    {"MenuProperties", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemProperties); }},
+    {"MenuStops", [](frmPlayer& player) { player.Popup().lblPopup_Click(7); }},
+    {"MenuSwitch", [](frmPlayer& player) { player.Popup().chkPopup[popupOnTop].press(); }},
 };
 
 void clickButton(frmPlayer& player, std::int16_t index) {
@@ -47,6 +52,9 @@ const Command EVENTS[] = {
     {"End", [](frmPlayer& player) { player.WMP->PlayStateChange(PlayState::stopped); }},
     {"Idle", [](frmPlayer& player) { player.ShowPlayback(false); }},
     {"Tick", [](frmPlayer& player) { player.Timer1_Timer(); }},
+    {"MenuOpens", [](frmPlayer& player) { player.ShowPopupMenu(); }},
+    {"MenuAgain", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemOpen); }},
+    {"MenuQuits", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemQuit); }},
     {"Minimise", [](frmPlayer& player) { player.setWindowState(Form::WindowState::minimized); }},
 };
 

@@ -59,7 +59,7 @@ void PlayerTest::renew() {
     player_ = std::make_unique<frmPlayer>(frmPlayer::Parts{.engine = std::move(engine),
                                                            .dialog = std::move(dialog),
                                                            .boxes = std::move(boxes),
-                                                           .programFolder = "/opt/zvonivec"});
+                                                           .programFolder = folder_.path()});
 }
 
 PlayerTest::~PlayerTest() = default;
@@ -79,20 +79,31 @@ QWidget& PlayerTest::window() const {
     return *QWidget::find(player_->hWnd());
 }
 
+QWidget& PlayerTest::popupWindow() {
+    return *QWidget::find(popup().hWnd());
+}
+
+QWidget& PlayerTest::widgetOfControl(const Control& control) {
+    QWidget* widget = widgetOf(window(), control);
+    return widget != nullptr ? *widget : *widgetOf(popupWindow(), control);
+}
+
 namespace {
 
-QPoint inWindow(QWidget& window, const Control& control, QPoint place) {
-    return widgetOf(window, control)->mapTo(&window, place);
+QPoint inWindow(const QWidget& widget, QPoint place) {
+    return widget.mapTo(widget.window(), place);
 }
 
 } // namespace
 
 void PlayerTest::press(const Control& control, Qt::MouseButton button, QPoint place) {
-    QTest::mousePress(window().windowHandle(), button, {}, inWindow(window(), control, place));
+    const QWidget& widget = widgetOfControl(control);
+    QTest::mousePress(widget.window()->windowHandle(), button, {}, inWindow(widget, place));
 }
 
 void PlayerTest::release(const Control& control, Qt::MouseButton button, QPoint place) {
-    QTest::mouseRelease(window().windowHandle(), button, {}, inWindow(window(), control, place));
+    const QWidget& widget = widgetOfControl(control);
+    QTest::mouseRelease(widget.window()->windowHandle(), button, {}, inWindow(widget, place));
 }
 
 void PlayerTest::click(const Control& control, Qt::MouseButton button, QPoint place) {
@@ -101,7 +112,8 @@ void PlayerTest::click(const Control& control, Qt::MouseButton button, QPoint pl
 }
 
 void PlayerTest::moveOver(const Control& control, QPoint place) {
-    QTest::mouseMove(window().windowHandle(), inWindow(window(), control, place));
+    const QWidget& widget = widgetOfControl(control);
+    QTest::mouseMove(widget.window()->windowHandle(), inWindow(widget, place));
 }
 
 void PlayerTest::moveOverBody() {

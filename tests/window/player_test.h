@@ -3,6 +3,7 @@
 
 #include "main_window/frmPlayer.h"
 #include "tests/support/fake_engine.h"
+#include "tests/support/process.h"
 
 #include <QImage>
 #include <QWidget>
@@ -56,6 +57,8 @@ protected:
 
     /// Throws the window away and makes a new one, as if the program were started again.
     void renew();
+    /// The folder that the program takes for its own.
+    [[nodiscard]] const std::string& programFolder() const { return folder_.path(); }
     /// Loads the window, as the program's start does.
     void start();
     /// Opens a file that the engine knows, as a click on the logo does.
@@ -73,16 +76,21 @@ protected:
     void moveOverBody();
 
     [[nodiscard]] QWidget& window() const;
+    [[nodiscard]] QWidget& popupWindow();
+    /// The widget of a control of either window.
+    QWidget& widgetOfControl(const Control& control);
     [[nodiscard]] bool shows(const Image& image, std::size_t pictureNumber) const;
     /// Checks that everything tells of the same look.
     void expectLook(bool playing) const;
 
     frmPlayer& player() { return *player_; }
+    frmPopup& popup() { return player_->Popup(); }
     FakeEngine& engine() { return *engine_; }
     FakeDialog& dialog() { return *dialog_; }
     FakeBoxes& boxes() { return *boxes_; }
 
 private:
+    support::TemporaryFolder folder_;
     FakeEngine* engine_ = nullptr;
     FakeDialog* dialog_ = nullptr;
     FakeBoxes* boxes_ = nullptr;

@@ -1,0 +1,69 @@
+// What the menu's items and switches do.
+
+#include "main_window/frmPlayer.h"
+#include "platform/modDeklarace.h"
+
+namespace zvonivec {
+
+void frmPlayer::ShowPopupMenu() {
+    const modDeklarace::ScreenPoint pointer = modDeklarace::GetCursorPos();
+    // The corner at the pointer, also where the menu then runs off the screen.
+    Popup().showAt(toTwips(pointer.x), toTwips(pointer.y));
+}
+
+bool frmPopup::isAvailable(std::int16_t Index) const {
+    return Index != itemFirstSeparator && Index != itemSecondSeparator &&
+           Index != itemThirdSeparator &&
+           lblPopup[static_cast<std::size_t>(Index)].ForeColor() != DISABLED_ITEM_COLOR;
+}
+
+void frmPopup::chkPopup_Click(std::int16_t Index) {
+    Form_Deactivate();
+    if (Index == popupOnTop) {
+        placeMainWindowInStack();
+    }
+}
+
+void frmPopup::lblPopup_Click(std::int16_t Index) {
+    if (!isAvailable(Index)) {
+        return;
+    }
+    Form_Deactivate();
+    // The message pass in there may have ended the program, or taken the file away.
+    if (player_.Loaded() && isAvailable(Index)) {
+        carryOut(Index);
+    }
+}
+
+void frmPopup::carryOut(std::int16_t Index) {
+    switch (Index) {
+    case itemOpen:
+        player_.OpenMp3File();
+        break;
+    case itemProperties:
+        player_.ShowPropertiesBox();
+        break;
+    case itemAbout:
+        player_.ShowAboutBox();
+        break;
+    case itemMinimize:
+        player_.setWindowState(WindowState::minimized);
+        break;
+    case itemQuit:
+        player_.CloseApplication();
+        break;
+    case itemVolumeUp:
+        player_.imgVolume_MouseUp({.Button = leftButton});
+        break;
+    case itemVolumeDown:
+        player_.imgVolume_MouseUp({.Button = rightButton});
+        break;
+    default: // itemRewind to itemForward
+        player_.gClickArmed = true;
+        player_.imgButtons_MouseUp(static_cast<std::int16_t>(Index - itemRewind),
+                                   {.Button = leftButton});
+        break;
+    }
+}
+
+} // namespace zvonivec

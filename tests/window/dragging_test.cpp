@@ -1,0 +1,93 @@
+// Dragging the window, and the clicks that open the menu or don't.
+
+#include "tests/window/player_test.h"
+
+#include <QTest>
+
+namespace zvonivec {
+namespace {
+
+class Dragging : public PlayerTest {
+protected:
+    void SetUp() override {
+        start();
+        open("a.mp3"); // so that every control is shown
+        player().picDisplay.setLeft(0);
+        player().Timer1.setEnabled(false);
+        player().setLeft(toTwips(300));
+        player().setTop(toTwips(200));
+        ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(300, 200); }));
+    }
+
+    /// Presses a button on a control, goes some way and releases; the way that the window went.
+    QPoint drag(const Control& control, Qt::MouseButton button) {
+        const QPoint before = window().pos();
+        const QPoint from = pointIn(control);
+        QWindow* handle = window().windowHandle();
+        QTest::mousePress(handle, button, {}, from);
+        for (const QPoint step : {QPoint(5, 0), QPoint(20, 30)}) {
+            // Counted from the window, which has come along.
+            QTest::mouseEvent(QTest::MouseMove, handle, button, {},
+                              from + step - (window().pos() - before));
+        }
+        QTest::mouseRelease(handle, button, {}, from + QPoint(20, 30) - (window().pos() - before));
+        return window().pos() - before;
+    }
+
+    /// A point where nothing lies above the control.
+    QPoint pointIn(const Control& control) {
+        if (&control == &player()) {
+            return {30, 200};
+        }
+        QWidget& widget = widgetOfControl(control);
+        for (const QPoint place : {QPoint(2, 2), QPoint(2, widget.height() - 1)}) {
+            const QPoint inWindow = widget.mapTo(&window(), place);
+            if (window().childAt(inWindow) == &widget) {
+                return inWindow;
+            }
+        }
+        ADD_FAILURE() << control.Name() << " is hidden";
+        return {};
+    }
+};
+
+TEST_F(Dragging, TheMenuOpensByARightClickOnTheBodyAndTheDisplay) {
+    const Control* const surfaces[] = {&player(), &player().picBGround, &player().picDisplay,
+                                       &player().lbl_Info, &player().lbl_Info_SH};
+    for (const Control* surface : surfaces) {
+        for (const std::int16_t button : {leftButton, middleButton, rightButton}) {
+            const MouseArgs mouse{.Button = button};
+            surface->MouseDown(mouse);
+            surface->MouseUp(mouse);
+            EXPECT_EQ(popup().Visible(), button == rightButton) << surface->Name() << button;
+            popup().Form_Deactivate();
+        }
+    }
+}
+
+TEST_F(Dragging, NothingElseOpensTheMenu) {
+    const Control* const others[] = {
+        &player().lblStatus,  &player().imgVolume,  &player().imgLogo, &player().imgDisplay_Mark,
+        &player().lblTime[0], &player().lblTime[1], &player().PB,      &player().imgButtons[0]};
+    for (const Control* other : others) {
+        click(*other, Qt::RightButton);
+        EXPECT_FALSE(popup().Visible()) << other->Name();
+    }
+    EXPECT_EQ(engine().settings().volume(), 30); // by two of them
+}
+
+TEST_F(Dragging, TimesAndMarkDoNothing) {
+    engine().calls.clear();
+    for (const Control* control : {static_cast<const Control*>(&player().lblTime[0]),
+                                   static_cast<const Control*>(&player().lblTime[1]),
+                                   static_cast<const Control*>(&player().imgDisplay_Mark)}) {
+        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+            EXPECT_EQ(drag(*control, button), QPoint(0, 0)) << control->Name();
+        }
+    }
+    EXPECT_TRUE(engine().calls.empty());
+    EXPECT_FALSE(popup().Visible());
+}
+
+} // namespace
+} // namespace zvonivec

@@ -1,0 +1,32 @@
+// The properties box and the About box.
+
+#include "main_window/frmPlayer.h"
+
+namespace zvonivec {
+
+namespace {
+
+/// The tabs put the two addresses below each other.
+constexpr const char* ABOUT_TEXT =
+    "Program je napsán v jazyce C++ s knihovnami Qt, libmpg123, TagLib a SDL, sestavuje se "
+    "nástrojem CMake a instalační balíčky vytváří nástroj CPack."
+    "\r\n\r\n"
+    "Grafika tlačítek a pozadí je vlastní kresba tohoto projektu, zpracovaná podle zveřejněných "
+    "grafických návrhů přenosných přehrávačů MP3."
+    "\r\n\r\n"
+    "E-mail:\t\tzvonivec@example.org"
+    "\r\n"
+    "Home page:\thttps://zvonivec.example.org/";
+
+} // namespace
+
+void frmPlayer::ShowPropertiesBox() {
+    boxes_->MsgBox(BuildPropertiesText(), vbInformation,
+                   std::string(APPLICATION_TITLE) + " - vlastnosti souboru MP3");
+}
+
+void frmPlayer::ShowAboutBox() {
+    boxes_->MsgBox(ABOUT_TEXT, vbInformation, std::string("O programu ") + APPLICATION_TITLE);
+}
+
+} // namespace zvonivec
