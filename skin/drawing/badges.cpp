@@ -34,79 +34,99 @@ constexpr Box LOGO_EDGE{0, 0, 32, 32};
 constexpr double LOGO_CORNER = 7.5;
 
 double logoHeight(Point p) {
-    return roundedRise(-boxDistance(p, LOGO_EDGE, LOGO_CORNER) - 1.3, 6, 3.6);
+    return roundedRise(-boxDistance(p, LOGO_EDGE, LOGO_CORNER) - 1.0, 5, 3.2);
 }
 
 Drop logoColour(Point p, Direction n) {
     const double edge = boxDistance(p, LOGO_EDGE, LOGO_CORNER);
-    // Lit from within: brighter towards the lower right, where the lamp's light gathers.
-    const double glow = smoothStep(12, 54, p.x * 0.7 + p.y * 1.3);
-    const Light ground = mixed(lightOf(2, 62, 82), lightOf(10, 186, 206), glow);
+    // Lit from within: brighter towards the foot, where the lamp's light gathers.
+    const double glow = smoothStep(8, 33, p.y + 0.2 * p.x);
+    const Light ground = mixed(lightOf(0, 66, 92), lightOf(16, 206, 222), glow * glow);
     Light light = lacquer(ground, n);
-    // The lamp's reflection in the upper half, cut off by a soft curve.
-    const double gloss = smoothStep(15.4, 14.6, p.y - (p.x - 16) * (p.x - 16) * 0.018) *
-                         smoothStep(-2.6, -3.6, edge);
-    light = light + lightOf(210, 240, 250) * (gloss * (0.05 + 0.16 * smoothStep(15, 2, p.y)));
+    // The lamp's reflection: a bow along the upper edge, fading down to a crisp end.
+    const double inner = boxDistance(p, {2.6, 2.4, 29.4, 29.6}, 5.4);
+    const double gloss =
+        smoothStep(0.4, -0.4, inner) * smoothStep(-0.4, 0.4, circleDistance(p, {16, 56}, 43.5));
+    light = light + lightOf(214, 240, 250) * (gloss * mixed(0.05, 0.42, smoothStep(13, 2, p.y)));
     const double letters = mp3Distance(p);
-    const double below = mp3Distance({p.x - 0.7, p.y - 0.9});
-    light = light * mixed(1, 0.35, smoothStep(0.9, -0.5, below));
-    light = mixed(light, lightOf(240, 252, 252), smoothStep(0.35, -0.35, letters));
-    light = light * mixed(0.04, 1, smoothStep(-0.6, -1.9, edge));
+    const double below = mp3Distance({p.x - 0.6, p.y - 0.9});
+    light = light * mixed(1, 0.30, smoothStep(0.9, -0.5, below));
+    light = mixed(light, lightOf(246, 254, 254), smoothStep(0.35, -0.35, letters));
+    light = light * mixed(0.03, 1, smoothStep(-0.3, -1.5, edge));
     return {light, edge < 0 ? 1.0 : 0.0};
 }
 
 // --- the icon: the device with one button ---
 
+constexpr Box ICON_SCREEN{7.5, 6, 24.5, 13};
+constexpr Point ICON_KNOB{16, 21.5};
+constexpr double ICON_KNOB_RADIUS = 7.2;
+
 struct IconPlace {
     double edge;
     double rail;
-    double display;
-    double button;
+    double screen;
+    double knob;
 };
 
 IconPlace iconPlaceOf(Point p) {
-    static constexpr std::array<Point, 14> EDGE{{
-        {1, 29},
-        {1, 2.6},
-        {2.6, 1},
-        {5, 1},
-        {6.4, 2.2},
-        {25.6, 2.2},
-        {27, 1},
-        {29.4, 1},
-        {31, 2.6},
-        {31, 29},
-        {29, 31},
-        {3, 31},
-        {2, 30.4},
-        {1.4, 29.8},
+    static constexpr std::array<Point, 12> EDGE{{
+        {1, 28.5},
+        {1, 4},
+        {3.4, 1},
+        {5.4, 1},
+        {7, 2.6},
+        {25, 2.6},
+        {26.6, 1},
+        {28.6, 1},
+        {31, 4},
+        {31, 28.5},
+        {28.5, 31},
+        {3.5, 31},
     }};
     IconPlace place{};
     place.edge = polygonDistance(p, EDGE);
-    place.rail = (p.x < 16 ? p.x : 32 - p.x) - 4.4;
-    place.display = boxDistance(p, {7, 5.2, 25, 12.4}, 1);
-    place.button = circleDistance(p, {16, 21.6}, 6.9);
+    place.rail = (p.x < 16 ? p.x : 32 - p.x) - 5;
+    place.screen = boxDistance(p, ICON_SCREEN, 1);
+    place.knob = circleDistance(p, ICON_KNOB, ICON_KNOB_RADIUS);
     return place;
 }
 
 double iconHeight(Point p) {
     const IconPlace at = iconPlaceOf(p);
     if (at.rail < 0) {
-        return roundedRise(-at.edge, 2.6, 2) + roundedRise(-at.rail, 1.6, 0.8);
+        return roundedRise(-at.edge, 3.6, 2.6) + roundedRise(-at.rail, 1.2, 0.8);
+    }
+    if (at.knob < 0) {
+        // A steel ring, and a domed cap within it.
+        const double cap = -at.knob - 1.9;
+        return cap < 0 ? beadRise(-at.knob, 1.9, 0.9) : roundedRise(cap, 1.8, 1.3);
     }
     const double dx = (p.x - 16) / 16;
     const double dy = (p.y - 16) / 16;
-    double height = -1.4 * (dx * dx + dy * dy) + roundedRise(-at.edge, 1.6, 0.8);
-    height += roundedRise(-at.button, 1.1, 0.8);
-    height -= bevelledRise(-1.4 - at.button, 1.0, 0.7);
-    return height;
+    return -1.4 * (dx * dx + dy * dy) + roundedRise(-at.edge, 1.1, 0.7) +
+           beadRise(at.screen, 1.1, 0.5);
+}
+
+/// The bars on the display, from its foot up.
+double iconBars(Point p) {
+    constexpr std::array<double, 5> HEIGHTS{2, 4, 3, 5, 2};
+    constexpr double STEP = 3;
+    constexpr double WIDTH = 2;
+    double nearest = 10;
+    for (std::size_t i = 0; i < HEIGHTS.size(); ++i) {
+        const double left = 9 + static_cast<double>(i) * STEP;
+        nearest =
+            std::min(nearest, boxDistance(p, {left, 12 - HEIGHTS.at(i), left + WIDTH, 12}, 0));
+    }
+    return nearest;
 }
 
 /// The icon of 16 pixels: no more than its display and a big triangle, on the pixel grid.
 Drop smallIconColour(Point p, Direction n) {
     const IconPlace at = iconPlaceOf(p);
-    Light light = at.rail < -0.4 ? brushedMetal(lightOf(222, 228, 232), n, 0)
-                                 : lacquer(lightOf(24, 42, 52), n) * 0.8;
+    Light light = at.rail < -1 ? brushedMetal(lightOf(222, 228, 232), n, 0)
+                               : lacquer(lightOf(10, 46, 66), n) * 0.8;
     if (boxDistance(p, {6, 6, 26, 14}, 0.2) < 0) {
         light = lightOf(DISPLAY_COLOUR);
     }
@@ -115,30 +135,47 @@ Drop smallIconColour(Point p, Direction n) {
     return {light, at.edge < 0 ? 1.0 : 0.0};
 }
 
+Light iconKnobColour(Point p, double inwards, Direction n) {
+    static constexpr std::array<Point, 3> PLAY{{{14.0, 18.1}, {20.0, 21.5}, {14.0, 24.9}}};
+    if (inwards < 1.9) {
+        return mixed(polishedMetal(lightOf(232, 238, 242), n),
+                     brushedMetal(lightOf(190, 198, 204), n, 0), 0.5) *
+               (0.35 + 0.65 * smoothStep(0, 0.35, std::min(inwards, 1.9 - inwards)));
+    }
+    Light light = lacquer(lightOf(14, 18, 22), n);
+    const double gloss =
+        smoothStep(2.3, 2.7, inwards) * smoothStep(-0.2, 0.2, circleDistance(p, {16, 31}, 10.6));
+    light = light + lightOf(206, 226, 236) * (gloss * mixed(0.03, 0.26, smoothStep(21, 16, p.y)));
+    light = light * (0.2 + 0.8 * smoothStep(1.9, 2.4, inwards));
+    return mixed(light, lightOf(MARK_COLOUR), smoothStep(0.12, -0.12, polygonDistance(p, PLAY)));
+}
+
 Drop iconColour(Point p, Direction n) {
     const IconPlace at = iconPlaceOf(p);
     Light light;
     if (at.rail < 0) {
-        light =
-            brushedMetal(lightOf(222, 228, 232), n, 0) * (0.3 + 0.7 * smoothStep(0, 0.8, -at.rail));
+        light = mixed(brushedMetal(lightOf(210, 216, 220), n, 0),
+                      polishedMetal(lightOf(220, 228, 232), n), 0.45) *
+                (0.2 + 0.8 * smoothStep(0, 0.7, -at.rail));
+    } else if (at.knob < 0) {
+        light = iconKnobColour(p, -at.knob, n);
+    } else if (at.screen < 0) {
+        const double shade = smoothStep(0, 1.3, p.y - ICON_SCREEN.top) *
+                             smoothStep(-0.3, 1.0, p.x - ICON_SCREEN.left);
+        light = lightOf(DISPLAY_COLOUR) * (0.25 + 0.75 * shade);
+        light = mixed(light, lightOf(MARK_COLOUR), smoothStep(0.12, -0.12, iconBars(p)));
+    } else if (at.screen < 1.1) {
+        light = polishedMetal(lightOf(190, 202, 210), n) *
+                (0.3 + 0.7 * smoothStep(0, 0.3, std::min(at.screen, 1.1 - at.screen)));
     } else {
-        light = lacquer(lightOf(24, 42, 52), n);
-        const double rim = smoothStep(1.0, 0.5, at.display);
-        light = light * mixed(1, 0.12, rim);
-        light =
-            mixed(light, lightOf(DISPLAY_COLOUR) * (0.55 + 0.45 * smoothStep(0, 1.6, p.y - 5.2)),
-                  smoothStep(0.15, -0.15, at.display));
-        const double shadow = smoothStep(2.2, -0.5, circleDistance(p, {16.7, 22.6}, 6.9));
-        light = light * (1 - 0.6 * shadow * smoothStep(-0.2, 0.6, at.display));
-        light = mixed(light, brushedMetal(lightOf(226, 230, 232), n, 0),
-                      smoothStep(0.15, -0.15, at.button));
-        const double cap = at.button + 1.9;
-        light = mixed(light, lacquer(lightOf(26, 30, 34), n), smoothStep(0.15, -0.15, cap));
-        static constexpr std::array<Point, 3> PLAY{{{14.0, 18.4}, {20.0, 21.6}, {14.0, 24.8}}};
-        light =
-            mixed(light, lightOf(MARK_COLOUR), smoothStep(0.15, -0.15, polygonDistance(p, PLAY)));
+        light = lacquer(lightOf(8, 50, 74), n);
+        const double window = circleDistance(p, {-6, -18}, 44);
+        light = light + lightOf(112, 184, 216) * (0.07 * smoothStep(0.2, -0.2, window));
+        const double shadow =
+            smoothStep(2.4, -0.5, circleDistance(p, ICON_KNOB + Point{0.6, 0.9}, ICON_KNOB_RADIUS));
+        light = light * (1 - 0.75 * shadow) * smoothStep(-0.6, 0.5, at.rail);
     }
-    light = light * (0.2 + 0.8 * smoothStep(0, 0.9, -at.edge));
+    light = light * (0.15 + 0.85 * smoothStep(0, 0.5, -at.edge));
     return {light, at.edge < 0 ? 1.0 : 0.0};
 }
 

@@ -33,7 +33,12 @@ constexpr Box GLASS{69, 44, 268, 99};
 constexpr Box DISPLAY{79, 52, 258, 91};
 constexpr Box DECK{30, 258, 307, 307};
 constexpr Box SLOT{37, 285, 300, 301};
-constexpr Box TILE_BED{273, 31, 309, 51};
+constexpr Box TILE_BED{274, 32, 308, 50};
+/// Steel frames around the glasses and the bed of the tiles.
+constexpr double FRAME = 3;
+/// The rails' ends are parts of their own.
+constexpr double UPPER_SEAM = 54;
+constexpr double LOWER_SEAM = 290;
 constexpr Box LOGO{153, 123, 185, 155};
 constexpr std::array<Point, 5> BUTTONS{{
     {74.5, 159.5},
@@ -170,6 +175,10 @@ Place placeOf(Point p) {
     return place;
 }
 
+double seamDistance(Point p) {
+    return std::min(std::fabs(p.y - UPPER_SEAM), std::fabs(p.y - LOWER_SEAM));
+}
+
 double heightAt(Point p) {
     const Place at = placeOf(p);
     // The whole shell bulges a little, so that no face is a dead even shade.
@@ -177,28 +186,35 @@ double heightAt(Point p) {
     const double dy = (p.y - MIDDLE) / MIDDLE;
     double height = -12 * (dx * dx + dy * dy);
     if (at.rail < 0) {
-        return height * 0.3 + roundedRise(fromRailEdge(p), 13, 10) + roundedRise(-at.rail, 7, 3.4) -
-               gripDepth(p);
+        return height * 0.3 + roundedRise(fromRailEdge(p), 20, 12) +
+               roundedRise(-at.rail, 4.5, 2.6) - gripDepth(p) -
+               bevelledRise(1.3 - seamDistance(p), 1.3, 0.9);
     }
-    height += roundedRise(std::min(p.y - 9, HEIGHT - p.y), 9, 4.6) + roundedRise(at.rail, 5, 1.6);
+    height += roundedRise(std::min(p.y - 9, HEIGHT - p.y), 6, 3.6) + roundedRise(at.rail, 4, 1.8);
     if (at.plate < 0) {
-        height += roundedRise(-at.plate, 2.2, 1.6);
+        height += roundedRise(-at.plate, 3.6, 2.6);
         height -= seatDepth(at.seat);
         return height;
     }
-    height -= bevelledRise(1.4 - std::min(at.glass, at.deck), 2.8, 1.7);
+    const double frame = std::min({at.glass, at.deck, at.tiles});
+    height += beadRise(frame, FRAME, 1.25) - bevelledRise(0.4 - frame, 0.8, 1.0);
     height -= bevelledRise(0.9 - at.slot, 2.4, 2.0);
-    height -= bevelledRise(1.0 - at.tiles, 2.4, 1.6);
-    height -= bevelledRise(0.7 - at.holes, 1.6, 1.3);
+    height -= bevelledRise(1.0 - at.holes, 1.8, 1.3);
     return height;
 }
 
 Light railColour(Point p, const Place& at, Direction n) {
     const double grain = 0.6 * noise(p.x * 1.7, p.y / 26, 11) + 0.4 * noise(p.x * 3.1, p.y / 9, 12);
-    Light light = brushedMetal(lightOf(196, 201, 204), n, grain);
-    light = light * mixed(1, 0.55, smoothStep(0.3, 1.1, gripDepth(p)));
-    // Contact with the seam.
-    return light * (0.35 + 0.65 * smoothStep(0, 2.4, -at.rail));
+    const bool isEnd = p.y < UPPER_SEAM || p.y > LOWER_SEAM;
+    const Light brushed = brushedMetal(lightOf(196, 202, 206), n, isEnd ? 0 : grain);
+    const Light polished = polishedMetal(lightOf(214, 222, 228), n);
+    Light light = mixed(brushed * 0.80, polished, isEnd ? 0.55 : 0.42);
+    // The lit room comes back from the flank that the lamp doesn't reach.
+    light = light + lightOf(120, 150, 166) * (0.5 * smoothStep(0.45, 0.8, n.x));
+    light = light * mixed(1, 0.45, smoothStep(0.3, 1.1, gripDepth(p)));
+    light = light * mixed(0.25, 1, smoothStep(0.2, 0.9, seamDistance(p)));
+    // Contact with the shell.
+    return light * (0.25 + 0.75 * smoothStep(0, 1.8, -at.rail));
 }
 
 Light plateColour(Point p, const Place& at, Direction n) {
@@ -213,40 +229,65 @@ Light plateColour(Point p, const Place& at, Direction n) {
     const double rings = 0.55 * noise(radius * 1.9, along.x * 1.5 + along.y, 21) +
                          0.45 * noise(radius * 3.7, along.x * 2.5 - along.y, 22);
     Light light = brushedMetal(lightOf(226, 230, 232), n, rings) *
-                  (0.64 + 0.52 * fan4 * fan4 + 0.20 * cross4 * cross4);
-    // A turned line runs along the rim.
-    const double line = std::fabs(at.plate + 4.2);
+                  (0.58 + 0.60 * fan4 * fan4 + 0.26 * cross4 * cross4);
+    // The edge is polished; a turned line runs along it.
+    light = mixed(light, polishedMetal(lightOf(236, 240, 242), n),
+                  0.75 * smoothStep(-3.4, -2.6, at.plate));
+    const double line = std::fabs(at.plate + 5.4);
     light = light * mixed(1, 0.62, smoothStep(0.75, 0.15, line));
     light = mixed(light, seatLight(at.seat, n), smoothStep(SEAT_WALL, SEAT_WALL - 1, at.seat));
-    return light * (0.45 + 0.55 * smoothStep(0, 1.2, -at.plate));
+    return light * (0.35 + 0.65 * smoothStep(0, 1.0, -at.plate));
+}
+
+/// The studio's big window, mirrored by everything flat: its lower edge is a wide arc.
+double windowLight(Point p) {
+    constexpr Point MIDDLE_OF_ARC{-40, -160};
+    constexpr double ARC = 402;
+    const double inside = -circleDistance(p, MIDDLE_OF_ARC, ARC);
+    return smoothStep(-0.8, 0.8, inside) * (0.35 + 0.65 * smoothStep(260, 0, p.y));
 }
 
 Light shellColour(Point p, const Place& at, Direction n) {
     const double flakes = noise(p.x * 2.3, p.y * 2.3, 31);
-    Light light = lacquer(lightOf(20, 46, 60) * (1 + 0.10 * flakes), n);
+    Light light = lacquer(lightOf(6, 44, 66) * (1 + 0.10 * flakes), n);
+    light = light + lightOf(112, 184, 216) * (0.066 * windowLight(p));
     // The plate stands on the shell and shades it, below right.
-    const double shaded = smoothStep(7, -3, plateDistance({p.x - 2.6, p.y - 3.6}));
-    light = light * (1 - 0.6 * shaded);
+    const double shaded = smoothStep(8, -3, plateDistance({p.x - 3.2, p.y - 4.6}));
+    light = light * (1 - 0.72 * shaded);
     light = light * (0.2 + 0.8 * smoothStep(0, 1.3, at.plate));
     // Openings.
-    light = light * mixed(1, 0.12, smoothStep(0.4, -0.6, at.holes));
-    light = light * mixed(1, 0.35, smoothStep(0.5, -1.2, at.tiles));
-    light = light * (0.3 + 0.7 * smoothStep(0, 1.6, at.rail));
+    light = light * mixed(1, 0.10, smoothStep(0.4, -0.6, at.holes));
+    const double frame = std::min({at.glass, at.deck, at.tiles});
+    if (at.tiles < 0) {
+        return lightOf(14, 20, 24) * (0.3 + 0.7 * smoothStep(0, 3, p.y - TILE_BED.top));
+    }
+    if (frame < FRAME) {
+        light = mixed(polishedMetal(lightOf(186, 198, 206), n),
+                      brushedMetal(lightOf(120, 130, 138), n, 0), 0.45) *
+                (0.2 + 0.8 * smoothStep(0, 0.8, std::min(frame, FRAME - frame)));
+    } else {
+        light = light * mixed(0.35, 1, smoothStep(FRAME, FRAME + 1.8, frame));
+    }
+    light = light * (0.2 + 0.8 * smoothStep(0, 1.6, at.rail));
     const double letters = wordmarkDistance(p);
     const double behind = wordmarkDistance({p.x - 0.6, p.y - 0.8});
-    light = light * mixed(1, 0.55, smoothStep(0.6, -0.4, behind));
-    return mixed(light, lightOf(214, 224, 228), smoothStep(0.5, -0.4, letters));
+    light = light * mixed(1, 0.45, smoothStep(0.6, -0.4, behind));
+    light = mixed(light, lightOf(214, 224, 228) * mixed(1, 0.6, smoothStep(26, 37, p.y)),
+                  smoothStep(0.5, -0.4, letters));
+    return mixed(light, lightOf(150, 178, 192),
+                 0.55 * smoothStep(0.5, -0.5, smallPrintDistance(p)));
 }
 
-/// Black glass let into the shell, at a distance from its edge.
-Light glassColour(Point p, double inwards, Direction n) {
-    Light light = lacquer(lightOf(6, 9, 11), n) * 0.7;
-    // The studio's window, slanting over all the glass.
+/// Black glass let into the shell, at a distance from its edge; top and bottom are the glass's.
+Light glassColour(Point p, double inwards, Direction n, const Box& glass) {
+    Light light = lacquer(lightOf(5, 8, 10), n) * 0.6;
+    // The studio's window, slanting over all the glass and fading downwards.
     const double across = p.x + 0.55 * p.y;
-    const double upper = smoothStep(183, 177, across);
-    const double lower = smoothStep(330, 324, across);
-    light = light + lightOf(120, 150, 165) * (0.085 * (p.y < MIDDLE ? upper : lower * 0.45));
-    return light * (0.12 + 0.88 * smoothStep(0, 1.4, inwards));
+    const double cut = glass.top < MIDDLE ? 198 : 300;
+    const double down = (p.y - glass.top) / (glass.bottom - glass.top);
+    light = light + lightOf(118, 156, 172) *
+                        (smoothStep(cut + 1, cut - 1, across) * mixed(0.115, 0.020, down));
+    return light * (0.04 + 0.96 * smoothStep(0, 1.8, inwards));
 }
 
 /// A fine edge around an opening in the glass, catching the light below right.
@@ -258,6 +299,19 @@ Light lipLight(Point p, double distance, const Box& box) {
     return lightOf(110, 150, 165) * (lip * (0.05 + 0.35 * lit));
 }
 
+/// The printed scale over the bar: sixteen parts of its width, on whole pixels.
+double scaleMark(Point p) {
+    constexpr double LEFT = 40;
+    constexpr double PART = 16;
+    constexpr double BOTTOM = 283;
+    const double place = std::floor((p.x - LEFT) / PART);
+    if (place < 0 || place > 16 || p.x - LEFT - place * PART > 1 || p.y > BOTTOM) {
+        return 0;
+    }
+    const bool isLong = static_cast<int>(place) % 4 == 0;
+    return p.y > BOTTOM - (isLong ? 4 : 2) ? (isLong ? 1.0 : 0.6) : 0;
+}
+
 Drop colourAt(Point p, Direction n) {
     const Place at = placeOf(p);
     Light light;
@@ -267,19 +321,21 @@ Drop colourAt(Point p, Direction n) {
         light = plateColour(p, at, n);
     } else if (at.display < 0) {
         // The display lies deep: its upper and left rims shade it.
-        const double top = smoothStep(0, 3.2, p.y - DISPLAY.top);
-        const double left = smoothStep(0, 2.6, p.x - DISPLAY.left);
-        light = lightOf(DISPLAY_COLOUR) * (0.28 + 0.72 * top) * (0.45 + 0.55 * left);
+        const double top = smoothStep(0, 4.2, p.y - DISPLAY.top);
+        const double left = smoothStep(0, 4.2, p.x - DISPLAY.left);
+        light = lightOf(DISPLAY_COLOUR) * (0.16 + 0.84 * top) * (0.26 + 0.74 * left);
+        light = light *
+                (0.6 + 0.4 * smoothStep(0, 1, std::min(DISPLAY.bottom - p.y, DISPLAY.right - p.x)));
     } else if (at.glass < 0) {
-        light = glassColour(p, -at.glass, n) + lipLight(p, at.display, DISPLAY);
+        light = glassColour(p, -at.glass, n, GLASS) + lipLight(p, at.display, DISPLAY);
     } else if (at.deck < 0) {
-        light = glassColour(p, -at.deck, n) * mixed(1, 0.25, smoothStep(0.3, -1.2, at.slot)) +
-                lipLight(p, at.slot, SLOT);
+        light = glassColour(p, -at.deck, n, DECK) * mixed(1, 0.25, smoothStep(0.3, -1.2, at.slot)) +
+                lipLight(p, at.slot, SLOT) + lightOf(DISPLAY_COLOUR) * (0.30 * scaleMark(p));
     } else {
         light = shellColour(p, at, n);
     }
     // Transparency is one bit: instead of blending, the edge goes dark.
-    return {light * (0.06 + 0.94 * smoothStep(0.2, 2.8, -at.edge)), 1};
+    return {light * (0.05 + 0.95 * smoothStep(0.25, 2.1, -at.edge)), 1};
 }
 
 /// The pixels of the window, as its shape has them.
@@ -301,19 +357,26 @@ Mask outlineMask(int scale) {
 } // namespace
 
 Picture drawBody(int scale) {
-    constexpr int SAMPLES = 4;
+    const int samples = scale == 1 ? 4 : (scale == 2 ? 3 : 2);
     const Drawing drawing =
-        draw({heightAt, colourAt}, {0, 0}, WIDTH * scale, HEIGHT * scale, scale, SAMPLES);
-    // The texts lie on their own plain ground, so this part takes no dithering.
-    constexpr Box PLAIN{84, 56, 255, 88};
+        draw({heightAt, colourAt}, {0, 0}, WIDTH * scale, HEIGHT * scale, scale, samples);
+    // The texts lie on their own plain ground, so this part takes no dithering. A hairline parts
+    // the display's two lines.
+    constexpr Box PLAIN{84, 57, 254, 88};
+    constexpr Box HAIRLINE{86, 73, 250, 74};
+    constexpr Rgba HAIRLINE_COLOUR{0, 141, 171};
     Picture fixed(WIDTH * scale, HEIGHT * scale, CLEAR);
-    for (int y = static_cast<int>(PLAIN.top) * scale; y < static_cast<int>(PLAIN.bottom) * scale;
-         ++y) {
-        for (int x = static_cast<int>(PLAIN.left) * scale;
-             x < static_cast<int>(PLAIN.right) * scale; ++x) {
-            fixed.at(x, y) = DISPLAY_COLOUR;
+    const auto fill = [&](const Box& box, Rgba colour) {
+        for (int y = static_cast<int>(box.top) * scale; y < static_cast<int>(box.bottom) * scale;
+             ++y) {
+            for (int x = static_cast<int>(box.left) * scale;
+                 x < static_cast<int>(box.right) * scale; ++x) {
+                fixed.at(x, y) = colour;
+            }
         }
-    }
+    };
+    fill(PLAIN, DISPLAY_COLOUR);
+    fill(HAIRLINE, HAIRLINE_COLOUR);
     return dithered(drawing, fixed, outlineMask(scale), 255);
 }
 

@@ -31,19 +31,23 @@ double roundHeight(Point p) {
     }
     // A rounded shoulder, and a shallow hollow for the finger.
     const double hollow = 1 - clamped(radius / 9.6, 0, 1) * clamped(radius / 9.6, 0, 1);
-    return roundedRise(CAP_RADIUS - radius, 4.4, 2.7) - 0.75 * hollow * hollow;
+    return roundedRise(CAP_RADIUS - radius, 3.4, 2.6) - 0.75 * hollow * hollow;
 }
 
 Drop roundColour(const Figure& symbol, Point p, Direction n) {
     const Point from = p - ROUND_CENTRE;
     const double radius = length(from);
     const Light seat = seatLight(radius - SEAT_RADIUS, n);
-    Light cap = lacquer(lightOf(30, 34, 38), n);
-    // The lamp's own reflection: a narrow crescent on the shoulder, and a faint one opposite.
-    const double up = radius > 0 ? (from.x * -0.5 + from.y * -0.87) / radius : 0;
-    const double shoulder = smoothStep(10.4, 11.4, radius) * smoothStep(13.4, 12.2, radius);
-    cap = cap + lightOf(215, 232, 240) * (0.42 * shoulder * smoothStep(0.35, 1.0, up));
-    cap = cap + lightOf(90, 150, 165) * (0.22 * shoulder * smoothStep(0.55, 1.0, -up));
+    Light cap = lacquer(lightOf(15, 18, 22), n);
+    // What makes it glossy: the lamp over its upper part, cut off by the hollow's edge...
+    const double lamp = smoothStep(12.3, 11.6, radius) *
+                        smoothStep(-0.35, 0.35, circleDistance(p, {15.9, 29.5}, 18.9));
+    const double height = smoothStep(12.5, 3, p.y + 0.25 * from.x);
+    cap = cap + lightOf(206, 226, 236) * (lamp * (0.035 + 0.30 * height * height));
+    // ...and the table's light on the opposite shoulder.
+    const double down = radius > 0 ? (from.x * 0.55 + from.y * 0.835) / radius : 0;
+    const double shoulder = smoothStep(10.4, 11.8, radius) * smoothStep(13.2, 12.2, radius);
+    cap = cap + lightOf(70, 170, 196) * (0.30 * shoulder * smoothStep(0.45, 1.0, down));
     // The symbol is let into the cap.
     cap = cap * mixed(1, 0.35, smoothStep(1.8, 0.2, symbol.distance(p)));
     return {mixed(cap, seat, smoothStep(CAP_RADIUS - 0.5, CAP_RADIUS + 0.3, radius)), 1};

@@ -10,10 +10,12 @@ namespace {
 using Stroke = std::vector<Point>;
 
 /// A letter in units of its own: the x-height is 2 units, the baseline lies at y = 0, up is
-/// negative; the strokes' middles are given.
+/// negative; the strokes' middles are given. What is round or slants stands closer to its
+/// neighbours than what is straight: that is what tight takes away on either side.
 struct Letter {
     std::vector<Stroke> strokes;
     double width;
+    double tight = 0;
 };
 
 Stroke joined(Stroke first, const Stroke& second) {
@@ -24,19 +26,19 @@ Stroke joined(Stroke first, const Stroke& second) {
 Letter letter(char name) {
     switch (name) {
     case 'Z':
-        return {{{{0, -2.8}, {1.9, -2.8}, {0, 0}, {2, 0}}}, 2};
+        return {{{{0, -2.8}, {1.9, -2.8}, {0, 0}, {2, 0}}}, 2, 0.05};
     case 'v':
-        return {{{{0, -2}, {0.85, 0}, {1.7, -2}}}, 1.7};
+        return {{{{0, -2}, {0.85, 0}, {1.7, -2}}}, 1.7, 0.2};
     case 'o':
-        return {{arc({1, -1}, 1, 0, 24)}, 2};
+        return {{arc({1, -1}, 1, 0, 24)}, 2, 0.12};
     case 'n':
         return {{{{0, 0}, {0, -2}}, joined(arc({0.85, -1.15}, 0.85, 12, 24), {{1.7, 0}})}, 1.7};
     case 'i':
         return {{{{0, 0}, {0, -2}}, {{0, -2.9}, {0, -2.85}}}, 0};
     case 'e':
-        return {{joined({{0.05, -1.02}, {1.95, -1.02}}, arc({1, -1}, 1, 24, 3))}, 2};
+        return {{joined({{0.05, -1.02}, {1.95, -1.02}}, arc({1, -1}, 1, 24, 3))}, 2, 0.12};
     case 'c':
-        return {{arc({1, -1}, 1, 21, 3)}, 1.8};
+        return {{arc({1, -1}, 1, 21, 3)}, 1.8, 0.12};
     case 'm':
         return {{{{0, 0}, {0, -2}},
                  joined(arc({0.7, -1.3}, 0.7, 12, 24), {{1.4, 0}}),
@@ -46,6 +48,53 @@ Letter letter(char name) {
         return {{{{0, -2}, {0, 0.9}}, arc({1, -1}, 1, 0, 24)}, 2};
     case '3':
         return {{joined(arc({0.75, -2.05}, 0.75, 14, 30), arc({0.75, -0.65}, 0.8, 18, 34))}, 1.5};
+    // Capitals for the small print: 2 units high, on a grid that makes whole pixels of them.
+    case 'M':
+        return {{{{0, 0}, {0, -2}, {1, -0.9}, {2, -2}, {2, 0}}}, 2};
+    case 'P':
+        return {{{{0, 0}, {0, -2}, {1.1, -2}, {1.5, -1.5}, {1.1, -1}, {0, -1}}}, 1.5};
+    case 'E':
+        return {{{{1.5, -2}, {0, -2}, {0, 0}, {1.5, 0}}, {{0, -1}, {1.2, -1}}}, 1.5};
+    case 'R':
+        return {
+            {{{0, 0}, {0, -2}, {1.1, -2}, {1.5, -1.5}, {1.1, -1}, {0, -1}}, {{0.7, -1}, {1.5, 0}}},
+            1.5};
+    case 'L':
+        return {{{{0, -2}, {0, 0}, {1.5, 0}}}, 1.5};
+    case 'A':
+        return {{{{0, 0}, {0, -1.2}, {0.75, -2}, {1.5, -1.2}, {1.5, 0}}, {{0, -0.7}, {1.5, -0.7}}},
+                1.5};
+    case 'Y':
+        return {{{{0, -2}, {0.75, -1}, {1.5, -2}}, {{0.75, -1}, {0.75, 0}}}, 1.5};
+    case 'T':
+        return {{{{0, -2}, {1.5, -2}}, {{0.75, -2}, {0.75, 0}}}, 1.5};
+    case 'I':
+        return {{{{0, 0}, {0, -2}}}, 0};
+    case 'D':
+        return {{{{0, 0}, {0, -2}, {1.0, -2}, {1.5, -1.5}, {1.5, -0.5}, {1.0, 0}, {0, 0}}}, 1.5};
+    case 'G':
+        return {{{{1.5, -2},
+                  {0.4, -2},
+                  {0, -1.5},
+                  {0, -0.5},
+                  {0.4, 0},
+                  {1.5, 0},
+                  {1.5, -1},
+                  {0.9, -1}}},
+                1.5};
+    case 'U':
+        return {{{{0, -2}, {0, -0.4}, {0.4, 0}, {1.1, 0}, {1.5, -0.4}, {1.5, -2}}}, 1.5};
+    case 'O':
+        return {{{{0.4, -2},
+                  {1.1, -2},
+                  {1.5, -1.6},
+                  {1.5, -0.4},
+                  {1.1, 0},
+                  {0.4, 0},
+                  {0, -0.4},
+                  {0, -1.6},
+                  {0.4, -2}}},
+                1.5};
     default:
         return {{}, 1};
     }
@@ -59,6 +108,7 @@ public:
         double x = baseline.x;
         for (const char name : text) {
             const Letter drawn = letter(name);
+            x -= drawn.tight * unit;
             for (const Stroke& stroke : drawn.strokes) {
                 Stroke placed;
                 for (const Point point : stroke) {
@@ -66,7 +116,7 @@ public:
                 }
                 strokes_.push_back(placed);
             }
-            x += drawn.width * unit + gap;
+            x += (drawn.width - drawn.tight) * unit + gap;
         }
     }
 
@@ -87,8 +137,13 @@ private:
 } // namespace
 
 double wordmarkDistance(Point p) {
-    static const Lettering NAME("Zvonivec", {71.5, 35.5}, 3.5, 3.5, 1.35);
+    static const Lettering NAME("Zvonivec", {71.5, 35.5}, 3.5, 3.4, 1.5);
     return p.y < 20 || p.y > 42 || p.x > 170 || p.x < 66 ? 1000 : NAME.distance(p);
+}
+
+double smallPrintDistance(Point p) {
+    static const Lettering PRINT("DIGITAL AUDIO", {135.5, 322.5}, 2, 3, 1);
+    return p.y < 315 || p.y > 326 || p.x > 220 || p.x < 110 ? 1000 : PRINT.distance(p);
 }
 
 double mp3Distance(Point p) {

@@ -12,10 +12,15 @@ Light lacquer(Light ground, Direction surface);
 /// lightness at that place.
 Light brushedMetal(Light tint, Direction surface, double grain);
 
+/// Polished metal: a mirror of the studio, so bright or dark with every turn of the surface.
+Light polishedMetal(Light tint, Direction surface);
+
 /// How a rounded edge rises from a rim: 0 at the rim, height from that many pixels inwards on, and
 /// ever steeper downwards outside.
 double roundedRise(double inwards, double width, double height);
 /// A straight bevel with soft ends.
 double bevelledRise(double inwards, double width, double height);
+/// A round bead of that width along a line, its outer side being at 0.
+double beadRise(double inwards, double width, double height);
 
 } // namespace zvonivec::skin
