@@ -46,12 +46,15 @@ Form::Form(std::string name, Kind kind, float width, float height)
     if (kind == Kind::popup) {
         widget().setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
         widget().Deactivated = [this] { deactivate(); };
-        // Under X11 the popup never has the keyboard, so it looks where the keyboard goes.
+        // Under X11 the popup never has the keyboard, so it looks whether the forms lose it. It may
+        // also come to them late, when the popup is shown already.
         QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &widget(),
-                         [this](QWindow* focused) {
-                             if (!isForm(focused)) {
+                         [this, had = false](QWindow* focused) mutable {
+                             const bool has = isForm(focused);
+                             if (had && !has) {
                                  deactivate();
                              }
+                             had = has;
                          });
     }
     Control::setVisible(false);

@@ -2,28 +2,35 @@
 
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 
 namespace zvonivec {
 
+namespace {
+
+/// The move that is under way: there is one pointer. User-interface thread.
+QPointer<WindowMover> current;
+
+} // namespace
+
 void WindowMover::start(QWidget& window) {
-    if (window.windowHandle() == nullptr ||
-        window.findChild<WindowMover*>({}, Qt::FindDirectChildrenOnly) != nullptr) {
+    if (window.windowHandle() == nullptr || current != nullptr) {
         return;
     }
     if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
         window.windowHandle()->startSystemMove(); // no program places its windows there
         return;
     }
-    new WindowMover(window); // the window owns it
+    current = new WindowMover(window); // the window owns it
 }
 
 WindowMover::WindowMover(QWidget& window) : QObject(&window), window_(window), from_(window.pos()) {
     window.windowHandle()->installEventFilter(this);
 }
 
-bool WindowMover::eventFilter(QObject* watched, QEvent* event) {
+bool WindowMover::eventFilter(QObject* /*watched*/, QEvent* event) {
     switch (event->type()) {
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease: {
@@ -32,14 +39,12 @@ bool WindowMover::eventFilter(QObject* watched, QEvent* event) {
             follow(mouse);
         }
         if (mouse.buttons() == Qt::NoButton) {
-            deleteLater();
-            watched->removeEventFilter(this);
+            end();
         }
         break;
     }
     case QEvent::Hide:
-        deleteLater();
-        watched->removeEventFilter(this);
+        end();
         break;
     default:
         break;
@@ -47,10 +52,18 @@ bool WindowMover::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
+void WindowMover::end() {
+    current = nullptr;
+    window_.windowHandle()->removeEventFilter(this);
+    deleteLater();
+}
+
 void WindowMover::follow(const QMouseEvent& event) {
+    if (!pressedAt_) { // a second button's press counts for later events
+        pressedAt_ = event.points().first().globalPressPosition();
+    }
     // Places on the screen, so that it doesn't matter how far the window has come meanwhile.
-    const QPointF way = event.globalPosition() - event.points().first().globalPressPosition();
-    window_.move(from_ + way.toPoint());
+    window_.move(from_ + (event.globalPosition() - *pressedAt_).toPoint());
 }
 
 } // namespace zvonivec

@@ -3,6 +3,8 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QPointF>
+#include <optional>
 
 class QWidget;
 class QMouseEvent;
@@ -16,7 +18,7 @@ namespace zvonivec {
 /// of the right button opens the menu.
 class WindowMover : public QObject {
 public:
-    /// Does nothing while the window is on its way already, for a second button.
+    /// Does nothing while a window is on its way already, for a second button.
     static void start(QWidget& window);
 
 protected:
@@ -25,9 +27,11 @@ protected:
 private:
     explicit WindowMover(QWidget& window);
     void follow(const QMouseEvent& event);
+    void end();
 
-    QWidget& window_; ///< the parent
-    QPoint from_;     ///< where the window was at the press
+    QWidget& window_;                  ///< the parent
+    QPoint from_;                      ///< where the window was at the press
+    std::optional<QPointF> pressedAt_; ///< and the pointer, known from the first event on
 };
 
 } // namespace zvonivec

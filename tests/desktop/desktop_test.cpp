@@ -72,20 +72,20 @@ bool Player::showsMark(player::Button command) const {
 
 bool Player::showsStatus(const std::string& text) const {
     Picture expected("body.gif");
-    expected.write(text, {player::STATUS.x, player::STATUS.y}, 0xFFFF80);
+    expected.write(text, {player::STATUS.x, player::STATUS.y}, 0xFFFF80, {});
     return shows(expected, player::STATUS);
 }
 
 bool Player::showsRunningTime(const std::string& text) const {
     Picture expected("body.gif");
-    expected.write(text, {player::RUNNING_TIME.x, player::RUNNING_TIME.y}, 0xC0FFC0);
+    expected.write(text, {player::RUNNING_TIME.x, player::RUNNING_TIME.y}, 0xC0FFC0, {});
     return shows(expected, player::RUNNING_TIME);
 }
 
 bool Player::showsLength(const std::string& text) const {
     Picture expected("body.gif");
     expected.write(text, {player::LENGTH.x + player::LENGTH.width, player::LENGTH.y}, 0xFFFFC0,
-                   true);
+                   {.endsThere = true});
     return shows(expected, player::LENGTH);
 }
 

@@ -82,6 +82,8 @@ protected:
     /// The dialog or message box that is shown now, once it can take keys; waited for.
     [[nodiscard]] std::optional<Window> waitForDialog() const;
     [[nodiscard]] std::optional<Window> waitForMessageBox() const;
+    [[nodiscard]] std::optional<Window>
+    waitForWindowWithKeyboard(const std::function<bool(const Window&)>& condition) const;
     /// Clicks the logo, types a path into the dialog and confirms it; returns when that dialog is
     /// gone. Without a path the dialog is cancelled.
     void openFile(const std::string& path);
@@ -98,8 +100,6 @@ protected:
     std::unique_ptr<Player> player_;
 
 private:
-    std::optional<Window>
-    waitForWindowWithKeyboard(const std::function<bool(const Window&)>& condition) const;
     void keepEvidence() const;
 };
 

@@ -52,15 +52,16 @@ QImage Picture::image() const {
     return result;
 }
 
-void Picture::write(const std::string& text, Point place, Colour colour, bool endsThere) {
+void Picture::write(const std::string& text, Point place, Colour colour, Style style) {
     QImage written = image();
     QPainter painter(&written);
-    painter.setFont(labelFont(false));
+    painter.setFont(labelFont(style.bold));
     painter.setPen(QColor(colour));
     const QString line = QString::fromStdString(text);
     const int width = painter.fontMetrics().horizontalAdvance(line);
-    painter.drawText(QRect(endsThere ? place.x - width : place.x, place.y, width, LINE_HEIGHT),
-                     Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, line);
+    painter.drawText(
+        QRect(style.endsThere ? place.x - width : place.x, place.y, width, LINE_HEIGHT),
+        Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, line);
     painter.end();
     *this = Picture(written);
 }
@@ -74,6 +75,15 @@ Picture Picture::part(const Rectangle& place) const {
             result.pixels_.push_back(at(place.x + x, place.y + y));
         }
     }
+    return result;
+}
+
+Picture Picture::filled(int width, int height, Colour colour) {
+    Picture result;
+    result.width_ = width;
+    result.height_ = height;
+    result.pixels_.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                          colour);
     return result;
 }
 

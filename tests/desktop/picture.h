@@ -22,12 +22,16 @@ public:
     [[nodiscard]] std::optional<Colour> at(int x, int y) const;
     /// Draws another picture on this one.
     void put(const Picture& picture, Point place);
-    /// Writes a line as the player's labels do, its top left corner at a place, or its top right
-    /// corner when it ends there.
-    void write(const std::string& text, Point place, Colour colour, bool endsThere = false);
+    struct Style {
+        bool bold = false;
+        bool endsThere = false; ///< the place is the line's top right corner, not its top left one
+    };
+    /// Writes a line as the player's labels do.
+    void write(const std::string& text, Point place, Colour colour, Style style);
     /// The part of it that lies in a rectangle.
     [[nodiscard]] Picture part(const Rectangle& place) const;
 
+    static Picture filled(int width, int height, Colour colour);
     /// The scrolling line: text and shadow on the display's colour, as wide as the text.
     static Picture informationStrip(const std::string& text);
 

@@ -137,21 +137,26 @@ void strike(::Display* connection, const Key& key) {
 
 } // namespace
 
-void Keyboard::key(const char* name, const char* held) const {
-    const unsigned modifier =
-        held == nullptr
-            ? 0
-            : XKeysymToKeycode(connection_, XStringToKeysym((std::string(held) + "_L").c_str()));
-    if (modifier != 0) {
-        send(connection_, modifier, true);
-    }
-    const unsigned code = XKeysymToKeycode(connection_, XStringToKeysym(name));
-    send(connection_, code, true);
-    send(connection_, code, false);
-    if (modifier != 0) {
-        send(connection_, modifier, false);
-    }
+void Keyboard::press(const char* name) const {
+    send(connection_, XKeysymToKeycode(connection_, XStringToKeysym(name)), true);
     XSync(connection_, False);
+}
+
+void Keyboard::release(const char* name) const {
+    send(connection_, XKeysymToKeycode(connection_, XStringToKeysym(name)), false);
+    XSync(connection_, False);
+}
+
+void Keyboard::key(const char* name, const char* held) const {
+    const std::string modifier = held == nullptr ? "" : std::string(held) + "_L";
+    if (held != nullptr) {
+        press(modifier.c_str());
+    }
+    press(name);
+    release(name);
+    if (held != nullptr) {
+        release(modifier.c_str());
+    }
 }
 
 void Keyboard::type(std::string_view utf8) const {

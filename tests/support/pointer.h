@@ -44,6 +44,9 @@ public:
     void key(const char* name, const char* held = nullptr) const;
     void type(std::string_view utf8) const;
 
+    void press(const char* name) const;
+    void release(const char* name) const;
+
 private:
     _XDisplay* connection_;
 };

@@ -216,6 +216,11 @@ void Window::moveTo(Point place) const {
     XSync(display_->connection(), False);
 }
 
+void Window::raise() const {
+    XRaiseWindow(display_->connection(), id_);
+    XSync(display_->connection(), False);
+}
+
 std::vector<Window> titledWindows(const Display& display) {
     ::Display* connection = display.connection();
     std::vector<Window> result;
@@ -264,6 +269,51 @@ std::optional<Window> waitForWindow(const Display& display, const std::string& t
         },
         limit);
     return found;
+}
+
+WindowHistory::WindowHistory(const Window& window)
+    : connection_(XOpenDisplay(DisplayString(window.display().connection()))), id_(window.id()) {
+    XSelectInput(connection_, id_, StructureNotifyMask);
+    XSync(connection_, False);
+}
+
+WindowHistory::~WindowHistory() {
+    XCloseDisplay(connection_);
+}
+
+int WindowHistory::timesHidden() const {
+    read();
+    return timesHidden_;
+}
+
+std::vector<Point> WindowHistory::places() const {
+    read();
+    return places_;
+}
+
+void WindowHistory::read() const {
+    XSync(connection_, False);
+    while (XPending(connection_) > 0) {
+        XEvent event;
+        XNextEvent(connection_, &event);
+        if (event.type == UnmapNotify) {
+            ++timesHidden_;
+        } else if (event.type == ConfigureNotify && event.xconfigure.send_event != 0) {
+            places_.push_back({event.xconfigure.x, event.xconfigure.y});
+        } else if (event.type == ConfigureNotify) {
+            // The server counts from the frame where there is one.
+            ::Window root = None;
+            ::Window parent = None;
+            ::Window* children = nullptr;
+            unsigned count = 0;
+            if (XQueryTree(connection_, id_, &root, &parent, &children, &count) != 0) {
+                XFree(children);
+                if (parent == root) {
+                    places_.push_back({event.xconfigure.x, event.xconfigure.y});
+                }
+            }
+        }
+    }
 }
 
 PlainWindow::PlainWindow(const Display& display, const Rectangle& place, std::uint32_t colour,

@@ -26,6 +26,7 @@ public:
     [[nodiscard]] std::string className() const;
     /// The process that it says it belongs to, 0 when it doesn't say.
     [[nodiscard]] pid_t pid() const;
+    [[nodiscard]] const Display& display() const { return *display_; }
 
     /// The client area on the screen.
     [[nodiscard]] Rectangle place() const;
@@ -55,6 +56,7 @@ public:
     /// Gives it the keyboard without a window manager.
     void focus() const;
     void moveTo(Point place) const;
+    void raise() const;
 
     friend bool operator==(const Window& a, const Window& b) { return a.id_ == b.id_; }
 
@@ -77,6 +79,28 @@ std::vector<Window> managedWindows(const Display& display);
 /// The shown window with this title, waited for.
 std::optional<Window> waitForWindow(const Display& display, const std::string& title,
                                     std::chrono::milliseconds limit = std::chrono::seconds(20));
+
+/// What happens to a window from now on.
+class WindowHistory {
+public:
+    /// The window's Display must outlive it.
+    explicit WindowHistory(const Window& window);
+    WindowHistory(const WindowHistory&) = delete;
+    WindowHistory& operator=(const WindowHistory&) = delete;
+    ~WindowHistory();
+
+    [[nodiscard]] int timesHidden() const;
+    /// Where it has been put since, in order, on the screen.
+    [[nodiscard]] std::vector<Point> places() const;
+
+private:
+    void read() const;
+
+    ::_XDisplay* connection_; ///< of its own, so that events can wait in it
+    Window::Id id_;
+    mutable int timesHidden_ = 0;
+    mutable std::vector<Point> places_;
+};
 
 /// A window of the test's own, of one colour, that records the clicks it gets.
 class PlainWindow {

@@ -1,0 +1,194 @@
+// Dragging the player by its body and its display.
+#include "tests/desktop/menu.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace support {
+
+namespace {
+
+constexpr int BUTTONS_OF_A_MOUSE[] = {1, 2, 3};
+
+class DraggingTest : public MenuTest, public testing::WithParamInterface<std::string> {
+protected:
+    DraggingTest() : MenuTest({.windowManager = GetParam()}) {}
+
+    [[nodiscard]] Point corner() const {
+        const Rectangle place = player_->window().place();
+        return {place.x, place.y};
+    }
+    [[nodiscard]] bool becomesPlacedAt(Point place) const {
+        return waitUntil([&] { return corner() == place; });
+    }
+    /// A press, when the player has taken it: with a window manager a press gives the window the
+    /// keyboard, and what comes faster than a hand may get lost there.
+    void press(Point place, int button) {
+        moveTo(place);
+        pointer_.press(button);
+        if (display_.hasWindowManager()) {
+            ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
+        }
+    }
+};
+
+TEST_P(DraggingTest, EverySurfaceDragsWithEveryButton) {
+    // A place of the strip between its letters is the strip itself; at the letters it is one of its
+    // two labels.
+    ASSERT_TRUE(
+        waitUntil([&] { return player_->informationLeft(player::WELCOME).value_or(200) < 20; },
+                  std::chrono::seconds(20)));
+    const Point surfaces[] = {player::BODY, Point{170, 62}, Point{170, 71}, Point{90, 58},
+                              Point{300, 320}};
+    for (const Point surface : surfaces) {
+        for (const int button : BUTTONS_OF_A_MOUSE) {
+            const Point before = corner();
+            const Point from = player_->onScreen(surface);
+            press(surface, button);
+            pointer_.moveTo({from.x + 40, from.y + 25});
+            EXPECT_TRUE(becomesPlacedAt({before.x + 40, before.y + 25})) << surface.x << button;
+            EXPECT_FALSE(menu());
+            pointer_.moveTo({from.x - 10, from.y - 15});
+            pointer_.release(button);
+            EXPECT_TRUE(becomesPlacedAt({before.x - 10, before.y - 15})) << surface.x << button;
+            if (button == 3) {
+                EXPECT_TRUE(waitUntil([&] { return menu().has_value(); })) << surface.x;
+                EXPECT_EQ(menu().value().place(),
+                          (Rectangle{from.x - 10, from.y - 15, menu::WIDTH, menu::HEIGHT}));
+                keyboard_.key("Escape");
+                EXPECT_TRUE(waitUntilMenuIsGone());
+            }
+            pointer_.moveTo({from.x, from.y}); // without a button nothing moves
+            moveTo(surface);
+            EXPECT_EQ(corner(), (Point{before.x - 10, before.y - 15}));
+            EXPECT_FALSE(menu());
+        }
+    }
+}
+
+TEST_P(DraggingTest, NothingElseDrags) {
+    playFile(30);
+    const Point before = corner();
+    const Rectangle others[] = {player::STATUS,
+                                player::VOLUME,
+                                player::LOGO,
+                                player::BAR,
+                                player::MARK,
+                                player::BUTTONS[player::pause],
+                                Rectangle{40, 264, 30, 13},
+                                Rectangle{267, 264, 30, 13}};
+    for (const Rectangle& other : others) {
+        for (const int button : BUTTONS_OF_A_MOUSE) {
+            const Point from = player_->onScreen(other.middle());
+            press(other.middle(), button);
+            pointer_.moveTo({from.x + 60, from.y + 35});
+            // The release elsewhere keeps the logo from opening its dialog only with buttons that
+            // open none.
+            if (other == player::LOGO && button == 1) {
+                pointer_.release(button);
+                const auto dialog = waitForDialog();
+                ASSERT_TRUE(dialog);
+                answer(*dialog, "Escape");
+                ASSERT_TRUE(waitUntil(
+                    [&] { return player_->window().isActive() || !display_.hasWindowManager(); }));
+            } else {
+                pointer_.release(button);
+            }
+            EXPECT_FALSE(menu());
+        }
+    }
+    // Events come in order: when this drag shows, the others have been dealt with.
+    const Point from = player_->onScreen(player::BODY);
+    press(player::BODY, 1);
+    pointer_.moveTo({from.x + 1, from.y + 2});
+    pointer_.release(1);
+    EXPECT_TRUE(becomesPlacedAt({before.x + 1, before.y + 2}));
+}
+
+TEST_P(DraggingTest, AClickMovesNothing) {
+    const WindowHistory history(player_->window());
+    const Point before = corner();
+    for (const int button : {1, 2}) {
+        click(player::BODY, button);
+    }
+    openMenu();
+    keyboard_.key("Escape");
+    EXPECT_TRUE(waitUntilMenuIsGone());
+    EXPECT_EQ(corner(), before);
+    EXPECT_TRUE(
+        std::ranges::all_of(history.places(), [&](Point place) { return place == before; }));
+}
+
+TEST_P(DraggingTest, ThePressedPointStaysUnderThePointerAtAnySpeed) {
+    const WindowHistory history(player_->window());
+    const Point before = corner();
+    const Point from = player_->onScreen(player::BODY);
+    press(player::BODY, 1);
+    std::vector<Point> way;
+    for (int i = 1; i <= 400; ++i) {
+        // Circles, slow and fast, and now and then a leap across the screen.
+        const double angle = i * i / 600.0;
+        const Point step{static_cast<int>(std::lround(150 * std::sin(angle))) +
+                             (i % 50 == 0 ? 250 : 0),
+                         static_cast<int>(std::lround(90 * (1 - std::cos(angle))))};
+        way.push_back({before.x + step.x, before.y + step.y});
+        pointer_.moveTo({from.x + step.x, from.y + step.y});
+        if (i % 20 == 0) {
+            EXPECT_TRUE(becomesPlacedAt(way.back())) << i;
+        }
+    }
+    pointer_.release(1);
+    EXPECT_TRUE(becomesPlacedAt(way.back()));
+    // Wherever it was seen, the pointer had been there, and in that order.
+    auto next = way.begin();
+    for (const Point place : history.places()) {
+        if (place == before) {
+            continue;
+        }
+        const auto found = std::find(next, way.end(), place);
+        ASSERT_NE(found, way.end()) << place.x << ' ' << place.y << " is none of the way";
+        next = found;
+    }
+}
+
+TEST_P(DraggingTest, ASecondButtonNeitherEndsNorShiftsTheMove) {
+    const Point before = corner();
+    const Point from = player_->onScreen(player::BODY);
+    press(player::BODY, 1);
+    pointer_.moveTo({from.x + 30, from.y + 20});
+    EXPECT_TRUE(becomesPlacedAt({before.x + 30, before.y + 20}));
+    pointer_.press(2);
+    pointer_.moveTo({from.x + 50, from.y + 40});
+    EXPECT_TRUE(becomesPlacedAt({before.x + 50, before.y + 40}));
+    pointer_.release(1);
+    pointer_.moveTo({from.x + 70, from.y + 10});
+    EXPECT_TRUE(becomesPlacedAt({before.x + 70, before.y + 10}));
+    pointer_.release(2);
+    pointer_.moveTo({from.x, from.y});
+    moveTo(player::BUTTONS[player::close].middle());
+    EXPECT_TRUE(
+        waitUntil([&] { return player_->showsButton(player::close, player::Look::hover); }));
+    EXPECT_EQ(corner(), (Point{before.x + 70, before.y + 10}));
+}
+
+TEST_P(DraggingTest, DoesNotStopTheTrack) {
+    playFile(30);
+    const Point before = corner();
+    const Point from = player_->onScreen(player::BODY);
+    press(player::BODY, 1);
+    pointer_.moveTo({from.x + 100, from.y + 20});
+    EXPECT_TRUE(becomesPlacedAt({before.x + 100, before.y + 20}));
+    const Screenshot strip = player_->screenshot(player::INFORMATION);
+    EXPECT_TRUE(waitUntil([&] { return !(player_->screenshot(player::INFORMATION) == strip); }));
+    EXPECT_TRUE(waitForSound());
+    pointer_.release(1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, DraggingTest, testing::Values("openbox", "xfwm4", ""),
+                         [](const auto& tested) {
+                             return tested.param.empty() ? "none" : tested.param;
+                         });
+
+} // namespace
+
+} // namespace support

@@ -1,0 +1,37 @@
+#include "tests/desktop/menu.h"
+
+namespace support {
+
+std::optional<Window> MenuTest::menu() const {
+    return findWindow(display_, [this](const Window& window) {
+        const Rectangle place = window.place();
+        return window.pid() == player_->process().pid() && place.width == menu::WIDTH &&
+               place.height == menu::HEIGHT && window.isShown();
+    });
+}
+
+void MenuTest::openMenu(Point place) {
+    click(place, 3);
+    ASSERT_TRUE(waitUntil([this] { return menu().has_value(); }));
+}
+
+bool MenuTest::waitUntilMenuIsGone() const {
+    return waitUntil([this] { return !menu(); });
+}
+
+void MenuTest::moveTo(const menu::Line& line) const {
+    const Rectangle place = menu().value().place();
+    pointer_.moveTo(line.place().movedBy({place.x, place.y}).middle());
+}
+
+void MenuTest::click(const menu::Line& line, int button) const {
+    const Rectangle place = menu().value().place();
+    pointer_.click(line.place().movedBy({place.x, place.y}).middle(), button);
+}
+
+void MenuTest::choose(const menu::Line& line) {
+    openMenu();
+    click(line);
+}
+
+} // namespace support
