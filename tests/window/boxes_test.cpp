@@ -7,10 +7,16 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QMessageBox>
+#include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QTextLayout>
 #include <QTimer>
 
 namespace zvonivec {
@@ -42,28 +48,42 @@ private:
     int seen_ = 0;
 };
 
+const QTextEdit& textOf(const QDialog& box) {
+    return *box.findChild<QTextEdit*>();
+}
+
 TEST_F(Boxes, AMessageBoxIsPlainTextWithOneButton) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
-    whenShown<QMessageBox>([this](QMessageBox& box) {
-        EXPECT_EQ(box.text(), "<b>x</b>\r\ny");
-        EXPECT_EQ(box.textFormat(), Qt::PlainText);
-        EXPECT_EQ(box.windowTitle(), "Zvonivec");
-        EXPECT_EQ(box.icon(), QMessageBox::Critical);
-        ASSERT_EQ(box.buttons().size(), 1);
-        EXPECT_EQ(box.standardButton(box.buttons()[0]), QMessageBox::Ok);
-        EXPECT_EQ(box.parentWidget(), &window());
-        EXPECT_TRUE(box.isModal());
-    });
-    boxes.MsgBox("<b>x</b>\r\ny", vbCritical, "Zvonivec");
-    EXPECT_EQ(seen(), 1);
+    const auto showAndLook = [&](int style, QStyle::StandardPixmap icon) {
+        whenShown<QDialog>([&](QDialog& box) {
+            EXPECT_EQ(textOf(box).toPlainText(), "<b>x</b>\ny");
+            EXPECT_EQ(box.windowTitle(), "Zvonivec");
+            const auto* shownIcon = box.findChild<QLabel*>(QStringLiteral("icon"));
+            ASSERT_NE(shownIcon, nullptr);
+            const QPixmap pixmap = shownIcon->pixmap();
+            EXPECT_FALSE(pixmap.isNull());
+            EXPECT_EQ(pixmap.toImage(),
+                      box.style()->standardIcon(icon).pixmap(pixmap.size()).toImage());
+            const auto buttons = box.findChildren<QPushButton*>();
+            ASSERT_EQ(buttons.size(), 1);
+            EXPECT_EQ(buttons[0]->text().remove(u'&'), "OK");
+            EXPECT_TRUE(buttons[0]->isDefault());
+            EXPECT_EQ(box.parentWidget(), &window());
+            EXPECT_TRUE(box.isModal());
+        });
+        boxes.MsgBox("<b>x</b>\r\ny", style, "Zvonivec");
+    };
+    showAndLook(vbCritical, QStyle::SP_MessageBoxCritical);
+    showAndLook(vbInformation, QStyle::SP_MessageBoxInformation);
+    EXPECT_EQ(seen(), 2);
 }
 
 TEST_F(Boxes, TheTimerGoesOnBehindABox) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
     const float before = player().picDisplay.Left();
-    whenShown<QMessageBox>([&](QMessageBox&) {
+    whenShown<QDialog>([&](QDialog&) {
         EXPECT_TRUE(serveUntil([&] { return player().picDisplay.Left() < before - 60; }));
     });
     boxes.MsgBox("x", vbInformation, "y");
@@ -94,9 +114,69 @@ TEST_F(Boxes, ABoxHidesTheMenu) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
     player().ShowPopupMenu();
-    whenShown<QMessageBox>([this](QMessageBox&) { EXPECT_FALSE(popup().Visible()); });
+    whenShown<QDialog>([this](QDialog&) { EXPECT_FALSE(popup().Visible()); });
     boxes.MsgBox("x", vbCritical, "y");
     EXPECT_EQ(seen(), 1);
+}
+
+TEST_F(Boxes, TheTextCanBeSelectedAndKeepsItsLinesAndTabs) {
+    ModalMessageBoxes boxes;
+    boxes.setOwner(player());
+    whenShown<QDialog>([](QDialog& box) {
+        const QTextEdit& text = textOf(box);
+        EXPECT_EQ(text.toPlainText(), "E-mail:\t\ta@example.org\nHome page:\tb\n\nURL: /a b");
+        EXPECT_TRUE(text.isReadOnly());
+        EXPECT_TRUE(text.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+        EXPECT_TRUE(text.textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard));
+        // Both tabbed texts begin at the same place.
+        const auto placeOf = [&](int block, const char* part) {
+            const QTextBlock line = text.document()->findBlockByNumber(block);
+            return line.layout()->lineAt(0).cursorToX(
+                static_cast<int>(line.text().indexOf(QLatin1String(part))));
+        };
+        EXPECT_NEAR(placeOf(0, "a@"), placeOf(1, "b"), 0.5);
+    });
+    boxes.MsgBox("E-mail:\t\ta@example.org\r\nHome page:\tb\r\n\r\nURL: /a b", vbInformation, "y");
+    EXPECT_EQ(seen(), 1);
+}
+
+TEST_F(Boxes, NoTextMakesABoxLargerThanTheScreen) {
+    ModalMessageBoxes boxes;
+    boxes.setOwner(player());
+    std::string manyLines;
+    for (int i = 0; i < 500; ++i) {
+        manyLines += "line " + std::to_string(i) + "\r\n";
+    }
+    std::string manyWords;
+    for (int i = 0; i < 5000; ++i) {
+        manyWords += "word ";
+    }
+    const std::string texts[] = {"URL: /" + std::string(4000, 'x'), manyLines, manyWords,
+                                 "URL: /" + std::string(400, 'x'), manyLines + manyWords};
+    for (const std::string& text : texts) {
+        whenShown<QDialog>([&](QDialog& box) {
+            const QRect screen = box.screen()->availableGeometry();
+            EXPECT_LE(box.width(), screen.width()) << text.substr(0, 10);
+            EXPECT_LE(box.height(), screen.height()) << text.substr(0, 10);
+            const QPushButton* button = box.findChild<QPushButton*>();
+            ASSERT_NE(button, nullptr);
+            EXPECT_TRUE(button->isVisible());
+            EXPECT_TRUE(
+                box.rect().contains(QRect(button->mapTo(&box, QPoint(0, 0)), button->size())));
+            // All of the text can be reached: it is no wider than its view, and scrolls down.
+            const QTextEdit& shown = textOf(box);
+            for (QTextBlock line = shown.document()->begin(); line.isValid(); line = line.next()) {
+                for (int i = 0; i < line.layout()->lineCount(); ++i) {
+                    EXPECT_LE(line.layout()->lineAt(i).naturalTextWidth(),
+                              shown.viewport()->width());
+                }
+            }
+            EXPECT_EQ(shown.document()->size().height() > shown.viewport()->height(),
+                      shown.verticalScrollBar()->isVisible());
+        });
+        boxes.MsgBox(text, vbInformation, "y");
+    }
+    EXPECT_EQ(seen(), 5);
 }
 
 class Dialog : public Boxes {
