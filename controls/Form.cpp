@@ -170,7 +170,7 @@ void Form::layOut(std::span<const ControlLayout> table, std::span<Control* const
 }
 
 void Form::paint(QPainter& painter) {
-    painter.drawPixmap(0, 0, pixmapOf(picture_));
+    drawPicture(painter, picture_);
 }
 
 } // namespace zvonivec

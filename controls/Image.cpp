@@ -3,7 +3,6 @@
 #include "controls/ControlLayout.h"
 #include "controls/picture_data.h"
 
-#include <QPainter>
 #include <utility>
 
 namespace zvonivec {
@@ -41,7 +40,7 @@ AccessibleTraits Image::accessibleTraits() const {
 }
 
 void Image::paint(QPainter& painter) {
-    painter.drawPixmap(0, 0, pixmapOf(picture_));
+    drawPicture(painter, picture_);
 }
 
 } // namespace zvonivec

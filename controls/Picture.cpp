@@ -1,14 +1,77 @@
 #include "controls/Picture.h"
 
 #include "controls/picture_data.h"
+#include "skin/pictures.h"
+
+#include <QImage>
+#include <QImageReader>
+#include <QPainter>
+#include <algorithm>
+#include <array>
 
 namespace zvonivec {
 
+namespace {
+
+QString textOf(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString pathOf(const QString& name) {
+    return QStringLiteral(":/skin/") + name;
+}
+
+/// Cut from the sheet of a scale; a null pixmap where the picture isn't on it.
+QPixmap fromSheet(const QString& name, const skin::SharpPictures& sharp) {
+    static std::array<QImage, skin::SHARP_PICTURES.size()> sheets;
+    const auto place = std::ranges::find_if(skin::SHEET_PLACES, [&](const skin::SheetPlace& on) {
+        return textOf(on.picture.file) == name;
+    });
+    if (place == skin::SHEET_PLACES.end()) {
+        return {};
+    }
+    QImage& sheet = sheets.at(static_cast<std::size_t>(&sharp - skin::SHARP_PICTURES.data()));
+    if (sheet.isNull()) {
+        sheet = QImage(pathOf(textOf(sharp.sheet)));
+    }
+    return QPixmap::fromImage(sheet.copy(place->left * sharp.scale, place->top * sharp.scale,
+                                         place->picture.width * sharp.scale,
+                                         place->picture.height * sharp.scale));
+}
+
+QPixmap read(const PictureData& picture, double ratio) {
+    if (ratio > 1) {
+        const auto next =
+            std::ranges::find_if(skin::SHARP_PICTURES, [ratio](const skin::SharpPictures& sharp) {
+                return sharp.scale >= ratio;
+            });
+        const skin::SharpPictures& sharp =
+            next != skin::SHARP_PICTURES.end() ? *next : skin::SHARP_PICTURES.back();
+        QPixmap pixmap = picture.name == textOf(skin::BODY_PICTURE.file)
+                             ? QPixmap(pathOf(textOf(sharp.body)))
+                             : fromSheet(picture.name, sharp);
+        if (!pixmap.isNull()) {
+            // Between the resolutions it is brought to the screen's pixels once, not at every
+            // paint.
+            if (ratio < sharp.scale) {
+                pixmap = pixmap.scaled((QSizeF(picture.size) * ratio).toSize(),
+                                       Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            }
+            pixmap.setDevicePixelRatio(std::min<double>(ratio, sharp.scale));
+            return pixmap;
+        }
+    }
+    return QPixmap(pathOf(picture.name));
+}
+
+} // namespace
+
 Picture::Picture(std::string_view name) {
-    const QPixmap pixmap(QStringLiteral(":/skin/") +
-                         QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
-    if (!pixmap.isNull()) {
-        data_ = std::make_shared<const PictureData>(PictureData{pixmap});
+    // Of many pictures a run shows only a few: until then it is enough to know the size.
+    const QSize size = QImageReader(pathOf(textOf(name))).size();
+    if (!size.isEmpty()) {
+        data_ = std::make_shared<const PictureData>(
+            PictureData{.name = textOf(name), .size = size, .pixmap = {}});
     }
 }
 
@@ -16,17 +79,31 @@ const PictureData* dataOf(const Picture& picture) {
     return picture.data_.get();
 }
 
-QPixmap pixmapOf(const Picture& picture) {
+QPixmap pixmapOf(const Picture& picture, double ratio) {
     const PictureData* data = dataOf(picture);
-    return data != nullptr ? data->pixmap : QPixmap();
+    if (data == nullptr) {
+        return {};
+    }
+    if (data->ratio != ratio) {
+        data->pixmap = read(*data, ratio);
+        data->ratio = ratio;
+    }
+    return data->pixmap;
+}
+
+void drawPicture(QPainter& painter, const Picture& picture) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QPixmap pixmap = pixmapOf(picture, ratio);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, pixmap.devicePixelRatio() != ratio);
+    painter.drawPixmap(0, 0, pixmap);
 }
 
 int Picture::width() const {
-    return data_ != nullptr ? data_->pixmap.deviceIndependentSize().toSize().width() : 0;
+    return data_ != nullptr ? data_->size.width() : 0;
 }
 
 int Picture::height() const {
-    return data_ != nullptr ? data_->pixmap.deviceIndependentSize().toSize().height() : 0;
+    return data_ != nullptr ? data_->size.height() : 0;
 }
 
 Picture ImageList::ListImage(std::size_t number) const {

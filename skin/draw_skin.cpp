@@ -4,9 +4,11 @@
 //   draw_skin --preview FILE.png [N]     the whole player at N pixels to a layout pixel (1 to 4)
 #include "skin/drawing/device.h"
 #include "skin/drawing/gif_writer.h"
+#include "skin/drawing/light.h"
 #include "skin/drawing/png_writer.h"
 #include "skin/pictures.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -65,6 +67,36 @@ Picture drawListPicture(int number, int scale) {
     return button(number - 1, ButtonState::Normal);
 }
 
+/// Everything that lies on the body, in one picture.
+Picture drawSheet(int scale) {
+    Picture sheet(SHEET_WIDTH * scale, SHEET_HEIGHT * scale, CLEAR);
+    for (std::size_t i = 0; i < SHEET_PLACES.size(); ++i) {
+        const SheetPlace& place = SHEET_PLACES.at(i);
+        const std::string_view file = place.picture.file;
+        const Picture picture = file == LOGO_PICTURE.file     ? drawLogo(scale)
+                                : file == VOLUME_PICTURE.file ? drawLoudspeaker(scale)
+                                : file == HAND_PICTURE.file
+                                    ? drawHand(scale)
+                                    : drawListPicture(static_cast<int>(i) + 1, scale);
+        paste(sheet, picture, place.left * scale, place.top * scale);
+    }
+    // Without dithering the buttons keep what they have in common, and the colours of the symbols
+    // are in any palette exactly.
+    Picture symbols(sheet.width(), sheet.height(), CLEAR);
+    Mask mask(sheet.width(), sheet.height(), 0);
+    for (int y = 0; y < sheet.height(); ++y) {
+        for (int x = 0; x < sheet.width(); ++x) {
+            const Rgba& pixel = sheet.at(x, y);
+            mask.at(x, y) = pixel.a == 0 ? 0 : 1;
+            if (pixel == MARK_COLOUR ||
+                std::ranges::find(SYMBOL_COLOURS, pixel) != SYMBOL_COLOURS.end()) {
+                symbols.at(x, y) = pixel;
+            }
+        }
+    }
+    return dithered(drawingOf(sheet), symbols, mask, 255, 0);
+}
+
 bool drawAll(const std::string& folder) {
     const auto write = [&](std::string_view file, const Picture& picture) {
         return writePicture(folder + "/" + std::string(file), picture);
@@ -79,6 +111,10 @@ bool drawAll(const std::string& folder) {
     good = write(ICON_PICTURE.file, drawIcon(ICON_PICTURE.width, false)) && good;
     for (const IconPicture& icon : ICON_PICTURES) {
         good = write(icon.file, drawIcon(icon.size, true)) && good;
+    }
+    for (const SharpPictures& sharp : SHARP_PICTURES) {
+        good = write(sharp.body, drawBody(sharp.scale)) && good;
+        good = write(sharp.sheet, drawSheet(sharp.scale)) && good;
     }
     return good;
 }

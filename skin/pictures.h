@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace zvonivec::skin {
@@ -38,6 +39,48 @@ inline constexpr ListPicture VOLUME_PICTURE{"volume.gif", 10, 8};
 inline constexpr ListPicture LOGO_PICTURE{"logo.png", 32, 32};
 inline constexpr ListPicture ICON_PICTURE{"icon.png", 32, 32};
 inline constexpr ListPicture HAND_PICTURE{"hand.png", 32, 32};
+
+/// For screens with more pixels there are the same drawings at 2 and 3 pixels to a layout pixel:
+/// the body in a file of its own, and a sheet with all that lies on it. Side by side in one file
+/// the buttons, which differ in their symbols alone, take little room.
+struct SharpPictures {
+    int scale;
+    std::string_view body;
+    std::string_view sheet;
+};
+inline constexpr std::array<SharpPictures, 2> SHARP_PICTURES{{
+    {2, "body@2x.png", "sheet@2x.png"},
+    {3, "body@3x.png", "sheet@3x.png"},
+}};
+
+/// Where a picture lies on the sheets, in layout pixels.
+struct SheetPlace {
+    ListPicture picture;
+    int left = 0;
+    int top = 0;
+};
+inline constexpr std::size_t SHEET_COUNT = LIST_PICTURES.size() + 3;
+
+/// All pictures on the sheets: the round ones in one row, the others in a second.
+constexpr std::array<SheetPlace, SHEET_COUNT> sheetPlaces() {
+    std::array<SheetPlace, SHEET_COUNT> places{};
+    const int roundHeight = LIST_PICTURES.front().height;
+    int roundLeft = 0;
+    int otherLeft = 0;
+    for (std::size_t i = 0; i < SHEET_COUNT; ++i) {
+        const std::array<ListPicture, 3> last{LOGO_PICTURE, VOLUME_PICTURE, HAND_PICTURE};
+        const ListPicture picture =
+            i < LIST_PICTURES.size() ? LIST_PICTURES[i] : last[i - LIST_PICTURES.size()];
+        const bool isRound = picture.height == roundHeight;
+        int& left = isRound ? roundLeft : otherLeft;
+        places[i] = {picture, left, isRound ? 0 : roundHeight};
+        left += picture.width;
+    }
+    return places;
+}
+inline constexpr std::array<SheetPlace, SHEET_COUNT> SHEET_PLACES = sheetPlaces();
+inline constexpr int SHEET_WIDTH = 20 * 31;
+inline constexpr int SHEET_HEIGHT = 31 + 32;
 
 /// The pixel of the hand picture that points: the tip of its index finger.
 inline constexpr int HAND_HOT_SPOT_X = 12;

@@ -377,7 +377,9 @@ Picture drawBody(int scale) {
     };
     fill(PLAIN, DISPLAY_COLOUR);
     fill(HAIRLINE, HAIRLINE_COLOUR);
-    return dithered(drawing, fixed, outlineMask(scale), 255);
+    // The more pixels there are, the finer their shades run into one another by themselves.
+    const double mostOwed = scale == 1 ? 3 : 0.5;
+    return dithered(drawing, fixed, outlineMask(scale), 255, mostOwed);
 }
 
 } // namespace zvonivec::skin

@@ -17,13 +17,6 @@ constexpr double PICTURE_RADIUS = 15.95;
 /// Of the cap, which leaves a dark gap to the seat.
 constexpr double CAP_RADIUS = 13.9;
 
-constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{
-    {0, 192, 192},
-    {64, 255, 255},
-    {224, 255, 64},
-    {160, 160, 160},
-}};
-
 double roundHeight(Point p) {
     const double radius = length(p - ROUND_CENTRE);
     if (radius > CAP_RADIUS) {
@@ -55,14 +48,26 @@ Drop roundColour(const Figure& symbol, Point p, Direction n) {
 
 constexpr int TILE_SIZE = 14;
 
+/// A mark on the display. Transparency being one bit, smooth edges are mixed with the display's
+/// colour.
+Picture displayFigure(const Figure& figure, int width, int height, int scale) {
+    Picture picture(width * scale, height * scale, CLEAR);
+    if (scale == 1) {
+        paint(picture, figure, MARK_COLOUR, scale);
+    } else {
+        paintSmooth(picture, figure, MARK_COLOUR, DISPLAY_COLOUR, scale);
+    }
+    return picture;
+}
+
 } // namespace
 
 Picture drawRoundButton(int button, ButtonState state, int scale) {
-    constexpr int SAMPLES = 8;
+    const int samples = scale == 1 ? 8 : 4;
     const int size = ROUND_SIZE * scale;
     const Figure& symbol = buttonSymbol(button);
     const Scene scene{roundHeight, [&](Point p, Direction n) { return roundColour(symbol, p, n); }};
-    const Drawing drawing = draw(scene, {0, 0}, size, size, scale, SAMPLES);
+    const Drawing drawing = draw(scene, {0, 0}, size, size, scale, samples);
     Mask mask(size, size, 0);
     for (int y = 0; y < size; ++y) {
         for (int x = 0; x < size; ++x) {
@@ -71,8 +76,19 @@ Picture drawRoundButton(int button, ButtonState state, int scale) {
         }
     }
     // The symbol's colour comes last, so that nothing else depends on the state.
-    Picture picture = dithered(drawing, Picture(size, size, CLEAR), mask, 254);
-    paint(picture, symbol, SYMBOL_COLOURS.at(static_cast<std::size_t>(state)), scale);
+    const Rgba colour = SYMBOL_COLOURS.at(static_cast<std::size_t>(state));
+    if (scale == 1) {
+        Picture picture = dithered(drawing, Picture(size, size, CLEAR), mask, 254, 3);
+        paint(picture, symbol, colour, scale);
+        return picture;
+    }
+    Picture picture = rounded(drawing);
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            picture.at(x, y) = mask.at(x, y) == 0 ? CLEAR : picture.at(x, y);
+        }
+    }
+    paintSmooth(picture, symbol, colour, CLEAR, scale);
     return picture;
 }
 
@@ -113,21 +129,22 @@ Picture drawTile(int button, ButtonState state, int scale) {
     static const Figure BAR({{{3, 9}, {8, 9}, {8, 11}, {3, 11}}});
     static const Figure CROSS({{{3, 3}, {4.5, 3}, {11, 9.5}, {11, 11}, {9.5, 11}, {3, 4.5}},
                                {{11, 3}, {11, 4.5}, {4.5, 11}, {3, 11}, {3, 9.5}, {9.5, 3}}});
-    paint(picture, button == MINIMISE ? BAR : CROSS, SYMBOL, scale);
+    const Figure& symbol = button == MINIMISE ? BAR : CROSS;
+    if (scale == 1) {
+        paint(picture, symbol, SYMBOL, scale);
+    } else {
+        paintSmooth(picture, symbol, SYMBOL, CLEAR, scale);
+    }
     return picture;
 }
 
 Picture drawDisplayMark(int button, int scale) {
     const bool wide = button == 0 || button == 4;
-    Picture picture((wide ? 12 : 8) * scale, (wide ? 6 : 8) * scale, CLEAR);
-    paint(picture, displayMark(button), MARK_COLOUR, scale);
-    return picture;
+    return displayFigure(displayMark(button), wide ? 12 : 8, wide ? 6 : 8, scale);
 }
 
 Picture drawLoudspeaker(int scale) {
-    Picture picture(10 * scale, 8 * scale, CLEAR);
-    paint(picture, loudspeaker(scale), MARK_COLOUR, scale);
-    return picture;
+    return displayFigure(loudspeaker(scale), 10, 8, scale);
 }
 
 } // namespace zvonivec::skin

@@ -3,6 +3,8 @@
 
 #include "skin/drawing/image.h"
 
+#include <array>
+
 namespace zvonivec::skin {
 
 /// The colour of the display behind its texts.
@@ -12,6 +14,14 @@ inline constexpr Rgba MARK_COLOUR{224, 255, 64};
 
 /// A button's picture in the image list is the one of its state.
 enum class ButtonState { Normal, Hover, Pressed, Disabled };
+
+/// Of the symbols on the round buttons, in the order of the states.
+inline constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{
+    {0, 192, 192},
+    {64, 255, 255},
+    {224, 255, 64},
+    {160, 160, 160},
+}};
 
 /// The body with empty seats and an empty display, clear exactly outside the window's outline.
 Picture drawBody(int scale);

@@ -73,6 +73,20 @@ Drawing draw(const Scene& scene, Point from, int width, int height, int scale, i
     return drawing;
 }
 
+Rgba pixelOf(Light light) {
+    return {whole(shown(light.r)), whole(shown(light.g)), whole(shown(light.b)), 255};
+}
+
+Drawing drawingOf(const Picture& picture) {
+    Drawing drawing(picture.width(), picture.height());
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            drawing.at(x, y).light = lightOf(picture.at(x, y));
+        }
+    }
+    return drawing;
+}
+
 Picture rounded(const Drawing& drawing) {
     Picture picture = roundedWithAlpha(drawing);
     for (int y = 0; y < picture.height(); ++y) {
@@ -100,7 +114,7 @@ Picture roundedWithAlpha(const Drawing& drawing) {
 }
 
 Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
-                 std::size_t colours) {
+                 std::size_t colours, double mostOwed) {
     // Channels carry eight binary places, so that sums of shared-out errors stay exact.
     constexpr int UNIT = 256;
     using Channels = std::array<int, 3>;
@@ -136,9 +150,9 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
     const std::vector<Rgba> chosen = choosePalette(free, colours - palette.size());
     palette.insert(palette.end(), chosen.begin(), chosen.end());
 
-    // What earlier pixels lost, to be made good by this one. More than a few steps are let go:
+    // What earlier pixels lost, to be made good by this one. What goes beyond the limit is let go:
     // a debt in hue alone, piled up over many dark pixels, would come back as a bright speck.
-    constexpr int MOST_OWED = 3 * UNIT;
+    const int limit = static_cast<int>(mostOwed * UNIT);
     Grid<Channels> owed(width, height, Channels{});
     Picture picture(width, height, CLEAR);
     // Every second row runs backwards: an error that always moved right would draw slanted worms.
@@ -155,7 +169,7 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
             }
             Channels want = wanted.at(x, y);
             for (std::size_t i = 0; i < 3; ++i) {
-                want[i] += std::clamp(owed.at(x, y)[i], -MOST_OWED, MOST_OWED);
+                want[i] += std::clamp(owed.at(x, y)[i], -limit, limit);
             }
             const Rgba got = nearestColour(palette, want[0], want[1], want[2], UNIT);
             picture.at(x, y) = got;

@@ -57,15 +57,20 @@ struct Scene {
 /// samples in every pixel.
 Drawing draw(const Scene& scene, Point from, int width, int height, int scale, int samples);
 
+/// A finished picture as a drawing again.
+Drawing drawingOf(const Picture& picture);
+/// The opaque pixel that shows an amount of light.
+Rgba pixelOf(Light light);
 /// Rounds every pixel by itself; a pixel that is covered less than by half is clear.
 Picture rounded(const Drawing& drawing);
 /// The same, with the cover kept as alpha.
 Picture roundedWithAlpha(const Drawing& drawing);
 
 /// Brings a drawing down to a number of colours, spreading what each pixel loses over its
-/// neighbours so that soft shades show no bands. Pixels of the fixed picture that are not clear
-/// are taken over as they are; pixels outside the mask become clear.
+/// neighbours so that soft shades show no bands: up to so many steps of a channel. Pixels of the
+/// fixed picture that are not clear are taken over as they are; pixels outside the mask become
+/// clear.
 Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
-                 std::size_t colours);
+                 std::size_t colours, double mostOwed);
 
 } // namespace zvonivec::skin

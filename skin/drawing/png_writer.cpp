@@ -1,9 +1,12 @@
 #include "skin/drawing/png_writer.h"
 
-#include <algorithm>
+#include "skin/drawing/deflate.h"
+
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
+#include <optional>
 #include <vector>
 
 namespace zvonivec::skin {
@@ -11,6 +14,8 @@ namespace zvonivec::skin {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::size_t MOST_COLOURS = 256;
 
 void appendLong(std::string& out, std::uint32_t value) {
     for (unsigned shift = 32; shift > 0;) {
@@ -39,155 +44,6 @@ std::uint32_t adler32(const Bytes& bytes) {
     }
     return (high << 16U) | low;
 }
-
-/// One deflate block with the fixed codes.
-class Deflater {
-public:
-    std::string run(const Bytes& data) {
-        bits(1, 1); // the last block
-        bits(1, 2); // fixed codes
-        std::vector<int> head(HASH_SIZE, -1);
-        std::vector<int> previous(data.size(), -1);
-        std::size_t at = 0;
-        const auto remember = [&](std::size_t place) {
-            if (place + MIN_MATCH <= data.size()) {
-                const std::size_t hash = hashAt(data, place);
-                previous[place] = head[hash];
-                head[hash] = static_cast<int>(place);
-            }
-        };
-        while (at < data.size()) {
-            const Match match = longestMatch(data, at, head, previous);
-            if (match.length >= MIN_MATCH) {
-                length(match.length);
-                distance(match.distance);
-                for (std::size_t i = 0; i < match.length; ++i) {
-                    remember(at + i);
-                }
-                at += match.length;
-            } else {
-                literal(data[at]);
-                remember(at);
-                ++at;
-            }
-        }
-        literal(256);
-        if (count_ > 0) {
-            out_ += static_cast<char>(static_cast<unsigned char>(held_ & 255U));
-        }
-        return out_;
-    }
-
-private:
-    struct Match {
-        std::size_t length = 0;
-        std::size_t distance = 0;
-    };
-    struct Range {
-        unsigned base;
-        unsigned extraBits;
-    };
-    static constexpr std::size_t HASH_SIZE = 1U << 14U;
-    static constexpr std::size_t MIN_MATCH = 3;
-    static constexpr std::size_t MAX_MATCH = 258;
-    static constexpr std::size_t WINDOW = 32768;
-    static constexpr int MAX_CHAIN = 96;
-    static constexpr std::array<Range, 29> LENGTHS{
-        {{3, 0},   {4, 0},   {5, 0},   {6, 0},   {7, 0},  {8, 0},  {9, 0},  {10, 0},
-         {11, 1},  {13, 1},  {15, 1},  {17, 1},  {19, 2}, {23, 2}, {27, 2}, {31, 2},
-         {35, 3},  {43, 3},  {51, 3},  {59, 3},  {67, 4}, {83, 4}, {99, 4}, {115, 4},
-         {131, 5}, {163, 5}, {195, 5}, {227, 5}, {258, 0}}};
-    static constexpr std::array<Range, 30> DISTANCES{
-        {{1, 0},     {2, 0},     {3, 0},     {4, 0},      {5, 1},      {7, 1},
-         {9, 2},     {13, 2},    {17, 3},    {25, 3},     {33, 4},     {49, 4},
-         {65, 5},    {97, 5},    {129, 6},   {193, 6},    {257, 7},    {385, 7},
-         {513, 8},   {769, 8},   {1025, 9},  {1537, 9},   {2049, 10},  {3073, 10},
-         {4097, 11}, {6145, 11}, {8193, 12}, {12289, 12}, {16385, 13}, {24577, 13}}};
-
-    static std::size_t hashAt(const Bytes& data, std::size_t at) {
-        const unsigned mixed = (unsigned{data[at]} << 10U) ^ (unsigned{data[at + 1]} << 5U) ^
-                               unsigned { data[at + 2] };
-        return mixed % HASH_SIZE;
-    }
-
-    static Match longestMatch(const Bytes& data, std::size_t at, const std::vector<int>& head,
-                              const std::vector<int>& previous) {
-        Match best;
-        if (at + MIN_MATCH > data.size()) {
-            return best;
-        }
-        const std::size_t limit = std::min(MAX_MATCH, data.size() - at);
-        int candidate = head[hashAt(data, at)];
-        for (int step = 0; step < MAX_CHAIN && candidate >= 0; ++step) {
-            const auto from = static_cast<std::size_t>(candidate);
-            if (at - from > WINDOW) {
-                break;
-            }
-            std::size_t length = 0;
-            while (length < limit && data[from + length] == data[at + length]) {
-                ++length;
-            }
-            if (length > best.length) {
-                best = {length, at - from};
-            }
-            candidate = previous[from];
-        }
-        return best;
-    }
-
-    void bits(unsigned value, unsigned width) {
-        held_ |= std::uint64_t{value} << count_;
-        count_ += width;
-        while (count_ >= 8) {
-            out_ += static_cast<char>(static_cast<unsigned char>(held_ & 255U));
-            held_ >>= 8U;
-            count_ -= 8;
-        }
-    }
-
-    /// Huffman codes go in with their highest bit first, all other numbers with their lowest.
-    void code(unsigned value, unsigned width) {
-        unsigned turned = 0;
-        for (unsigned i = 0; i < width; ++i) {
-            turned |= ((value >> i) & 1U) << (width - 1 - i);
-        }
-        bits(turned, width);
-    }
-
-    void literal(unsigned symbol) {
-        if (symbol < 144) {
-            code(0x30 + symbol, 8);
-        } else if (symbol < 256) {
-            code(0x190 + symbol - 144, 9);
-        } else if (symbol < 280) {
-            code(symbol - 256, 7);
-        } else {
-            code(0xC0 + symbol - 280, 8);
-        }
-    }
-
-    void length(std::size_t value) {
-        std::size_t entry = LENGTHS.size() - 1;
-        while (LENGTHS[entry].base > value) {
-            --entry;
-        }
-        literal(257 + static_cast<unsigned>(entry));
-        bits(static_cast<unsigned>(value) - LENGTHS[entry].base, LENGTHS[entry].extraBits);
-    }
-
-    void distance(std::size_t value) {
-        std::size_t entry = DISTANCES.size() - 1;
-        while (DISTANCES[entry].base > value) {
-            --entry;
-        }
-        code(static_cast<unsigned>(entry), 5);
-        bits(static_cast<unsigned>(value) - DISTANCES[entry].base, DISTANCES[entry].extraBits);
-    }
-
-    std::string out_;
-    std::uint64_t held_ = 0;
-    unsigned count_ = 0;
-};
 
 void appendChunk(std::string& out, const std::string& kind, const std::string& data) {
     appendLong(out, static_cast<std::uint32_t>(data.size()));
@@ -233,12 +89,18 @@ Bytes filteredRow(const Bytes& row, const Bytes& above) {
     return best;
 }
 
-} // namespace
+/// The data of a picture in one of PNG's colour types, each row behind the number of its filter.
+struct Encoded {
+    unsigned colourType = 0;
+    Bytes rows;
+    std::string palette;
+    std::string transparency;
+};
 
-std::string pngBytes(const Picture& picture) {
-    const auto rowSize = static_cast<std::size_t>(picture.width()) * 4;
-    Bytes filtered;
-    Bytes above(rowSize, 0);
+Encoded inFullColour(const Picture& picture) {
+    constexpr unsigned RED_GREEN_BLUE_ALPHA = 6;
+    Encoded encoded{RED_GREEN_BLUE_ALPHA, {}, {}, {}};
+    Bytes above(static_cast<std::size_t>(picture.width()) * 4, 0);
     for (int y = 0; y < picture.height(); ++y) {
         Bytes row;
         for (int x = 0; x < picture.width(); ++x) {
@@ -246,24 +108,86 @@ std::string pngBytes(const Picture& picture) {
             row.insert(row.end(), {pixel.r, pixel.g, pixel.b, pixel.a});
         }
         const Bytes best = filteredRow(row, above);
-        filtered.insert(filtered.end(), best.begin(), best.end());
+        encoded.rows.insert(encoded.rows.end(), best.begin(), best.end());
         above = row;
     }
+    return encoded;
+}
 
+std::uint32_t keyOf(const Rgba& pixel) {
+    // Transparent colours sort first, so that their entries are the only ones with an alpha.
+    return (std::uint32_t{pixel.a} << 24U) | (std::uint32_t{pixel.r} << 16U) |
+           (std::uint32_t{pixel.g} << 8U) | std::uint32_t{pixel.b};
+}
+
+/// Nothing where the picture has too many colours.
+std::optional<Encoded> inPalette(const Picture& picture) {
+    constexpr unsigned PALETTE = 3;
+    std::map<std::uint32_t, std::uint8_t> numbers;
+    for (const Rgba& pixel : picture.pixels()) {
+        numbers.emplace(keyOf(pixel), std::uint8_t{0});
+        if (numbers.size() > MOST_COLOURS) {
+            return std::nullopt;
+        }
+    }
+    Encoded encoded{PALETTE, {}, {}, {}};
+    std::uint8_t next = 0;
+    for (auto& [key, number] : numbers) {
+        number = next++;
+        const auto append = [key = key](std::string& to, unsigned shift) {
+            to += static_cast<char>(static_cast<unsigned char>((key >> shift) & 255U));
+        };
+        append(encoded.palette, 16);
+        append(encoded.palette, 8);
+        append(encoded.palette, 0);
+        if ((key >> 24U) != 255U) {
+            append(encoded.transparency, 24);
+        }
+    }
+    for (int y = 0; y < picture.height(); ++y) {
+        encoded.rows.push_back(0); // neighbouring numbers say nothing about each other
+        for (int x = 0; x < picture.width(); ++x) {
+            encoded.rows.push_back(numbers.at(keyOf(picture.at(x, y))));
+        }
+    }
+    return encoded;
+}
+
+std::string fileOf(const Picture& picture, const Encoded& encoded) {
     std::string header;
     appendLong(header, static_cast<std::uint32_t>(picture.width()));
     appendLong(header, static_cast<std::uint32_t>(picture.height()));
-    header += std::string("\x08\x06\x00\x00\x00", 5);
+    header += '\x08'; // bits of a channel, or of a number in the palette
+    header += static_cast<char>(encoded.colourType);
+    header += std::string("\x00\x00\x00", 3);
 
     std::string data("\x78\x01", 2);
-    data += Deflater().run(filtered);
-    appendLong(data, adler32(filtered));
+    data += deflated(encoded.rows);
+    appendLong(data, adler32(encoded.rows));
 
     std::string out("\x89PNG\r\n\x1A\n", 8);
     appendChunk(out, "IHDR", header);
+    if (!encoded.palette.empty()) {
+        appendChunk(out, "PLTE", encoded.palette);
+    }
+    if (!encoded.transparency.empty()) {
+        appendChunk(out, "tRNS", encoded.transparency);
+    }
     appendChunk(out, "IDAT", data);
     appendChunk(out, "IEND", {});
     return out;
+}
+
+} // namespace
+
+std::string pngBytes(const Picture& picture) {
+    // Of a few pixels a palette may be the bigger part.
+    std::string best = fileOf(picture, inFullColour(picture));
+    if (const std::optional<Encoded> encoded = inPalette(picture)) {
+        const std::string other = fileOf(picture, *encoded);
+        best = other.size() < best.size() ? other : best;
+    }
+    return best;
 }
 
 } // namespace zvonivec::skin

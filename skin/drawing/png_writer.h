@@ -7,7 +7,8 @@
 
 namespace zvonivec::skin {
 
-/// The bytes of a PNG with 8 bits for each of red, green, blue and alpha.
+/// The bytes of a PNG: with a palette where up to 256 colours do, else with 8 bits for each of red,
+/// green, blue and alpha.
 std::string pngBytes(const Picture& picture);
 
 } // namespace zvonivec::skin

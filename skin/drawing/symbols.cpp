@@ -1,5 +1,7 @@
 #include "skin/drawing/symbols.h"
 
+#include "skin/drawing/light.h"
+
 #include <array>
 #include <utility>
 
@@ -108,6 +110,28 @@ void paint(Picture& onto, const Figure& figure, Rgba colour, int scale) {
             if (figure.distance({(x + 0.5) / scale, (y + 0.5) / scale}) < 0) {
                 onto.at(x, y) = colour;
             }
+        }
+    }
+}
+
+void paintSmooth(Picture& onto, const Figure& figure, Rgba colour, Rgba ground, int scale) {
+    constexpr int SAMPLES = 8;
+    for (int y = 0; y < onto.height(); ++y) {
+        for (int x = 0; x < onto.width(); ++x) {
+            int inside = 0;
+            for (int i = 0; i < SAMPLES * SAMPLES; ++i) {
+                const Point p{(x + (i % SAMPLES + 0.5) / SAMPLES) / scale,
+                              (y + (i / SAMPLES + 0.5) / SAMPLES) / scale};
+                inside += figure.distance(p) < 0 ? 1 : 0;
+            }
+            if (inside == 0) {
+                continue;
+            }
+            Rgba& pixel = onto.at(x, y);
+            const double share = inside / static_cast<double>(SAMPLES * SAMPLES);
+            const Light below = lightOf(pixel.a == 0 ? ground : pixel);
+            pixel = inside == SAMPLES * SAMPLES ? colour
+                                                : pixelOf(mixed(below, lightOf(colour), share));
         }
     }
 }

@@ -29,4 +29,7 @@ const Figure& loudspeaker(int scale);
 /// Colours every pixel whose middle lies in the figure.
 void paint(Picture& onto, const Figure& figure, Rgba colour, int scale);
 
+/// The same with smooth edges, for pictures of more pixels: on clear pixels over a ground.
+void paintSmooth(Picture& onto, const Figure& figure, Rgba colour, Rgba ground, int scale);
+
 } // namespace zvonivec::skin
