@@ -97,8 +97,7 @@ bool Display::startServer(const DisplayOptions& options) {
         server_.terminate();
         return false;
     }
-    name_.assign(1, ':');
-    name_ += std::to_string(std::stoi(readFile(number)));
+    name_ = ":" + std::to_string(std::stoi(readFile(number)));
     XSetErrorHandler(ignoreError);
     connection_ = XOpenDisplay(name_.c_str());
     return connection_ != nullptr;
