@@ -110,4 +110,8 @@ float Screen::Height() {
     return screen != nullptr ? toTwips(screen->geometry().height()) : 0;
 }
 
+char Locale::decimalSeparator() {
+    return QLocale::system().decimalPoint() == QStringLiteral(",") ? ',' : '.';
+}
+
 } // namespace zvonivec

@@ -47,4 +47,12 @@ namespace Screen {
 
 } // namespace Screen
 
+/// The user's country.
+namespace Locale {
+
+/// '.' or ','; '.' where the country has another one.
+[[nodiscard]] char decimalSeparator();
+
+} // namespace Locale
+
 } // namespace zvonivec

@@ -26,6 +26,12 @@ Qt::WindowFlags flagsOf(Form::Kind kind) {
            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
 }
 
+/// Window systems count pixels in 16 bits.
+bool isPlaceOfWindow(float twips) {
+    constexpr float limit = 32000 * TWIPS_PER_PIXEL;
+    return twips >= -limit && twips <= limit; // no NaN either
+}
+
 bool isForm(const QWindow* window) {
     const auto all = QApplication::topLevelWidgets();
     return std::ranges::any_of(all, [window](QWidget* widget) {
@@ -76,11 +82,15 @@ float Form::Top() const {
 }
 
 void Form::setLeft(float twips) {
-    widget().move(toPixels(twips), widget().y());
+    if (isPlaceOfWindow(twips)) {
+        widget().move(toPixels(twips), widget().y());
+    }
 }
 
 void Form::setTop(float twips) {
-    widget().move(widget().x(), toPixels(twips));
+    if (isPlaceOfWindow(twips)) {
+        widget().move(widget().x(), toPixels(twips));
+    }
 }
 
 void Form::setVisible(bool on) {

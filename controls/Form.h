@@ -22,7 +22,7 @@ public:
     ~Form() override;
 
     /// Twips from the screen's upper left corner: where the window is now, and where it goes to.
-    /// It may lie off every screen.
+    /// It may lie off every screen, but no farther than window systems can count.
     [[nodiscard]] float Left() const override;
     [[nodiscard]] float Top() const override;
     void setLeft(float twips) override;

@@ -4,6 +4,7 @@
 
 #include "main_window/window_outline.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -60,5 +61,20 @@ void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t comman
 /// Marks, for as long as the process lives, that a program of this name runs. Any number of
 /// programs may use the same name.
 void CreateMutexA(const std::string& name);
+
+/// The value of a key in a section of a settings file, or the default text where there is none or
+/// the file can't be read; cut to size - 1 bytes. Paths are in the system's own spelling.
+[[nodiscard]] std::string GetPrivateProfileStringA(const std::string& section,
+                                                   const std::string& key,
+                                                   const std::string& defaultText, std::size_t size,
+                                                   const std::string& path);
+
+/// Sets a key in a section of a settings file, which is created if it isn't there. What else is in
+/// the file stays; what can't be written leaves the file as it was.
+void WritePrivateProfileStringA(const std::string& section, const std::string& key,
+                                const std::string& value, const std::string& path);
+
+/// What stands between the names in a path.
+[[nodiscard]] std::string folderSeparator();
 
 } // namespace zvonivec::modDeklarace

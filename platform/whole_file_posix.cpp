@@ -1,0 +1,180 @@
+#include "platform/whole_file.h"
+
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace zvonivec::whole_file {
+
+namespace {
+
+constexpr auto longestWait = std::chrono::seconds(1);
+constexpr auto waitStep = std::chrono::milliseconds(5);
+
+/// A descriptor that closes itself.
+class File {
+public:
+    explicit File(int descriptor = -1) : descriptor_(descriptor) {}
+    File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    File& operator=(File&& other) noexcept {
+        std::swap(descriptor_, other.descriptor_);
+        return *this;
+    }
+    ~File() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+    explicit operator bool() const { return descriptor_ >= 0; }
+    [[nodiscard]] int get() const { return descriptor_; }
+
+private:
+    int descriptor_;
+};
+
+std::optional<struct stat> ordinaryFile(const File& file) {
+    struct stat status {};
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    return status;
+}
+
+/// The file that a path means, through symbolic links, also where it isn't there yet.
+std::optional<std::string> targetOf(const std::string& path) {
+    constexpr int mostLinks = 40; // as many as the system itself follows
+    std::filesystem::path target(path);
+    for (int i = 0; i < mostLinks; ++i) {
+        std::error_code error;
+        const std::filesystem::path link = std::filesystem::read_symlink(target, error);
+        if (error) {
+            return target.string();
+        }
+        target = target.parent_path() / link;
+    }
+    return std::nullopt;
+}
+
+/// Opens the file for the new content and locks it against other processes.
+File openLocked(const std::string& path) {
+    const auto end = std::chrono::steady_clock::now() + longestWait;
+    do {
+        constexpr mode_t permissions = 0666; // less what the user's mask takes away
+        File file(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
+                       permissions));
+        const auto opened = ordinaryFile(file);
+        if (!opened) {
+            return File();
+        }
+        struct stat named {};
+        // Another process may have renamed or removed it between our opening and locking.
+        if (flock(file.get(), LOCK_EX | LOCK_NB) == 0 && stat(path.c_str(), &named) == 0 &&
+            named.st_dev == opened->st_dev && named.st_ino == opened->st_ino) {
+            return file;
+        }
+        std::this_thread::sleep_for(waitStep);
+    } while (std::chrono::steady_clock::now() < end);
+    return File();
+}
+
+bool writeAll(const File& file, std::string_view bytes) {
+    if (ftruncate(file.get(), 0) != 0) {
+        return false;
+    }
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(file.get(), bytes.data(), bytes.size());
+        if (written <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// As the old file was, as far as we may.
+void takeOver(const File& file, const std::string& old) {
+    struct stat status {};
+    if (stat(old.c_str(), &status) == 0) {
+        [[maybe_unused]] const int owner = fchown(file.get(), status.st_uid, status.st_gid);
+        fchmod(file.get(), status.st_mode & 07777U);
+    }
+}
+
+/// The new name reaches the disk with the folder.
+void syncFolderOf(const std::string& path) {
+    std::string folder = std::filesystem::path(path).parent_path().string();
+    if (folder.empty()) {
+        folder = ".";
+    }
+    const File file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (file) {
+        fsync(file.get());
+    }
+}
+
+} // namespace
+
+Content read(const std::string& path) {
+    // O_NONBLOCK: a pipe without a writer would be waited for.
+    const File file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file) {
+        return {.found = errno == ENOENT ? Found::nothing : Found::unusable, .bytes = {}};
+    }
+    const auto status = ordinaryFile(file);
+    if (!status || status->st_size > static_cast<off_t>(largest)) {
+        return {.found = Found::unusable, .bytes = {}};
+    }
+    Content content{.found = Found::file, .bytes = std::string()};
+    content.bytes.resize(static_cast<std::size_t>(status->st_size));
+    std::size_t size = 0;
+    while (size < content.bytes.size()) {
+        const ssize_t got =
+            ::read(file.get(), content.bytes.data() + size, content.bytes.size() - size);
+        if (got < 0) {
+            return {.found = Found::unusable, .bytes = {}};
+        }
+        if (got == 0) {
+            break;
+        }
+        size += static_cast<std::size_t>(got);
+    }
+    content.bytes.resize(size);
+    return content;
+}
+
+bool update(const std::string& path, const std::function<std::string(const std::string&)>& change) {
+    const auto target = targetOf(path);
+    if (!target) {
+        return false;
+    }
+    const std::string newPath = *target + ".new";
+    const File file = openLocked(newPath);
+    if (!file) {
+        return false;
+    }
+    // Only now: the process before us has written what we build on.
+    const Content old = read(*target);
+    const bool usable = old.found == Found::nothing ||
+                        (old.found == Found::file && access(target->c_str(), W_OK) == 0);
+    bool done = false;
+    if (usable && writeAll(file, change(old.bytes))) {
+        takeOver(file, *target);
+        done = fsync(file.get()) == 0 && rename(newPath.c_str(), target->c_str()) == 0;
+    }
+    if (done) {
+        syncFolderOf(*target);
+    } else {
+        unlink(newPath.c_str());
+    }
+    return done;
+}
+
+} // namespace zvonivec::whole_file
