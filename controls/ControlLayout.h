@@ -25,6 +25,7 @@ struct ControlLayout {
     bool AutoSize = false;   ///< a label takes the size of its caption
     bool Transparent = true; ///< a label shows what lies beneath it
     enum Alignment Alignment = Alignment::left;
+    bool Edge = false; ///< a picture box has a fine raised edge
     bool Enabled = true;
     bool Visible = true;
 };

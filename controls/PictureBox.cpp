@@ -1,5 +1,6 @@
 #include "controls/PictureBox.h"
 
+#include "controls/ControlLayout.h"
 #include "controls/control_widget.h"
 
 #include <QPainter>
@@ -7,8 +8,26 @@
 
 namespace zvonivec {
 
+namespace {
+
+/// A line of one pixel's width around a rectangle, in one colour above and left, in another below
+/// and right.
+void drawFrame(QPainter& painter, const QRect& box, const QColor& lit, const QColor& shaded) {
+    painter.fillRect(box.left(), box.top(), box.width(), 1, lit);
+    painter.fillRect(box.left(), box.top(), 1, box.height(), lit);
+    painter.fillRect(box.left(), box.bottom(), box.width(), 1, shaded);
+    painter.fillRect(box.right(), box.top(), 1, box.height(), shaded);
+}
+
+} // namespace
+
 PictureBox::PictureBox(Control& container, std::string name) : Control(container, std::move(name)) {
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void PictureBox::lay(const ControlLayout& row) {
+    edge_ = row.Edge;
+    Control::lay(row);
 }
 
 AccessibleTraits PictureBox::accessibleTraits() const {
@@ -16,7 +35,14 @@ AccessibleTraits PictureBox::accessibleTraits() const {
 }
 
 void PictureBox::paint(QPainter& painter) {
-    painter.fillRect(painter.window(), toQColor(BackColor()));
+    const QRect all = painter.window();
+    const QColor ground = toQColor(BackColor());
+    painter.fillRect(all, ground);
+    if (edge_) {
+        // A dark contour against whatever lies behind, then a bevel under the device's lamp.
+        drawFrame(painter, all, ground.darker(260), ground.darker(360));
+        drawFrame(painter, all.adjusted(1, 1, -1, -1), ground.lighter(150), ground.darker(140));
+    }
 }
 
 } // namespace zvonivec

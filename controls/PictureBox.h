@@ -8,10 +8,14 @@ namespace zvonivec {
 class PictureBox : public Control {
 public:
     PictureBox(Control& container, std::string name);
+
+    void lay(const ControlLayout& row) override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
 
 private:
     void paint(QPainter& painter) override;
+
+    bool edge_ = false;
 };
 
 } // namespace zvonivec

@@ -13,6 +13,14 @@
 
 namespace zvonivec {
 
+namespace {
+
+/// From one segment of the track to the next, the last pixel being the gap. Four of them make a
+/// part of the scale that is printed over the bar.
+constexpr int SEGMENT = 4;
+
+} // namespace
+
 ProgressBar::ProgressBar(Control& container, std::string name)
     : Control(container, std::move(name)) {}
 
@@ -41,16 +49,15 @@ void ProgressBar::setValue(float value) {
 
 void ProgressBar::setMouseIcon(const Picture& picture, int hotX, int hotY) {
     if (picture) {
-        widget().setCursor(QCursor(pixmapOf(picture), hotX, hotY));
+        widget().setCursor(QCursor(pixmapOf(picture, widget().devicePixelRatioF()), hotX, hotY));
     } else {
         widget().setCursor(Qt::PointingHandCursor);
     }
 }
 
 int ProgressBar::litWidth() const {
-    const int inside = std::max(0, toPixels(Width()) - 2);
-    return static_cast<int>(
-        std::lround((value_ - min_) / (max_ - min_) * static_cast<float>(inside)));
+    const double all = toPixels(Width()) * widget().devicePixelRatioF();
+    return static_cast<int>(std::lround(double{value_ - min_} / double{max_ - min_} * all));
 }
 
 AccessibleTraits ProgressBar::accessibleTraits() const {
@@ -58,24 +65,39 @@ AccessibleTraits ProgressBar::accessibleTraits() const {
 }
 
 void ProgressBar::paint(QPainter& painter) {
+    // Everything is laid out in the screen's own pixels, so that no edge falls between two of them.
+    const double ratio = widget().devicePixelRatioF();
     const QRect all = painter.window();
-    painter.fillRect(all, QColor(6, 26, 32));
-    painter.setPen(QColor(2, 10, 13));
-    painter.drawLine(all.topLeft(), all.topRight());
-    painter.drawLine(all.topLeft(), all.bottomLeft());
-    painter.setPen(QColor(24, 68, 80));
-    painter.drawLine(all.bottomLeft(), all.bottomRight());
-    painter.drawLine(all.topRight(), all.bottomRight());
-    const QRect lit(all.left() + 1, all.top() + 1, litWidth(), all.height() - 2);
-    if (lit.isEmpty()) {
-        return;
+    const auto pixels = [ratio](double logical) {
+        return static_cast<int>(std::lround(logical * ratio));
+    };
+    const auto fill = [&painter, ratio](int left, int top, int right, int bottom,
+                                        const auto& with) {
+        painter.fillRect(
+            QRectF(left / ratio, top / ratio, (right - left) / ratio, (bottom - top) / ratio),
+            with);
+    };
+    const int top = pixels(1);
+    const int bottom = pixels(all.height() - 1);
+    const int lit = litWidth();
+    QLinearGradient light(0, top / ratio, 0, bottom / ratio);
+    light.setColorAt(0.00, QColor(176, 246, 252));
+    light.setColorAt(0.22, QColor(48, 220, 238));
+    light.setColorAt(0.50, QColor(0, 180, 208));
+    light.setColorAt(1.00, QColor(0, 96, 122));
+
+    painter.fillRect(all, QColor(2, 8, 10));
+    for (int start = 0; start + SEGMENT <= all.width(); start += SEGMENT) {
+        const int left = pixels(start);
+        const int right = pixels(start + SEGMENT - 1);
+        const int end = std::clamp(lit, left, right);
+        fill(left, top, end, bottom, light);
+        fill(end, top, right, bottom, QColor(5, 32, 40));
     }
-    QLinearGradient light(lit.topLeft(), lit.bottomLeft());
-    light.setColorAt(0.0, QColor(96, 236, 248));
-    light.setColorAt(0.35, QColor(0, 192, 208));
-    light.setColorAt(1.0, QColor(0, 112, 136));
-    painter.fillRect(lit, light);
-    painter.fillRect(QRect(lit.right(), lit.top(), 1, lit.height()), QColor(224, 255, 64));
+    if (lit > 0) {
+        // Where the playing is: the end stands out, also within a segment or between two.
+        fill(std::max(0, lit - pixels(2)), top, lit, bottom, QColor(224, 255, 64));
+    }
 }
 
 } // namespace zvonivec

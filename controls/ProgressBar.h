@@ -25,7 +25,7 @@ public:
 
 private:
     void paint(QPainter& painter) override;
-    /// How many of the bar's pixels are lit.
+    /// How many of the screen's pixels are lit.
     [[nodiscard]] int litWidth() const;
 
     float min_ = 0;

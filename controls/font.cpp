@@ -1,5 +1,6 @@
 #include "controls/font.h"
 
+#include <QGuiApplication>
 #include <QStringList>
 
 namespace zvonivec {
@@ -10,7 +11,10 @@ QFont formFont(bool bold) {
                       QStringLiteral("sans-serif")});
     font.setStyleHint(QFont::SansSerif, static_cast<QFont::StyleStrategy>(
                                             QFont::PreferAntialias | QFont::NoSubpixelAntialias));
-    font.setHintingPreference(QFont::PreferFullHinting);
+    // Hinting makes crisp letters of few pixels. Where there are more, it would only leave them at
+    // the places that the few pixels allowed.
+    font.setHintingPreference(qGuiApp->devicePixelRatio() > 1 ? QFont::PreferNoHinting
+                                                              : QFont::PreferFullHinting);
     font.setPixelSize(11);
     font.setBold(bold);
     return font;

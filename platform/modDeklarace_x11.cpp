@@ -6,7 +6,9 @@
 #include <QGuiApplication>
 #include <QPolygon>
 #include <QRegion>
+#include <QScreen>
 #include <QWidget>
+#include <QWindow>
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -16,6 +18,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 #include <vector>
+#include <xcb/shape.h>
 #include <xcb/xcb.h>
 
 namespace zvonivec::modDeklarace {
@@ -82,8 +85,44 @@ void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_v
 } // namespace
 
 struct RegionData {
-    QRegion pixels;
+    QPolygon polygon;
+    Qt::FillRule rule;
+
+    /// The region on a screen with so many pixels to a logical one: the polygon grows, not its
+    /// pixels.
+    [[nodiscard]] QRegion at(double ratio) const {
+        QPolygon scaled;
+        for (const QPoint vertex : polygon) {
+            scaled.append((QPointF(vertex) * ratio).toPoint());
+        }
+        return {scaled, rule};
+    }
 };
+
+namespace {
+
+/// The toolkit knows masks in logical pixels alone; finer ones are given to the server.
+void shape(QWidget& widget, const RegionData& region) {
+    const double ratio = widget.devicePixelRatioF();
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (ratio == 1 || x11 == nullptr || x11->connection() == nullptr) {
+        widget.setMask(region.at(1));
+        return;
+    }
+    widget.clearMask();
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const QRect& part : region.at(ratio)) {
+        rectangles.push_back(
+            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
+    }
+    xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                         XCB_CLIP_ORDERING_UNSORTED, static_cast<xcb_window_t>(widget.winId()), 0,
+                         0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+    xcb_flush(x11->connection());
+}
+
+} // namespace
 
 Region CreatePolygonRgn(std::span<const OutlineVertex> vertices, int fillMode) {
     QPolygon polygon;
@@ -91,7 +130,7 @@ Region CreatePolygonRgn(std::span<const OutlineVertex> vertices, int fillMode) {
         polygon.append(QPoint(vertex.x, vertex.y));
     }
     const Qt::FillRule rule = fillMode == WINDING ? Qt::WindingFill : Qt::OddEvenFill;
-    return std::make_shared<const RegionData>(RegionData{QRegion(polygon, rule)});
+    return std::make_shared<const RegionData>(RegionData{polygon, rule});
 }
 
 void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
@@ -99,8 +138,15 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
     if (widget == nullptr) {
         return;
     }
+    // Shapes the window anew on every screen that it comes to, until it gets another region.
+    const auto keeperName = QStringLiteral("windowRegion");
+    delete widget->findChild<QObject*>(keeperName, Qt::FindDirectChildrenOnly);
     if (region) {
-        widget->setMask(region->pixels);
+        shape(*widget, *region);
+        auto* keeper = new QObject(widget);
+        keeper->setObjectName(keeperName);
+        QObject::connect(widget->windowHandle(), &QWindow::screenChanged, keeper,
+                         [widget, region] { shape(*widget, *region); });
     } else {
         widget->clearMask();
     }

@@ -145,8 +145,8 @@ std::optional<double> Player::barValue() const {
     for (int x = 1; x < BAR.width - 1; ++x) {
         const Colour colour = bar.at(x, BAR.height / 2);
         hidden = hidden && colour == body.at(BAR.x + x, BAR.y + BAR.height / 2);
-        // Lit is bright green to blue, unlit is nearly black.
-        lit += ((colour >> 8) & 0xFF) > 96 ? 1 : 0;
+        // Lit is bright green to blue, unlit and between the segments it is nearly black.
+        lit = ((colour >> 8) & 0xFF) > 96 ? x : lit;
     }
     if (hidden) {
         return std::nullopt;
