@@ -95,8 +95,17 @@ void Form::setTop(float twips) {
 
 void Form::setVisible(bool on) {
     if (loaded_ || !on) {
+        wantedPlace_ = on ? std::optional(Place{Left(), Top()}) : std::nullopt;
         Control::setVisible(on);
     }
+}
+
+void Form::askAgainForPlace() {
+    if (wantedPlace_ && (wantedPlace_->left != Left() || wantedPlace_->top != Top())) {
+        setLeft(wantedPlace_->left);
+        setTop(wantedPlace_->top);
+    }
+    wantedPlace_.reset();
 }
 
 void Form::bringToFront() {
@@ -180,6 +189,10 @@ void Form::layOut(std::span<const ControlLayout> table, std::span<Control* const
 }
 
 void Form::paint(QPainter& painter) {
+    if (wantedPlace_) {
+        QMetaObject::invokeMethod(
+            &widget(), [this] { askAgainForPlace(); }, Qt::QueuedConnection);
+    }
     drawPicture(painter, picture_);
 }
 

@@ -6,6 +6,7 @@
 #include "controls/Picture.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -73,6 +74,15 @@ protected:
 private:
     void paint(QPainter& painter) override;
     void deactivate();
+    void askAgainForPlace();
+
+    struct Place {
+        float left;
+        float top;
+    };
+    /// Until the window is seen. Window managers push a new window that reaches beyond the screen
+    /// back onto it, but let it go there when it asks once more.
+    std::optional<Place> wantedPlace_;
 
     Picture picture_;
     bool loaded_ = true;

@@ -171,6 +171,18 @@ TEST_P(DraggingTest, ASecondButtonNeitherEndsNorShiftsTheMove) {
     EXPECT_EQ(corner(), (Point{before.x + 70, before.y + 10}));
 }
 
+TEST_P(DraggingTest, GoesBeyondTheEdgesOfTheScreen) {
+    const Point from = player_->onScreen(player::BODY);
+    const Point before = corner();
+    press(player::BODY, 1);
+    for (const Point pointer : {Point{1240, 790}, Point{5, 795}, Point{3, 100}, from}) {
+        pointer_.moveTo(pointer);
+        EXPECT_TRUE(becomesPlacedAt({before.x + pointer.x - from.x, before.y + pointer.y - from.y}))
+            << pointer.x << ' ' << pointer.y;
+    }
+    pointer_.release(1);
+}
+
 TEST_P(DraggingTest, DoesNotStopTheTrack) {
     playFile(30);
     const Point before = corner();

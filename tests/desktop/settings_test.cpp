@@ -1,0 +1,230 @@
+// What the player keeps from one run to the next, and that it keeps it whichever way it ends.
+#include "tests/desktop/menu.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+
+namespace support {
+
+namespace {
+
+class SettingsTest : public MenuTest {
+protected:
+    explicit SettingsTest(const DisplayOptions& options = {}) : MenuTest(options) {}
+
+    [[nodiscard]] std::string path() const { return folder_.file("program/MP3.ini"); }
+    [[nodiscard]] std::string settings() const { return readFile(path()); }
+
+    void endPlayer() {
+        player_->process().signal(SIGTERM);
+        ASSERT_EQ(player_->process().waitForExit(), 0);
+    }
+    /// Ends the player, puts a settings file in its place and starts it again.
+    void startWith(const std::string& bytes) {
+        endPlayer();
+        writeFile(path(), bytes);
+        startPlayer();
+    }
+    [[nodiscard]] bool becomesPlacedAt(Point place) const {
+        return waitUntil([&] {
+            const Rectangle now = player_->window().place();
+            return now.x == place.x && now.y == place.y;
+        });
+    }
+    void dragTo(Point place) {
+        const Rectangle before = player_->window().place();
+        const Point from = player_->onScreen(player::BODY);
+        moveTo(player::BODY);
+        pointer_.press();
+        if (display_.hasWindowManager()) {
+            ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
+        }
+        pointer_.moveTo({from.x + place.x - before.x, from.y + place.y - before.y});
+        pointer_.release();
+        ASSERT_TRUE(becomesPlacedAt(place));
+    }
+};
+
+TEST_F(SettingsTest, TheFirstRunIsCentredAndCreatesTheFile) {
+    EXPECT_TRUE(becomesPlacedAt({(1280 - player::WIDTH + 1) / 2, (800 - player::HEIGHT) / 2}));
+    EXPECT_FALSE(std::filesystem::exists(path()));
+    endPlayer();
+    EXPECT_EQ(settings(),
+              "[General]\r\nLeft=7080\r\nTop=3480\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
+    // Nothing else has been written, neither there nor in the user's home.
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.file("program"))) {
+        const std::string name = entry.path().filename();
+        EXPECT_TRUE(name == "MP3.ini" || name == "zvonivec" || name == "messages") << name;
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(display_.home()) ||
+                !std::filesystem::exists(display_.home() + "/.config/zvonivec"));
+}
+
+TEST_F(SettingsTest, EverythingComesBack) {
+    dragTo({200, 100});
+    click(player::VOLUME.middle());
+    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
+    choose(menu::onTop);
+    ASSERT_TRUE(waitUntilMenuIsGone());
+    choose(menu::repeat);
+    ASSERT_TRUE(waitUntilMenuIsGone());
+    click(player::close);
+    ASSERT_EQ(player_->process().waitForExit(), 0);
+    EXPECT_EQ(settings(),
+              "[General]\r\nLeft=3000\r\nTop=1500\r\nOnTop=1\r\nRepeat=0\r\nVolume=60\r\n");
+
+    startPlayer();
+    EXPECT_TRUE(becomesPlacedAt({200, 100}));
+    EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
+    EXPECT_TRUE(waitUntil([&] { return player_->window().hasState("_NET_WM_STATE_ABOVE"); }));
+    const std::string file = folder_.file("noise.mp3");
+    ASSERT_FALSE(makeFile(file, 2).empty());
+    openFile(file);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::play); }));
+    // Without repeat it ends.
+    EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::stop); }));
+    choose(menu::onTop);
+    ASSERT_TRUE(waitUntilMenuIsGone());
+    endPlayer();
+    EXPECT_EQ(settings(),
+              "[General]\r\nLeft=3000\r\nTop=1500\r\nOnTop=0\r\nRepeat=0\r\nVolume=60\r\n");
+}
+
+TEST_F(SettingsTest, RubbishIsNoReasonForAMessage) {
+    startWith("[General]\nLeft=abc\nTop=1500\nVolume=abc\nOnTop=7\n\x01\xFF\xFE");
+    EXPECT_EQ(player_->messages(), "");
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    EXPECT_EQ(player_->window().place().y, 100);
+    EXPECT_FALSE(findWindow(display_, [&](const Window& window) {
+        return window.pid() == player_->process().pid() && window.isShown() &&
+               !(window == player_->window());
+    }));
+}
+
+TEST_F(SettingsTest, AFolderOrAHugeFileInItsPlaceIsNoReasonForAMessage) {
+    endPlayer();
+    std::filesystem::remove(path());
+    std::filesystem::create_directory(path());
+    startPlayer();
+    EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("50% hlasitost"); }));
+    endPlayer();
+    EXPECT_EQ(player_->messages(), "");
+    EXPECT_TRUE(std::filesystem::is_directory(path()));
+
+    std::filesystem::remove(path());
+    writeFile(path(), "");
+    std::filesystem::resize_file(path(), std::uintmax_t{1} << 30U);
+    startPlayer();
+    EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("50% hlasitost"); }));
+    endPlayer();
+    EXPECT_EQ(player_->messages(), "");
+    EXPECT_EQ(std::filesystem::file_size(path()), std::uintmax_t{1} << 30U);
+}
+
+TEST_F(SettingsTest, TheUsersDecimalCommaIsReadAsWellAsThePoint) {
+    for (const char* left : {"1507,5", "1507.5"}) {
+        startWith("[General]\nLeft=" + std::string(left) + "\nTop=1500\n");
+        EXPECT_TRUE(becomesPlacedAt({101, 100})) << left;
+    }
+}
+
+TEST_F(SettingsTest, AMinimisedPlayerKeepsItsStoredPosition) {
+    startWith("[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=50\n");
+    dragTo({400, 300});
+    click(player::VOLUME.middle());
+    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
+    click(player::minimise);
+    ASSERT_TRUE(waitUntil([&] { return player_->window().isMinimised(); }));
+    endPlayer();
+    EXPECT_EQ(settings(), "[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=60\n");
+}
+
+TEST_F(SettingsTest, TwoCopiesOfOneFolderShareTheFile) {
+    Player second(display_, folder_.file("program"), environment());
+    ASSERT_TRUE(second.waitUntilShown());
+    player_->process().signal(SIGTERM);
+    second.process().signal(SIGTERM);
+    EXPECT_EQ(player_->process().waitForExit(), 0);
+    EXPECT_EQ(second.process().waitForExit(), 0);
+    EXPECT_EQ(settings(),
+              "[General]\r\nLeft=7080\r\nTop=3480\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
+}
+
+// --- Positions off the screen -----------------------------------------------------------------
+
+/// Window managers keep a strip of every window on the screen, whatever the window asks for.
+class OffScreenTest : public SettingsTest, public testing::WithParamInterface<std::string> {
+protected:
+    OffScreenTest() : SettingsTest({.windowManager = GetParam()}) {}
+};
+
+TEST_P(OffScreenTest, AWindowComesBackToWhereItWasThoughTheScreenEndsThere) {
+    std::vector<Point> places{{1200, 500}, {-200, 100}, {100, 700}};
+    if (!display_.hasWindowManager()) {
+        places.insert(places.end(), {{5000, -3000}, {-400, 100}, {100, 900}});
+    }
+    for (const Point place : places) {
+        const std::string stored = "[General]\nLeft=" + std::to_string(place.x * 15) +
+                                   "\nTop=" + std::to_string(place.y * 15) + "\n";
+        startWith(stored);
+        EXPECT_TRUE(becomesPlacedAt(place))
+            << player_->window().place().x << ' ' << player_->window().place().y;
+        endPlayer();
+        EXPECT_TRUE(settings().starts_with(stored)) << settings();
+        startPlayer();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, OffScreenTest, testing::Values("openbox", "xfwm4", ""),
+                         [](const auto& tested) {
+                             return tested.param.empty() ? "none" : tested.param;
+                         });
+
+// --- Ways out ---------------------------------------------------------------------------------
+
+struct WayOut {
+    const char* name;
+    int signal; ///< 0: one of the others
+};
+
+class WayOutTest : public SettingsTest, public testing::WithParamInterface<WayOut> {};
+
+TEST_P(WayOutTest, Saves) {
+    const std::string way = GetParam().name;
+    dragTo({300, 150});
+    click(player::VOLUME.middle());
+    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
+    if (GetParam().signal != 0) {
+        player_->process().signal(GetParam().signal);
+    } else if (way == "CloseButton") {
+        click(player::close);
+    } else if (way == "Menu") {
+        choose(menu::quit);
+    } else if (way == "WindowManager") {
+        player_->window().requestClose();
+    } else if (way == "MenuOpen") {
+        openMenu();
+        player_->process().signal(SIGTERM);
+    } else if (way == "BoxOpen") {
+        choose(menu::about);
+        ASSERT_TRUE(waitForWindowWithKeyboard([&](const Window& window) {
+            return window.title() == std::string("O programu ") + player::TITLE;
+        }));
+        player_->process().signal(SIGTERM);
+    }
+    EXPECT_EQ(player_->process().waitForExit(), 0);
+    EXPECT_EQ(settings(),
+              "[General]\r\nLeft=4500\r\nTop=2250\r\nOnTop=0\r\nRepeat=1\r\nVolume=60\r\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(By, WayOutTest,
+                         testing::Values(WayOut{"CloseButton", 0}, WayOut{"Menu", 0},
+                                         WayOut{"WindowManager", 0}, WayOut{"MenuOpen", 0},
+                                         WayOut{"BoxOpen", 0}, WayOut{"SIGTERM", SIGTERM},
+                                         WayOut{"SIGINT", SIGINT}, WayOut{"SIGHUP", SIGHUP}),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+} // namespace
+
+} // namespace support

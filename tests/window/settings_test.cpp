@@ -1,0 +1,183 @@
+// What the window takes from its settings file, and what it leaves there.
+
+#include "tests/window/player_test.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <filesystem>
+
+namespace zvonivec {
+namespace {
+
+class Settings : public PlayerTest {
+protected:
+    std::string path() const { return programFolder() + "/MP3.ini"; }
+    void put(const std::string& bytes) const { support::writeFile(path(), bytes); }
+    std::string bytes() const { return support::readFile(path()); }
+
+    void expect(int onTop, int repeat, int volume) {
+        EXPECT_EQ(popup().chkPopup[popupOnTop].Value(), onTop);
+        EXPECT_EQ(popup().chkPopup[popupRepeat].Value(), repeat);
+        EXPECT_EQ(engine().settings().volume(), volume);
+        EXPECT_EQ(player().imgVolume.Tag(), std::to_string(volume));
+        EXPECT_EQ(player().lblStatus.Caption(), std::to_string(volume) + "% hlasitost");
+    }
+    void expectCentred() {
+        const QRect screen = QGuiApplication::primaryScreen()->geometry();
+        EXPECT_TRUE(serveUntil([&] {
+            return (window().geometry().center() - screen.center()).manhattanLength() <= 2;
+        }));
+    }
+};
+
+TEST_F(Settings, WithoutAFileAreTheDefaultsAndTheEndCreatesIt) {
+    start();
+    expectCentred();
+    expect(0, 1, 50);
+    const std::string left = std::to_string(static_cast<int>(player().Left()));
+    const std::string top = std::to_string(static_cast<int>(player().Top()));
+    player().CloseApplication();
+    EXPECT_EQ(bytes(), "[General]\r\nLeft=" + left + "\r\nTop=" + top +
+                           "\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
+}
+
+TEST_F(Settings, AreAppliedAtTheStart) {
+    put("[General]\r\nLeft=1500\r\nTop=2250\r\nOnTop=1\r\nRepeat=0\r\nVolume=70\r\n");
+    start();
+    EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(100, 150); }));
+    expect(1, 0, 70);
+}
+
+TEST_F(Settings, AreWrittenAtTheEndAndReadAgain) {
+    start();
+    player().setLeft(300);
+    player().setTop(450);
+    player().ShowPopupMenu();
+    click(popup().chkPopup[popupRepeat]);
+    popup().chkPopup[popupOnTop].setValue(1);
+    click(player().imgVolume);
+    ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(20, 30); }));
+    player().CloseApplication();
+    EXPECT_EQ(bytes(), "[General]\r\nLeft=300\r\nTop=450\r\nOnTop=1\r\nRepeat=0\r\nVolume=60\r\n");
+    renew();
+    start();
+    EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(20, 30); }));
+    expect(1, 0, 60);
+}
+
+TEST_F(Settings, FractionsAndNegativePositionsAreAccepted) {
+    for (const char* separator : {".", ","}) {
+        put("[General]\nLeft=-1502" + std::string(separator) + "5\nTop=307" + separator + "5\n");
+        renew();
+        start();
+        EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(-100, 21); }))
+            << window().x() << ' ' << window().y();
+    }
+}
+
+TEST_F(Settings, APositionBeyondTheScreensEdgeIsAppliedUnchanged) {
+    put("[General]\nLeft=18000\nTop=-3000\n");
+    start();
+    EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(1200, -200); }));
+    player().CloseApplication();
+    EXPECT_NE(bytes().find("Left=18000\nTop=-3000\n"), std::string::npos);
+}
+
+TEST_F(Settings, APositionThatNoScreenCanHaveIsRefused) {
+    for (const char* number : {"1e30", "-1e30", "600000", "nan"}) {
+        put(std::string("[General]\nLeft=") + number + "\nTop=" + number + "\n");
+        renew();
+        start();
+        EXPECT_TRUE(window().pos().manhattanLength() < 64000) << number;
+    }
+}
+
+TEST_F(Settings, WhatIsNoNumberChangesNothing) {
+    put("[General]\nLeft=abc\nTop=450\nOnTop=x\nRepeat=\nVolume=loud\n");
+    engine().settings().setVolume(35); // the engine's own
+    const float before = player().Left();
+    start();
+    EXPECT_EQ(player().Left(), before);
+    EXPECT_TRUE(serveUntil([this] { return window().y() == 30; }));
+    expect(0, 0, 35);
+}
+
+TEST_F(Settings, ACheckBoxRefusesOtherNumbers) {
+    for (const char* number : {"3", "-1", "70000", "99999999999"}) {
+        put("[General]\nOnTop=" + std::string(number) + "\nRepeat=" + number + "\n");
+        renew();
+        start();
+        expect(0, 0, 50);
+    }
+    put("[General]\nOnTop=2\nRepeat=2\n");
+    renew();
+    start();
+    expect(2, 2, 50);
+}
+
+TEST_F(Settings, TheEngineDecidesAboutTheVolume) {
+    put("[General]\nVolume=250\n");
+    start();
+    expect(0, 1, 100);
+    player().CloseApplication();
+    EXPECT_NE(bytes().find("Volume=100"), std::string::npos);
+    put("[General]\nVolume=-3,5\n");
+    renew();
+    start();
+    expect(0, 1, 0);
+}
+
+TEST_F(Settings, AMinimisedWindowKeepsItsStoredPosition) {
+    put("[General]\nLeft=150\nTop=300\nOnTop=0\nRepeat=1\nVolume=50\n");
+    start();
+    player().setLeft(600);
+    player().setWindowState(Form::WindowState::minimized);
+    engine().settings().setVolume(20);
+    player().CloseApplication();
+    EXPECT_EQ(bytes(), "[General]\nLeft=150\nTop=300\nOnTop=0\nRepeat=1\nVolume=20\n");
+}
+
+TEST_F(Settings, AMinimisedFirstRunWritesThreeKeys) {
+    start();
+    player().setWindowState(Form::WindowState::minimized);
+    player().CloseApplication();
+    EXPECT_EQ(bytes(), "[General]\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
+}
+
+TEST_F(Settings, EveryUnloadOfTheMenuSaves) {
+    start();
+    popup().Unload();
+    EXPECT_NE(bytes(), "");
+}
+
+TEST_F(Settings, AnEndInTheMiddleOfReadingOverwritesNothing) {
+    const std::string stored = "[General]\nLeft=150\nTop=300\nOnTop=1\nRepeat=0\nVolume=20\n";
+    put(stored);
+    // Runs in the message pass of the click that the switch raises when it is read.
+    Application::post([this] { player().CloseApplication(); });
+    player().Form_Load();
+    EXPECT_FALSE(player().Loaded());
+    EXPECT_EQ(bytes(), stored);
+}
+
+TEST_F(Settings, WhatElseIsInTheFileStays) {
+    put("; mine\n[Other]\nx=1\n\n[General]\nVolume=30\nColour=red\n");
+    start();
+    player().setLeft(150);
+    player().setTop(300);
+    ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(10, 20); }));
+    player().CloseApplication();
+    EXPECT_EQ(bytes(), "; mine\n[Other]\nx=1\n\n[General]\nVolume=30\nColour=red\n"
+                       "Left=150\nTop=300\nOnTop=0\nRepeat=1\n");
+}
+
+TEST_F(Settings, AFolderThatIsNotThereHarmsNothing) {
+    std::filesystem::remove_all(programFolder());
+    start();
+    expect(0, 1, 50);
+    player().CloseApplication();
+    EXPECT_FALSE(std::filesystem::exists(path()));
+}
+
+} // namespace
+} // namespace zvonivec
