@@ -1,6 +1,7 @@
 #include "controls/Application.h"
 #include "main_window/frmPlayer.h"
 #include "platform/display.h"
+#include "platform/display_loss.h"
 #include "platform/end_requests.h"
 
 #include <memory>
@@ -24,6 +25,7 @@ int main() {
     boxesOfPlayer.setOwner(player);
 
     const EndRequests endRequests([&player] { player.CloseApplication(); });
+    const DisplayLoss displayLoss([&player] { player.SaveSettings(); });
     player.Form_Load();
     return application.run();
 }

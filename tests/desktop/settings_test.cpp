@@ -213,7 +213,12 @@ TEST_P(WayOutTest, Saves) {
         }));
         player_->process().signal(SIGTERM);
     }
-    EXPECT_EQ(player_->process().waitForExit(), 0);
+    bool orderly = true;
+    if (way == "DisplayGoes") { // as at the end of some sessions
+        display_.killServer();
+        orderly = false;
+    }
+    EXPECT_EQ(player_->process().waitForExit() == 0, orderly);
     EXPECT_EQ(settings(),
               "[General]\r\nLeft=4500\r\nTop=2250\r\nOnTop=0\r\nRepeat=1\r\nVolume=60\r\n");
 }
@@ -221,8 +226,9 @@ TEST_P(WayOutTest, Saves) {
 INSTANTIATE_TEST_SUITE_P(By, WayOutTest,
                          testing::Values(WayOut{"CloseButton", 0}, WayOut{"Menu", 0},
                                          WayOut{"WindowManager", 0}, WayOut{"MenuOpen", 0},
-                                         WayOut{"BoxOpen", 0}, WayOut{"SIGTERM", SIGTERM},
-                                         WayOut{"SIGINT", SIGINT}, WayOut{"SIGHUP", SIGHUP}),
+                                         WayOut{"BoxOpen", 0}, WayOut{"DisplayGoes", 0},
+                                         WayOut{"SIGTERM", SIGTERM}, WayOut{"SIGINT", SIGINT},
+                                         WayOut{"SIGHUP", SIGHUP}),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 } // namespace

@@ -166,6 +166,14 @@ void Display::killWindowManager() {
     windowManager_.waitForExit();
 }
 
+void Display::killServer() {
+    XCloseDisplay(connection_);
+    connection_ = nullptr;
+    server_.signal(SIGKILL);
+    server_.waitForExit();
+    problem_ = "the server was ended";
+}
+
 Process::Environment Display::environment() const {
     return {
         {"DISPLAY", name_},

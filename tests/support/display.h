@@ -51,6 +51,8 @@ public:
 
     /// Ends the window manager, as a crash would, leaving the windows.
     void killWindowManager();
+    /// Ends the server, and this object's use with it; clients may still be asked for their ends.
+    void killServer();
 
 private:
     [[nodiscard]] bool startServer(const DisplayOptions& options);
