@@ -92,7 +92,7 @@ QPixmap pixmapOf(const Picture& picture, double ratio) {
 }
 
 void drawPicture(QPainter& painter, const Picture& picture) {
-    const double ratio = painter.device()->devicePixelRatioF();
+    const double ratio = painter.deviceTransform().m11();
     const QPixmap pixmap = pixmapOf(picture, ratio);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, pixmap.devicePixelRatio() != ratio);
     painter.drawPixmap(0, 0, pixmap);

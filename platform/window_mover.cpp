@@ -63,7 +63,10 @@ void WindowMover::follow(const QMouseEvent& event) {
         pressedAt_ = event.points().first().globalPressPosition();
     }
     // Places on the screen, so that it doesn't matter how far the window has come meanwhile.
-    window_.move(from_ + (event.globalPosition() - *pressedAt_).toPoint());
+    // The toolkit tells the press in whole logical pixels: on screens with more pixels the rest
+    // isn't a move.
+    const QPointF moved = event.globalPosition() - *pressedAt_;
+    window_.move(from_ + QPoint(static_cast<int>(moved.x()), static_cast<int>(moved.y())));
 }
 
 } // namespace zvonivec

@@ -24,10 +24,10 @@ Player::Player(const Display& display, const std::string& folder, Process::Envir
                                    .directory = "/"});
 }
 
-bool Player::waitUntilShown() {
-    const auto isOurs = [this](const Window& window) {
+bool Player::waitUntilShown(int scale) {
+    const auto isOurs = [this, scale](const Window& window) {
         return window.pid() == process_.pid() && window.isShown() &&
-               window.title() == player::TITLE && window.place().width == player::WIDTH;
+               window.title() == player::TITLE && window.place().width == player::WIDTH * scale;
     };
     const bool shown = waitUntil(
         [&] {

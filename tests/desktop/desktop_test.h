@@ -23,8 +23,9 @@ public:
     /// survive from one Player to the next.
     Player(const Display& display, const std::string& folder, Process::Environment environment);
 
-    /// False when its window didn't appear within the time.
-    bool waitUntilShown();
+    /// False when its window didn't appear within the time. The scale: screen pixels to one of the
+    /// window's own.
+    bool waitUntilShown(int scale = 1);
     [[nodiscard]] const Display& display() const { return *display_; }
     /// Only once it has been shown.
     [[nodiscard]] const Window& window() const { return *window_; }
