@@ -83,12 +83,14 @@ float Form::Top() const {
 
 void Form::setLeft(float twips) {
     if (isPlaceOfWindow(twips)) {
+        wantedPlace_.reset();
         widget().move(toPixels(twips), widget().y());
     }
 }
 
 void Form::setTop(float twips) {
     if (isPlaceOfWindow(twips)) {
+        wantedPlace_.reset();
         widget().move(widget().x(), toPixels(twips));
     }
 }
@@ -96,16 +98,17 @@ void Form::setTop(float twips) {
 void Form::setVisible(bool on) {
     if (loaded_ || !on) {
         wantedPlace_ = on ? std::optional(Place{Left(), Top()}) : std::nullopt;
+        timesShown_ += on ? 1 : 0;
         Control::setVisible(on);
     }
 }
 
 void Form::askAgainForPlace() {
-    if (wantedPlace_ && (wantedPlace_->left != Left() || wantedPlace_->top != Top())) {
-        setLeft(wantedPlace_->left);
-        setTop(wantedPlace_->top);
+    const auto place = std::exchange(wantedPlace_, std::nullopt);
+    if (place && (place->left != Left() || place->top != Top())) {
+        setLeft(place->left);
+        setTop(place->top);
     }
-    wantedPlace_.reset();
 }
 
 void Form::bringToFront() {
@@ -113,9 +116,16 @@ void Form::bringToFront() {
 }
 
 void Form::deactivate() {
-    if (Visible()) {
-        Form_Deactivate();
-    }
+    // Not now: the handler lets events pass, and this may be the middle of a dialog's being shown,
+    // which must not be answered before its own loop runs.
+    QMetaObject::invokeMethod(
+        &widget(),
+        [this, showing = timesShown_] {
+            if (Visible() && showing == timesShown_) {
+                Form_Deactivate();
+            }
+        },
+        Qt::QueuedConnection);
 }
 
 void Form::setCaption(const std::string& text) {

@@ -85,6 +85,7 @@ private:
     std::optional<Place> wantedPlace_;
 
     Picture picture_;
+    int timesShown_ = 0;
     bool loaded_ = true;
     bool unloading_ = false;
 };

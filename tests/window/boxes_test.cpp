@@ -114,7 +114,8 @@ TEST_F(Boxes, ABoxHidesTheMenu) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
     player().ShowPopupMenu();
-    whenShown<QDialog>([this](QDialog&) { EXPECT_FALSE(popup().Visible()); });
+    whenShown<QDialog>(
+        [this](QDialog&) { EXPECT_TRUE(serveUntil([this] { return !popup().Visible(); })); });
     boxes.MsgBox("x", vbCritical, "y");
     EXPECT_EQ(seen(), 1);
 }
