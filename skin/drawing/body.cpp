@@ -203,14 +203,26 @@ double heightAt(Point p) {
     return height;
 }
 
+/// As film takes very bright light: near white, but never flat.
+Light exposed(Light light) {
+    const auto channel = [](double value) {
+        constexpr double KNEE = 0.6;
+        const double over = (value - KNEE) / (1 - KNEE);
+        return over > 0 ? KNEE + (1 - KNEE) * over / (1 + over / 2) : value;
+    };
+    return {channel(light.r), channel(light.g), channel(light.b)};
+}
+
 Light railColour(Point p, const Place& at, Direction n) {
     const double grain = 0.6 * noise(p.x * 1.7, p.y / 26, 11) + 0.4 * noise(p.x * 3.1, p.y / 9, 12);
     const bool isEnd = p.y < UPPER_SEAM || p.y > LOWER_SEAM;
     const Light brushed = brushedMetal(lightOf(196, 202, 206), n, isEnd ? 0 : grain);
     const Light polished = polishedMetal(lightOf(214, 222, 228), n);
-    Light light = mixed(brushed * 0.80, polished, isEnd ? 0.55 : 0.42);
-    // The lit room comes back from the flank that the lamp doesn't reach.
-    light = light + lightOf(120, 150, 166) * (0.5 * smoothStep(0.45, 0.8, n.x));
+    Light light = mixed(brushed * 0.80, polished, isEnd ? 0.40 : 0.42);
+    // The lit room comes back as a streak from the flank that the lamp doesn't reach.
+    const double streak = smoothStep(0.42, 0.58, n.x) * smoothStep(0.78, 0.62, n.x);
+    light = light + lightOf(126, 150, 164) * (0.45 * streak * smoothStep(0.5, 0.1, n.y));
+    light = exposed(light);
     light = light * mixed(1, 0.45, smoothStep(0.3, 1.1, gripDepth(p)));
     light = light * mixed(0.25, 1, smoothStep(0.2, 0.9, seamDistance(p)));
     // Contact with the shell.
@@ -272,7 +284,7 @@ Light shellColour(Point p, const Place& at, Direction n) {
     const double letters = wordmarkDistance(p);
     const double behind = wordmarkDistance({p.x - 0.6, p.y - 0.8});
     light = light * mixed(1, 0.45, smoothStep(0.6, -0.4, behind));
-    light = mixed(light, lightOf(214, 224, 228) * mixed(1, 0.6, smoothStep(26, 37, p.y)),
+    light = mixed(light, lightOf(214, 224, 228) * mixed(1, 0.68, smoothStep(26, 37, p.y)),
                   smoothStep(0.5, -0.4, letters));
     return mixed(light, lightOf(150, 178, 192),
                  0.55 * smoothStep(0.5, -0.5, smallPrintDistance(p)));
@@ -312,7 +324,7 @@ double scaleMark(Point p) {
     return p.y > BOTTOM - (isLong ? 4 : 2) ? (isLong ? 1.0 : 0.6) : 0;
 }
 
-Drop colourAt(Point p, Direction n) {
+Drop colourAt(Point p, Direction n, double edgeWidth) {
     const Place at = placeOf(p);
     Light light;
     if (at.rail < 0) {
@@ -334,8 +346,7 @@ Drop colourAt(Point p, Direction n) {
     } else {
         light = shellColour(p, at, n);
     }
-    // Transparency is one bit: instead of blending, the edge goes dark.
-    return {light * (0.05 + 0.95 * smoothStep(0.25, 2.1, -at.edge)), 1};
+    return {light * mixed(0.05, 1, smoothStep(0.25, edgeWidth, -at.edge)), 1};
 }
 
 /// The pixels of the window, as its shape has them.
@@ -358,8 +369,10 @@ Mask outlineMask(int scale) {
 
 Picture drawBody(int scale) {
     const int samples = scale == 1 ? 4 : (scale == 2 ? 3 : 2);
-    const Drawing drawing =
-        draw({heightAt, colourAt}, {0, 0}, WIDTH * scale, HEIGHT * scale, scale, samples);
+    // Transparency is one bit: instead of blending, the edge goes dark. Finer pixels need less.
+    const double edgeWidth = 0.6 + 1.5 / scale;
+    const Scene scene{heightAt, [=](Point p, Direction n) { return colourAt(p, n, edgeWidth); }};
+    const Drawing drawing = draw(scene, {0, 0}, WIDTH * scale, HEIGHT * scale, scale, samples);
     // The texts lie on their own plain ground, so this part takes no dithering. A hairline parts
     // the display's two lines.
     constexpr Box PLAIN{84, 57, 254, 88};

@@ -97,7 +97,10 @@ Picture drawTile(int button, ButtonState state, int scale) {
     constexpr int SAMPLES = 8;
     constexpr Rgba SYMBOL{18, 32, 40};
     const bool pressed = state == ButtonState::Pressed;
-    const double lightness = pressed ? 0.78 : (state == ButtonState::Hover ? 1.25 : 0.92);
+    // Under the pointer the tile shines, with a little of the display's blue.
+    const Light tint = pressed                       ? lightOf(178, 184, 188)
+                       : state == ButtonState::Hover ? lightOf(232, 255, 255) * 1.3
+                                                     : lightOf(212, 217, 220);
     const Scene scene{
         [&](Point p) {
             const double inwards = -boxDistance(p, {0, 0, TILE_SIZE, TILE_SIZE}, 1.5);
@@ -111,7 +114,7 @@ Picture drawTile(int button, ButtonState state, int scale) {
         [&](Point p, Direction n) {
             const double inwards = -boxDistance(p, {0, 0, TILE_SIZE, TILE_SIZE}, 1.5);
             const double rim = 0.55 + 0.45 * smoothStep(0.0, 1.0, inwards);
-            return Drop{brushedMetal(lightOf(228, 233, 236) * lightness, n, 0) * rim, 1};
+            return Drop{brushedMetal(tint, n, 0) * rim, 1};
         },
     };
     const int size = TILE_SIZE * scale;
