@@ -61,7 +61,7 @@ QPixmap read(const PictureData& picture, double ratio) {
             return pixmap;
         }
     }
-    return QPixmap(pathOf(picture.name));
+    return {pathOf(picture.name)};
 }
 
 } // namespace

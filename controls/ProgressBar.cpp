@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QCursor>
+#include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
 #include <algorithm>
@@ -49,7 +50,12 @@ void ProgressBar::setValue(float value) {
 
 void ProgressBar::setMouseIcon(const Picture& picture, int hotX, int hotY) {
     if (picture) {
-        widget().setCursor(QCursor(pixmapOf(picture, widget().devicePixelRatioF()), hotX, hotY));
+        const QPixmap pixmap = pixmapOf(picture, widget().devicePixelRatioF());
+        // Under X11 the toolkit takes the hot spot for a place in the picture as it is stored.
+        const double scale =
+            QGuiApplication::platformName() == "xcb" ? pixmap.devicePixelRatio() : 1;
+        widget().setCursor(QCursor(pixmap, static_cast<int>(std::lround(hotX * scale)),
+                                   static_cast<int>(std::lround(hotY * scale))));
     } else {
         widget().setCursor(Qt::PointingHandCursor);
     }
@@ -92,7 +98,7 @@ void ProgressBar::paint(QPainter& painter) {
         const int right = pixels(start + SEGMENT - 1);
         const int end = std::clamp(lit, left, right);
         fill(left, top, end, bottom, light);
-        fill(end, top, right, bottom, QColor(5, 32, 40));
+        fill(end, top, right, bottom, QColor(7, 40, 50));
     }
     if (lit > 0) {
         // Where the playing is: the end stands out, also within a segment or between two.

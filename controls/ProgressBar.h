@@ -18,7 +18,8 @@ public:
     /// Refused outside Min to Max.
     void setValue(float value);
 
-    /// The pointer's picture while it is over the bar; the hot spot is in pixels.
+    /// The pointer's picture while it is over the bar; the hot spot is in
+    /// logical pixels.
     void setMouseIcon(const Picture& picture, int hotX, int hotY);
 
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;

@@ -119,10 +119,12 @@ void paintSmooth(Picture& onto, const Figure& figure, Rgba colour, Rgba ground, 
     for (int y = 0; y < onto.height(); ++y) {
         for (int x = 0; x < onto.width(); ++x) {
             int inside = 0;
-            for (int i = 0; i < SAMPLES * SAMPLES; ++i) {
-                const Point p{(x + (i % SAMPLES + 0.5) / SAMPLES) / scale,
-                              (y + (i / SAMPLES + 0.5) / SAMPLES) / scale};
-                inside += figure.distance(p) < 0 ? 1 : 0;
+            for (int row = 0; row < SAMPLES; ++row) {
+                for (int column = 0; column < SAMPLES; ++column) {
+                    const Point p{(x + (column + 0.5) / SAMPLES) / scale,
+                                  (y + (row + 0.5) / SAMPLES) / scale};
+                    inside += figure.distance(p) < 0 ? 1 : 0;
+                }
             }
             if (inside == 0) {
                 continue;
