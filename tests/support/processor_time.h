@@ -5,9 +5,11 @@
 
 namespace support {
 
-/// How much slower than the release build a build with sanitizers may be.
+/// How much slower than the release build this build may be.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 inline constexpr double SLOWNESS = 20;
+#elif !defined(__OPTIMIZE__)
+inline constexpr double SLOWNESS = 5;
 #else
 inline constexpr double SLOWNESS = 1;
 #endif
