@@ -32,7 +32,7 @@ void WritePrivateProfileStringA(const std::string& section, const std::string& k
 }
 
 std::string folderSeparator() {
-    return std::string(1, static_cast<char>(std::filesystem::path::preferred_separator));
+    return {static_cast<char>(std::filesystem::path::preferred_separator)};
 }
 
 } // namespace zvonivec::modDeklarace

@@ -4,8 +4,8 @@
 //   Left=4807.5
 //
 // Everything here works on a file's bytes, without the file. A line ends with CR LF, LF or CR.
-// Blanks around lines, names and values don't count, nor does the case of section and key names. The
-// first section of a name holds, and in it the first line of a key. One pair of quotes around a
+// Blanks around lines, names and values don't count, nor does the case of section and key names.
+// The first section of a name holds, and in it the first line of a key. One pair of quotes around a
 // value, '"' or "'", is not part of it. The bytes may be of any 8-bit encoding, or UTF-16 with a
 // byte order mark; a value of UTF-16 has a '?' for each character beyond ASCII.
 #pragma once
