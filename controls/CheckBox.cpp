@@ -65,9 +65,8 @@ void CheckBox::paint(QPainter& painter) {
     painter.fillRect(all, toQColor(BackColor()));
 
     const QRect box(0, (all.height() - boxSize) / 2, boxSize, boxSize);
-    painter.fillRect(box, QColor(6, 26, 32));
-    painter.setPen(toQColor(ForeColor()));
-    painter.drawRect(box.adjusted(0, 0, -1, -1));
+    painter.fillRect(box, toQColor(ForeColor()));
+    painter.fillRect(box.adjusted(1, 1, -1, -1), QColor(6, 26, 32));
     if (value_ != 0) {
         QPen mark(toQColor(ForeColor()), 2);
         mark.setCapStyle(Qt::SquareCap);
