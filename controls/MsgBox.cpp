@@ -31,7 +31,6 @@ public:
         setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         setFrameShape(QFrame::NoFrame);
         viewport()->setAutoFillBackground(false);
-        setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         // The system's own boxes have a tab stop every eight letters.
