@@ -8,8 +8,8 @@ namespace {
 
 /// The tabs put the two addresses below each other.
 constexpr const char* ABOUT_TEXT =
-    "Program je napsán v jazyce C++ s knihovnami Qt, libmpg123, TagLib a SDL, sestavuje se "
-    "nástrojem CMake a instalační balíčky vytváří nástroj CPack."
+    "Program je napsán v jazyce C++ s knihovnami Qt, libmpg123, TagLib a SDL, sestavuje a "
+    "instaluje se nástrojem CMake."
     "\r\n\r\n"
     "Grafika tlačítek a pozadí je vlastní kresba tohoto projektu, zpracovaná podle zveřejněných "
     "grafických návrhů přenosných přehrávačů MP3."
