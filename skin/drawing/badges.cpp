@@ -92,10 +92,31 @@ IconPlace iconPlaceOf(Point p) {
     return place;
 }
 
+/// How far a place on a rail lies in from the rail's outer edge, around softly milled corners.
+double fromIconRailEdge(Point p) {
+    struct Side {
+        Point on;
+        Point inwards;
+    };
+    static constexpr std::array<Side, 5> SIDES{{
+        {{1, 16}, {1, 0}},
+        {{1, 4}, {0.7809, 0.6247}},
+        {{4, 1}, {0, 1}},
+        {{1, 28.5}, {0.7071, -0.7071}},
+        {{4, 31}, {0, -1}},
+    }};
+    const Point left{p.x < 16 ? p.x : 32 - p.x, p.y};
+    double inwards = 6;
+    for (const Side& side : SIDES) {
+        inwards = smoothUnion(inwards, dot(left - side.on, side.inwards), 2.5);
+    }
+    return inwards;
+}
+
 double iconHeight(Point p) {
     const IconPlace at = iconPlaceOf(p);
     if (at.rail < 0) {
-        return roundedRise(-at.edge, 3.6, 2.6) + roundedRise(-at.rail, 1.2, 0.8);
+        return roundedRise(fromIconRailEdge(p), 4.2, 2.8) + roundedRise(-at.rail, 1.2, 0.8);
     }
     if (at.knob < 0) {
         // A steel ring, and a domed cap within it.
@@ -122,17 +143,21 @@ double iconBars(Point p) {
     return nearest;
 }
 
-/// The icon of 16 pixels: no more than its display and a big triangle, on the pixel grid.
-Drop smallIconColour(Point p, Direction n) {
-    const IconPlace at = iconPlaceOf(p);
-    Light light = at.rail < -1 ? brushedMetal(lightOf(222, 228, 232), n, 0)
-                               : lacquer(lightOf(10, 46, 66), n) * 0.8;
-    if (boxDistance(p, {6, 6, 26, 14}, 0.2) < 0) {
+/// The icon of 16 pixels: no more than rails, display and a big triangle, on the pixel grid.
+Drop smallIconColour(Point p, Direction /*surface*/) {
+    static constexpr std::array<Point, 6> PLAY{
+        {{12, 16}, {14, 16}, {22, 21}, {22, 23}, {14, 28}, {12, 28}}};
+    const double edge = iconPlaceOf(p).edge;
+    const double fromSide = p.x < 16 ? p.x : 32 - p.x;
+    Light light = mixed(lightOf(34, 84, 112), lightOf(8, 34, 50), smoothStep(2, 22, p.y));
+    if (fromSide < 4) {
+        const double lit = p.x < 16 ? 1.0 : 0.45;
+        light = lightOf(226, 232, 236) * (lit * mixed(1, 0.55, smoothStep(4, 30, p.y)));
+    } else if (boxDistance(p, {6, 6, 26, 14}, 0.2) < 0) {
         light = lightOf(DISPLAY_COLOUR);
     }
-    static constexpr std::array<Point, 4> PLAY{{{12, 16}, {13.5, 16}, {22, 22}, {13.5, 28}}};
     light = mixed(light, lightOf(MARK_COLOUR), smoothStep(0.2, -0.2, polygonDistance(p, PLAY)));
-    return {light, at.edge < 0 ? 1.0 : 0.0};
+    return {light, edge < 0 ? 1.0 : 0.0};
 }
 
 Light iconKnobColour(Point p, double inwards, Direction n) {
@@ -163,7 +188,8 @@ Drop iconColour(Point p, Direction n) {
         const double shade = smoothStep(0, 1.3, p.y - ICON_SCREEN.top) *
                              smoothStep(-0.3, 1.0, p.x - ICON_SCREEN.left);
         light = lightOf(DISPLAY_COLOUR) * (0.25 + 0.75 * shade);
-        light = mixed(light, lightOf(MARK_COLOUR), smoothStep(0.12, -0.12, iconBars(p)));
+        light = mixed(light, lightOf(MARK_COLOUR) * mixed(1, 0.55, smoothStep(7, 12, p.y)),
+                      smoothStep(0.12, -0.12, iconBars(p)));
     } else if (at.screen < 1.1) {
         light = polishedMetal(lightOf(190, 202, 210), n) *
                 (0.3 + 0.7 * smoothStep(0, 0.3, std::min(at.screen, 1.1 - at.screen)));
