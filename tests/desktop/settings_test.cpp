@@ -188,6 +188,10 @@ struct WayOut {
     int signal; ///< 0: one of the others
 };
 
+void PrintTo(const WayOut& way, std::ostream* out) {
+    *out << way.name;
+}
+
 class WayOutTest : public SettingsTest, public testing::WithParamInterface<WayOut> {};
 
 TEST_P(WayOutTest, Saves) {

@@ -224,6 +224,10 @@ struct ButtonItem {
     const char* call;
 };
 
+void PrintTo(const ButtonItem& item, std::ostream* out) {
+    *out << item.call;
+}
+
 class MenuOfButtons : public Menu, public testing::WithParamInterface<ButtonItem> {};
 
 TEST_P(MenuOfButtons, DoesWhatTheButtonDoes) {
