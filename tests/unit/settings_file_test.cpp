@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <random>
 #include <sched.h>
@@ -98,11 +99,12 @@ TEST_F(SettingsFile, AKilledWriterLeavesTheOldOrTheNewFileWhole) {
     EXPECT_EQ(names(), Names{"MP3.ini"});
 }
 
-TEST_F(SettingsFile, TwoWritersBothEndWithAWholeFileAndLoseNothing) {
+TEST_F(SettingsFile, WritersAtTheSameTimeLeaveAWholeFileAndLoseNothing) {
     support::writeFile(path_, "[General]\r\n");
-    constexpr int writes = 300;
+    constexpr int writes = 200;
+    const char* const keys[] = {"Left", "Top", "OnTop", "Repeat", "Volume", "a", "b", "c"};
     std::vector<support::Process> writers;
-    for (const char* key : {"Left", "Top", "Volume"}) {
+    for (const char* key : keys) {
         writers.emplace_back(
             std::vector<std::string>{SETTINGS_WRITER, path_, key, "0", std::to_string(writes)});
     }
@@ -118,9 +120,60 @@ TEST_F(SettingsFile, TwoWritersBothEndWithAWholeFileAndLoseNothing) {
         ++seen;
     }
     EXPECT_GT(seen, 0);
-    for (const char* key : {"Left", "Top", "Volume"}) {
+    for (const char* key : keys) {
         EXPECT_EQ(read(key), std::to_string(writes - 1));
     }
+    EXPECT_EQ(names(), Names{"MP3.ini"});
+}
+
+TEST_F(SettingsFile, AKilledWriterHoldsUpNoOther) {
+    const std::string ballast = "; " + std::string(50000, 'x') + "\r\n";
+    const auto whole = [&] {
+        return ballast + "[General]\r\nLeft=" + read("Left") + "\r\nTop=" + read("Top") + "\r\n";
+    };
+    support::writeFile(path_, ballast + "[General]\r\nLeft=0\r\nTop=0\r\n");
+    constexpr int writes = 100;
+    support::Process other({SETTINGS_WRITER, path_, "Top", "1", std::to_string(writes)});
+    std::mt19937 random(4);
+    std::uniform_int_distribution<int> pause(0, 8000);
+    long last = 0;
+    int kills = 0;
+    while (other.running()) {
+        support::Process writer(
+            {SETTINGS_WRITER, path_, "Left", std::to_string(last + 1), "1000000"});
+        std::this_thread::sleep_for(std::chrono::microseconds(pause(random)));
+        writer.signal(SIGKILL);
+        writer.waitForExit();
+        const long value = std::stol(read("Left"));
+        ASSERT_GE(value, last) << "a value that had been written was lost";
+        last = value;
+        ++kills;
+    }
+    EXPECT_EQ(other.waitForExit(), 0);
+    EXPECT_GT(kills, 3);
+    EXPECT_GT(last, 0);
+    EXPECT_EQ(read("Top"), std::to_string(writes));
+    EXPECT_EQ(support::readFile(path_), whole());
+}
+
+TEST_F(SettingsFile, IsOnTheDiskBeforeItGetsItsName) {
+    write("Left", "1");
+    const std::string calls = folder_.file("calls");
+    ASSERT_EQ(support::run({SETTINGS_WRITER, path_, "Left", "2", "1"}, {.outputFile = calls}), 0);
+    const std::string folder = fs::path(folder_.path()).filename();
+    EXPECT_EQ(support::readFile(calls), "flock MP3.ini.new\n"
+                                        "fchmod MP3.ini.new\n" // before there is anything to read
+                                        "ftruncate MP3.ini.new\n"
+                                        "fsync MP3.ini.new\n"
+                                        "rename\n"
+                                        "fsync " +
+                                            folder + "\n");
+}
+
+TEST_F(SettingsFile, WhatAKilledWriterLeftIsNotPartOfTheNextFile) {
+    support::writeFile(path_ + ".new", "[General]\r\nTop=7\r\n" + std::string(5000, 'x'));
+    write("Left", "1");
+    EXPECT_EQ(support::readFile(path_), "[General]\r\nLeft=1\r\n");
     EXPECT_EQ(names(), Names{"MP3.ini"});
 }
 
@@ -188,6 +241,41 @@ TEST_F(SettingsFile, KeepsPermissions) {
     write("Left", "1");
     umask(mask);
     EXPECT_EQ(fs::status(path_).permissions(), fs::perms(0640));
+}
+
+TEST_F(SettingsFile, KeepsOwnerAndGroup) {
+    constexpr uid_t alice = 1001;
+    constexpr uid_t bob = 1002;
+    constexpr gid_t players = 2001;
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give files away";
+    }
+    const auto status = [this] {
+        struct stat found {};
+        EXPECT_EQ(stat(path_.c_str(), &found), 0);
+        return found;
+    };
+    write("Left", "1");
+    ASSERT_EQ(chown(path_.c_str(), alice, players), 0);
+    fs::permissions(path_, fs::perms(0660));
+    write("Left", "2");
+    EXPECT_EQ(status().st_uid, alice);
+    EXPECT_EQ(status().st_gid, players);
+
+    // A member of the group can't give the file to its owner, but leave it to the group.
+    fs::permissions(folder_.path(), fs::perms(0777));
+    EXPECT_EQ(inChild([&] {
+                  if (setgroups(1, &players) != 0 || setgid(bob) != 0 || setuid(bob) != 0) {
+                      return 1;
+                  }
+                  write("Left", "3");
+                  return 0;
+              }),
+              0);
+    EXPECT_EQ(read("Left"), "3");
+    EXPECT_EQ(status().st_uid, bob);
+    EXPECT_EQ(status().st_gid, players);
+    EXPECT_EQ(status().st_mode & 07777U, 0660U);
 }
 
 TEST_F(SettingsFile, KeepsASymbolicLinkInItsPlace) {
@@ -280,6 +368,23 @@ TEST_F(SettingsFile, AWriterThatHangsIsNotWaitedForLong) {
     close(other); // as its end does
     write("Left", "3");
     EXPECT_EQ(read("Left"), "3");
+}
+
+TEST_F(SettingsFile, IsNotMadeLargerThanWhatIsRead) {
+    std::string bytes = "[General]\r\nLeft=1\r\n";
+    bytes.resize(whole_file::largest, ';');
+    support::writeFile(path_, bytes);
+    EXPECT_EQ(read("Left"), "1");
+    write("Left", "2");
+    EXPECT_EQ(read("Left"), "2");
+    write("Left", "10"); // one byte too many
+    EXPECT_EQ(read("Left"), "2");
+    EXPECT_EQ(names(), Names{"MP3.ini"});
+
+    fs::resize_file(path_, whole_file::largest + 1);
+    EXPECT_EQ(read("Left"), "DEF");
+    write("Left", "3");
+    EXPECT_EQ(fs::file_size(path_), whole_file::largest + 1);
 }
 
 TEST_F(SettingsFile, RubbishIsReadAtOnceAsNothing) {
