@@ -82,6 +82,56 @@ public:
     }
 };
 
+/// Makes the name of a frame's header, which TagLib keeps to its frames, usable here.
+struct FrameAccess : TagLib::ID3v2::Frame {
+    using TagLib::ID3v2::Frame::Header;
+};
+
+constexpr const char* leftOutId = "ZZZZ";
+/// Genres go under the name of a text that isn't read: as genres, TagLib would take every text in
+/// brackets at their start for a number and drop it.
+constexpr const char* genreId = "TIT3";
+
+/// Lets TagLib look into the frames that are read and into no others. For one tag.
+///
+/// Frames may be compressed, and TagLib inflates them without a limit, whatever length they state.
+/// Nothing inflates to more than some thousand times its size, so a limit to what is compressed
+/// bounds memory and time. It is more than texts of the length that is read can need.
+class FrameSelection final : public TagLib::ID3v2::FrameFactory {
+protected:
+    bool updateFrame(FrameAccess::Header* header) const override {
+        const bool known = FrameFactory::updateFrame(header);
+        const TagLib::ByteVector id = header->frameID();
+        const bool wanted =
+            std::ranges::any_of(readIds, [&id](const char* readId) { return id == readId; });
+        if (!known || !wanted || !spend(*header)) {
+            const unsigned size = header->frameSize();
+            header->setData(header->render(), header->version()); // drops the flags
+            header->setFrameSize(size);
+            header->setFrameID(leftOutId);
+            return false;
+        }
+        if (id == "TCON") {
+            header->setFrameID(genreId);
+        }
+        return true;
+    }
+
+private:
+    static constexpr std::array readIds = {"TPE1", "TIT2", "TALB", "COMM", "TCON", "TDRC"};
+
+    bool spend(const FrameAccess::Header& header) const {
+        if (!header.compression()) {
+            return true;
+        }
+        const bool enough = header.frameSize() <= compressedLeft_;
+        compressedLeft_ -= enough ? header.frameSize() : 0;
+        return enough;
+    }
+
+    mutable unsigned compressedLeft_ = 4096; ///< bytes
+};
+
 /// TagLib takes it for the whole process.
 void setTextHandler() {
     static const Id3v2Text handler;
@@ -115,46 +165,52 @@ std::string joined(const TagLib::StringList& values) {
     return joined(texts);
 }
 
-/// A genre of a list of ID3v1 by its number, which may stand in brackets; else the text itself.
-std::string genreName(const std::string& text) {
-    std::string_view number = text;
-    if (number.size() > 2 && number.front() == '(' && number.back() == ')') {
-        number = number.substr(1, number.size() - 2);
+/// The genre of a number of ID3v1's list, or of one of ID3v2's two abbreviations; else nothing.
+std::string genreOfCode(std::string_view code) {
+    if (code == "RX") {
+        return "Remix";
+    }
+    if (code == "CR") {
+        return "Cover";
     }
     const bool isNumber =
-        !number.empty() && number.size() <= 3 &&
-        std::ranges::all_of(number, [](char digit) { return digit >= '0' && digit <= '9'; });
-    if (isNumber) {
-        const std::string name = tidy(TagLib::ID3v1::genre(std::stoi(std::string(number))));
-        return name.empty() ? text : name;
+        !code.empty() && code.size() <= 3 &&
+        std::ranges::all_of(code, [](char digit) { return digit >= '0' && digit <= '9'; });
+    return isNumber ? tidy(TagLib::ID3v1::genre(std::stoi(std::string(code)))) : std::string();
+}
+
+/// Adds the genres of one text: a code, or codes in brackets and a text that refines them, as in
+/// "(4)Eurodisco". Such a text's own bracket is written twice. Other brackets belong to a name.
+void addGenres(std::vector<std::string>& names, std::string_view text) {
+    const auto add = [&names](std::string name) {
+        if (!name.empty() && std::ranges::find(names, name) == names.end()) {
+            names.push_back(std::move(name));
+        }
+    };
+    while (text.starts_with('(')) {
+        if (text.starts_with("((")) {
+            text.remove_prefix(1);
+            break;
+        }
+        const std::size_t end = text.find(')');
+        std::string name =
+            end == std::string_view::npos ? std::string() : genreOfCode(text.substr(1, end - 1));
+        if (name.empty()) {
+            break;
+        }
+        add(std::move(name));
+        text.remove_prefix(end + 1);
     }
-    return number == "RX" ? "Remix" : number == "CR" ? "Cover" : text;
+    std::string name = genreOfCode(text);
+    add(name.empty() ? tidyText(text) : std::move(name));
 }
 
 std::string genreNames(const TagLib::StringList& values) {
     std::vector<std::string> names;
     for (const TagLib::String& value : values) {
-        std::string text = tidy(value);
-        // "(17)(18)" or "(17)Rock": numbers in front of a text that may refine them.
-        while (text.size() > 2 && text.front() == '(' && text.find(')') + 1 < text.size() &&
-               text.find(')') != std::string::npos) {
-            const std::size_t end = text.find(')') + 1;
-            const std::string name = genreName(text.substr(0, end));
-            if (name == text.substr(0, end)) {
-                break; // brackets that are part of a name
-            }
-            names.push_back(name);
-            text.erase(0, end);
-        }
-        names.push_back(genreName(text));
+        addGenres(names, tidy(value));
     }
-    std::vector<std::string> unique;
-    for (const std::string& name : names) {
-        if (std::ranges::find(unique, name) == unique.end()) {
-            unique.push_back(name);
-        }
-    }
-    return joined(unique);
+    return joined(names);
 }
 
 /// The year of a date such as 2004-05-01.
@@ -198,7 +254,7 @@ TrackTags fromId3v2(const TagLib::ID3v2::Tag& tag) {
             .title = joined(id3v2Values(tag, "TIT2")),
             .album = joined(id3v2Values(tag, "TALB")),
             .description = id3v2Comment(tag),
-            .genre = genreNames(id3v2Values(tag, "TCON")),
+            .genre = genreNames(id3v2Values(tag, genreId)),
             .year = yearOf(joined(id3v2Values(tag, "TDRC")))};
 }
 
@@ -255,10 +311,11 @@ void fillIn(TrackTags& tags, TrackTags&& lesser) {
 TrackTags readTags(const std::shared_ptr<const FileReader>& file) {
     setTextHandler();
     TagStream stream(file);
+    FrameSelection frames;
 #if TAGLIB_MAJOR_VERSION >= 2
-    TagLib::MPEG::File tagged(&stream, false);
+    TagLib::MPEG::File tagged(&stream, false, TagLib::MPEG::Properties::Average, &frames);
 #else
-    TagLib::MPEG::File tagged(&stream, TagLib::ID3v2::FrameFactory::instance(), false);
+    TagLib::MPEG::File tagged(&stream, &frames, false);
 #endif
     TrackTags tags;
     if (tagged.hasID3v2Tag()) {

@@ -31,6 +31,87 @@ std::string utf16Of(const std::u16string& text) {
     return bytes;
 }
 
+/// Packed bits, as deflate has them: from the lowest of each byte on.
+class BitWriter {
+public:
+    /// A Huffman code, whose highest bit comes first.
+    void code(unsigned bits, unsigned count) {
+        while (count != 0) {
+            const unsigned bit = bits >> --count & 1U;
+            current_ |= bit << used_;
+            if (++used_ == 8) {
+                bytes_ += static_cast<char>(current_);
+                current_ = used_ = 0;
+            }
+        }
+    }
+    std::string finish() {
+        while (used_ != 0) {
+            code(0, 1);
+        }
+        return std::move(bytes_);
+    }
+
+private:
+    std::string bytes_;
+    unsigned current_ = 0;
+    unsigned used_ = 0;
+};
+
+/// A zlib stream that inflates to some letters, in hardly any room. Its checksum is wrong, which is
+/// found out when it has been inflated.
+std::string bomb(std::size_t letters) {
+    BitWriter bits;
+    bits.code(0b110, 3);      // the last block, with the fixed codes
+    bits.code(0x30 + 'x', 8); // the letter
+    for (std::size_t done = 1; done < letters; done += 258) {
+        bits.code(0b11000101, 8); // 258 times more
+        bits.code(0, 5);          // the letter before
+    }
+    bits.code(0, 7); // the end
+    return "\x78\x01" + bits.finish() + std::string(4, '\0');
+}
+
+/// A zlib stream of some text as it is.
+std::string stored(const std::string& text) {
+    std::uint32_t a = 1;
+    std::uint32_t b = 0;
+    for (const char byte : text) {
+        a = (a + static_cast<unsigned char>(byte)) % 65521;
+        b = (b + a) % 65521;
+    }
+    const auto size = static_cast<std::uint32_t>(text.size());
+    return "\x78\x01\x01" + support::littleEndian(size, 2) +
+           support::littleEndian(~size & 0xFFFFU, 2) + text + support::bigEndian(b << 16U | a);
+}
+
+/// A tag of frames that say that they are compressed and how long they are otherwise.
+std::string compressedId3v2(int version,
+                            const std::vector<std::pair<std::string, std::string>>& zlibFrames,
+                            std::uint32_t statedSize) {
+    std::vector<std::pair<std::string, std::string>> all;
+    for (const auto& [id, data] : zlibFrames) {
+        all.emplace_back(id, support::bigEndian(statedSize) + data);
+    }
+    std::string tag = id3v2(version, all);
+    std::size_t at = 10;
+    for (const auto& [id, data] : all) {
+        tag[at + 9] = version == 3 ? '\x80' : '\x09';
+        at += 10 + data.size();
+    }
+    return tag;
+}
+
+/// The most memory that the process has had, in bytes; reset forgets what was.
+std::size_t peakMemory(bool reset) {
+    if (reset) {
+        support::writeFile("/proc/self/clear_refs", "5");
+    }
+    const std::string status = support::readFile("/proc/self/status");
+    const std::size_t at = status.find("VmHWM:");
+    return at == std::string::npos ? 0 : std::stoul(status.substr(at + 6)) * 1024;
+}
+
 class Tags : public testing::Test {
 protected:
     TrackTags tagsOf(const std::string& content) {
@@ -166,6 +247,53 @@ TEST_F(Tags, genresAndDatesAndSeveralValues) {
     EXPECT_EQ(tags.author, "A, B");
 }
 
+TEST_F(Tags, genresInEveryWriting) {
+    struct Row {
+        std::string text;
+        std::string genre;
+    };
+    const std::vector<Row> rows = {
+        {"17", "Rock"},
+        {"(17)", "Rock"},
+        {"(17)Foo", "Rock, Foo"},
+        {"(17) Foo", "Rock, Foo"},
+        {"(17)Rock", "Rock"},
+        {"(17)(8)", "Rock, Jazz"},
+        {"(17)(8)Foo", "Rock, Jazz, Foo"},
+        {"(RX)", "Remix"},
+        {"(CR)", "Cover"},
+        {"RX", "Remix"},
+        {"CR", "Cover"},
+        {"(RX)(17)", "Remix, Rock"},
+        {"(17)((Foo)", "Rock, (Foo)"},
+        {"((Foo)", "(Foo)"},
+        {"(Alt) Rock", "(Alt) Rock"},
+        {"(17)(Alt) Rock", "Rock, (Alt) Rock"},
+        {"Rock (Alt)", "Rock (Alt)"},
+        {"Alt (17)", "Alt (17)"},
+        {"(Alt)", "(Alt)"},
+        {"(999)", "(999)"},
+        {"(1 7)", "(1 7)"},
+        {"()", "()"},
+        {"(", "("},
+        {"(17", "(17"},
+        {"Rock", "Rock"},
+        {"rx", "rx"},
+        {"17th century", "17th century"},
+        {"0", "Blues"},
+        {"(0)", "Blues"},
+    };
+    for (const Row& row : rows) {
+        for (const int version : {2, 3, 4}) {
+            const std::string tag =
+                id3v2(version, {{version == 2 ? "TCO" : "TCON", latin1 + row.text}});
+            EXPECT_EQ(tagsOf(tag + frames).genre, row.genre) << row.text << ", " << version;
+        }
+        EXPECT_EQ(tagsOf(frames + support::apeTag({{"Genre", row.text}})).genre, row.genre)
+            << row.text;
+    }
+}
+
 TEST_F(Tags, aProgramsOwnCommentIsNoDescription) {
     const TrackTags tags = tagsOf(id3v2(3, {{"COMM", latin1 + "engiTunNORM" + latin1 + " 0000"},
                                             {"COMM", latin1 + "engnote" + latin1 + "second"},
@@ -184,6 +312,55 @@ TEST_F(Tags, hostileTagsAreHarmless) {
         std::string tag = id3v2(4, {{"TIT2", utf8 + "x"}}, 2000);
         tag.replace(10, 1990, noise.substr(0, 1990));
         tagsOf(tag + frames + support::apeTag({{noise.substr(0, 50), noise}}));
+    }
+}
+
+TEST_F(Tags, compressedTextsAreRead) {
+    for (const int version : {3, 4}) {
+        const std::string title = latin1 + "Titul " + std::string(900, 'x');
+        const TrackTags tags = tagsOf(
+            compressedId3v2(version, {{"TIT2", stored(title)}, {"TPE1", stored(latin1 + "A")}},
+                            static_cast<std::uint32_t>(title.size())) +
+            frames);
+        EXPECT_EQ(tags.title, title.substr(1)) << version;
+        EXPECT_EQ(tags.author, "A") << version;
+    }
+}
+
+TEST_F(Tags, whatInflatesToNoEndIsLeftOut) {
+    constexpr std::size_t letters = 500'000'000;
+    const std::string data = bomb(letters);
+    // A chapter holds frames of its own.
+    const std::string chapter = compressedId3v2(4, {{"TIT2", data}}, letters).substr(10);
+    const std::string nested = std::string("c\0", 2) + std::string(16, '\0') + chapter;
+    struct Row {
+        const char* what;
+        std::string tag;
+    };
+    const std::vector<Row> rows = {
+        {"2.3", compressedId3v2(3, {{"TIT2", data}, {"TPE1", stored(latin1 + "A")}}, letters)},
+        {"2.4", compressedId3v2(4, {{"TIT2", data}, {"TPE1", stored(latin1 + "A")}}, letters)},
+        {"a lie", compressedId3v2(4, {{"COMM", data}, {"TPE1", stored(latin1 + "A")}}, 10)},
+        {"a picture", compressedId3v2(4, {{"APIC", data}, {"TPE1", stored(latin1 + "A")}}, 10)},
+        {"unknown", compressedId3v2(4, {{"QQQQ", data}, {"TPE1", stored(latin1 + "A")}}, 10)},
+        {"a chapter", id3v2(4, {{"CHAP", nested}, {"TPE1", latin1 + "A"}})},
+        {"many", compressedId3v2(3,
+                                 std::vector<std::pair<std::string, std::string>>(
+                                     1000, {"TIT2", bomb(letters / 1000)}),
+                                 10)},
+    };
+    for (const Row& row : rows) {
+        support::writeFile(folder.file("file"), row.tag + frames);
+        const auto file = FileReader::open(folder.file("file"));
+        const std::size_t before = peakMemory(true);
+        const support::ProcessorTime time;
+        const TrackTags tags = readTags(file);
+        EXPECT_LT(time.seconds(), 0.2) << row.what;
+        const double more = static_cast<double>(peakMemory(false) - before);
+        EXPECT_LT(more / 1e6,
+                  (10 + 3 * static_cast<double>(row.tag.size()) / 1e6) * support::SLOWNESS)
+            << row.what;
+        EXPECT_EQ(tags.author, row.what == std::string("many") ? "" : "A") << row.what;
     }
 }
 
