@@ -22,6 +22,8 @@ constexpr std::uint64_t feedLow = feedCapacity / 4;
 constexpr auto deviceLinger = 1500ms;
 /// Time for the user-interface thread to answer the end of a track by playing on.
 constexpr auto endReaction = 25ms;
+/// How long the end of the thread is waited for: closing a device takes a tenth of a second.
+constexpr auto endPatience = 500ms;
 /// Bytes of a file that are measured between two looks at everything else.
 constexpr std::uint64_t studySlice = std::uint64_t{1} << 20U;
 
@@ -33,11 +35,28 @@ std::int64_t frameAt(double seconds, int sampleRate) {
 } // namespace
 
 DecoderThread::DecoderThread(Events events)
-    : events_(std::move(events)), feed_(feedCapacity), output_(feed_), thread_([this] { run(); }) {}
+    : events_(std::move(events)), feed_(feedCapacity), output_(feed_) {}
 
-DecoderThread::~DecoderThread() {
+std::shared_ptr<DecoderThread> DecoderThread::create(Events events) {
+    std::shared_ptr<DecoderThread> created(new DecoderThread(std::move(events)));
+    created->thread_ = std::thread([created] { created->work(); });
+    return created;
+}
+
+void DecoderThread::end() {
+    {
+        const std::lock_guard lock(eventMutex_);
+        events_ = {};
+    }
     send({.kind = Command::Kind::quit});
-    thread_.join();
+    std::unique_lock lock(commandMutex_);
+    const bool finished = finishedCame_.wait_for(lock, endPatience, [this] { return finished_; });
+    lock.unlock();
+    if (finished) {
+        thread_.join();
+    } else {
+        thread_.detach();
+    }
 }
 
 void DecoderThread::load(std::shared_ptr<LoadedFile> file) {
@@ -90,7 +109,7 @@ std::optional<double> DecoderThread::position(std::uint64_t run) const {
     return (static_cast<double>(segment.trackFrame) + heard) / segment.sampleRate;
 }
 
-void DecoderThread::run() {
+void DecoderThread::work() {
     std::vector<Command> commands;
     for (;;) {
         {
@@ -107,6 +126,9 @@ void DecoderThread::run() {
         for (Command& command : commands) {
             if (command.kind == Command::Kind::quit) {
                 dropOutput();
+                const std::lock_guard lock(commandMutex_);
+                finished_ = true;
+                finishedCame_.notify_one();
                 return;
             }
             obey(command);
@@ -237,11 +259,7 @@ void DecoderThread::play() {
     // repeated can then follow without a gap.
     if (decodedAll_ && waiting() <= endLead()) {
         playing_ = false;
-        if (broken_) {
-            events_.failed(run_);
-        } else {
-            events_.ended(run_);
-        }
+        callEvent(broken_ ? &Events::failed : &Events::ended);
     }
 }
 
@@ -275,7 +293,14 @@ void DecoderThread::fillFeed() {
 
 void DecoderThread::fail() {
     playing_ = false;
-    events_.failed(run_);
+    callEvent(&Events::failed);
+}
+
+void DecoderThread::callEvent(std::function<void(std::uint64_t)> Events::*event) {
+    const std::lock_guard lock(eventMutex_);
+    if (events_.*event) {
+        (events_.*event)(run_);
+    }
 }
 
 void DecoderThread::dropOutput() {

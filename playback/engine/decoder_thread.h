@@ -21,6 +21,9 @@
 namespace zvonivec {
 
 /// All commands are for the user-interface thread; they are carried out in order and never wait.
+/// What they lead to may wait for a disk or a sound server without an end, which holds up nobody
+/// but this thread: it shares the object, so that the user-interface thread can leave both behind.
+///
 /// A run is a stretch of playing that begins with start or restart; its number names it in events.
 class DecoderThread {
 public:
@@ -29,11 +32,16 @@ public:
         std::function<void(std::uint64_t run)> failed; ///< a run can't go on; it is silent
     };
 
-    /// The events are called on the decoder thread.
-    explicit DecoderThread(Events events);
+    /// The events are called on the decoder thread. end must be called before the last owner but
+    /// the thread goes.
+    static std::shared_ptr<DecoderThread> create(Events events);
     DecoderThread(const DecoderThread&) = delete;
     DecoderThread& operator=(const DecoderThread&) = delete;
-    ~DecoderThread();
+    ~DecoderThread() = default;
+
+    /// Closes the device and ends the thread. No event is called any more. A thread that hasn't
+    /// ended after half a second ends later by itself, or with the process.
+    void end();
 
     /// Makes a file, or none, the one that the other commands are about. Nothing plays any more.
     void load(std::shared_ptr<LoadedFile> file);
@@ -70,10 +78,12 @@ private:
         int sampleRate = 1;
     };
 
+    explicit DecoderThread(Events events);
     void send(Command command);
 
     // The decoder thread.
-    void run();
+    void work();
+    void callEvent(std::function<void(std::uint64_t)> Events::*event);
     [[nodiscard]] std::optional<Clock::time_point> nextWake() const;
     void obey(Command& command);
     void begin(const Command& command);
@@ -86,13 +96,16 @@ private:
     void dropOutput();
     void restIfIdle();
 
-    const Events events_;
+    std::mutex eventMutex_;
+    Events events_; ///< guarded by eventMutex_; empty once nobody listens any more
     SampleFeed feed_;
 
     std::mutex commandMutex_;
     std::condition_variable commandCame_;
     std::vector<Command> commands_;         ///< guarded by commandMutex_
     std::atomic<bool> commandsWait_{false}; ///< whether commands_ has any
+    bool finished_ = false;                 ///< the thread's work is done; guarded by commandMutex_
+    std::condition_variable finishedCame_;
 
     mutable std::mutex segmentMutex_;
     Segment segment_; ///< guarded by segmentMutex_
@@ -113,7 +126,7 @@ private:
     bool broken_ = false;     ///< that end is not the track's
     Clock::time_point idleSince_;
 
-    std::thread thread_; ///< last: it uses all of the above
+    std::thread thread_; ///< the user-interface thread's
 };
 
 } // namespace zvonivec

@@ -84,25 +84,27 @@ private:
     /// Where the track rests, or the last position told, so that time doesn't run backwards.
     mutable double position_ = 0;
 
-    DecoderThread thread_;
+    const std::shared_ptr<DecoderThread> thread_;
 };
 
-Mp3Engine::Mp3Engine(PostToUserInterface post) : post_(std::move(post)), thread_(postedEvents()) {
-    thread_.feed().setGain(gainOfVolume(volume_));
+Mp3Engine::Mp3Engine(PostToUserInterface post)
+    : post_(std::move(post)), thread_(DecoderThread::create(postedEvents())) {
+    thread_->feed().setGain(gainOfVolume(volume_));
 }
 
 Mp3Engine::~Mp3Engine() {
     self_.reset();
-    thread_.feed().allow(0);
+    thread_->feed().allow(0);
+    thread_->end();
 }
 
 DecoderThread::Events Mp3Engine::postedEvents() {
     const auto posted = [this](EventHandler handler) {
-        return [this, handler, weak = std::weak_ptr(self_)](std::uint64_t run) {
-            if (!post_) {
+        return [post = post_, handler, weak = std::weak_ptr(self_)](std::uint64_t run) {
+            if (!post) {
                 return;
             }
-            post_([handler, weak, run] {
+            post([handler, weak, run] {
                 // Not kept locked: a handler that destroys the engine must be noticed.
                 auto self = weak.lock();
                 Mp3Engine* const engine = self ? *self : nullptr;
@@ -123,7 +125,7 @@ void Mp3Engine::setURL(const std::string& path) {
     url_ = path;
     file_ = path.empty() ? nullptr : std::make_shared<LoadedFile>(path);
     state_ = path.empty() ? PlayState::undefined : PlayState::ready;
-    thread_.load(file_);
+    thread_->load(file_);
     if (autoStart_) {
         play();
     }
@@ -134,15 +136,15 @@ void Mp3Engine::play() {
         return;
     }
     if (resumes_) {
-        thread_.resume();
+        thread_->resume();
     } else if (ended_) {
-        thread_.restart(++run_);
+        thread_->restart(++run_);
     } else {
-        thread_.start(++run_, ++stream_, position_);
+        thread_->start(++run_, ++stream_, position_);
     }
     resumes_ = false;
     ended_ = false;
-    thread_.feed().allow(stream_);
+    thread_->feed().allow(stream_);
     state_ = PlayState::playing;
     raise(PlayState::playing);
 }
@@ -151,8 +153,8 @@ void Mp3Engine::pause() {
     if (state_ != PlayState::playing) {
         return;
     }
-    thread_.feed().allow(0);
-    thread_.pause();
+    thread_->feed().allow(0);
+    thread_->pause();
     resumes_ = true;
     state_ = PlayState::paused;
     raise(PlayState::paused);
@@ -168,8 +170,8 @@ void Mp3Engine::stop() {
 /// Silent, and at a position. What is left of a track that has ended may be heard out.
 void Mp3Engine::rest(double position) {
     if (!ended_) {
-        thread_.feed().allow(0);
-        thread_.stop();
+        thread_->feed().allow(0);
+        thread_->stop();
     }
     resumes_ = false;
     position_ = position;
@@ -177,7 +179,7 @@ void Mp3Engine::rest(double position) {
 
 double Mp3Engine::currentPosition() const {
     if (state_ == PlayState::playing || resumes_) {
-        if (const auto heard = thread_.position(run_)) {
+        if (const auto heard = thread_->position(run_)) {
             position_ = std::max(position_, *heard);
         }
     }
@@ -194,8 +196,8 @@ void Mp3Engine::setCurrentPosition(double seconds) {
     ended_ = false;
     resumes_ = false;
     if (state_ == PlayState::playing) {
-        thread_.start(run_, ++stream_, position_);
-        thread_.feed().allow(stream_);
+        thread_->start(run_, ++stream_, position_);
+        thread_->feed().allow(stream_);
     }
 }
 
@@ -241,7 +243,7 @@ bool Mp3Engine::isReadOnlyItem(std::string_view name) const {
 
 void Mp3Engine::setVolume(std::int32_t percent) {
     volume_ = std::clamp(percent, 0, 100);
-    thread_.feed().setGain(gainOfVolume(volume_));
+    thread_->feed().setGain(gainOfVolume(volume_));
 }
 
 void Mp3Engine::runEnded(std::uint64_t run) {

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace zvonivec {
 
@@ -376,6 +378,89 @@ TEST_F(Sound, losingTheServerInAPauseIsNoErrorWhenItComesBack) {
     engine.controls().play();
     ASSERT_TRUE(engine.runUntilStopped());
     EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(Sound, aServerThatHangsHoldsNobodyUp) {
+    const std::string path = noiseFile(3);
+    const auto seconds = [](const auto& action) {
+        const auto begin = std::chrono::steady_clock::now();
+        action();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    const auto command = [&](const char* when) {
+        PlayerEngine& player = *engine.engine;
+        EXPECT_LT(seconds([&] { player.controls().pause(); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.controls().setCurrentPosition(1); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.controls().play(); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.controls().currentPosition(); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.controls().stop(); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.setURL(path); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.currentMedia().isReadOnlyItem("Bitrate"); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { player.setURL(""); }), 0.1) << when;
+        EXPECT_LT(seconds([&] { engine.engine.reset(); }), 0.8) << when;
+        server.thaw();
+        // What hung comes to its end by itself.
+        ASSERT_TRUE(support::waitUntil([&] { return server.playingStreams() == 0; })) << when;
+        engine.engine = createPlayerEngine(engine.queue.poster());
+        engine.engine->settings().setAutoStart(false);
+    };
+
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+    server.freeze();
+    command("while playing");
+
+    engine.open(path);
+    server.freeze();
+    engine.controls().play();
+    engine.queue.runFor(200ms);
+    command("while the device is opened");
+
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+    engine.controls().pause();
+    server.freeze();
+    engine.queue.runFor(2s); // an idle player closes the device
+    command("while the device is closed");
+
+    engine.open(path);
+    engine.controls().play();
+    engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+    server.freeze();
+    EXPECT_LT(seconds([&] { engine.engine.reset(); }), 0.8) << "while playing, at once";
+    server.thaw();
+    ASSERT_TRUE(support::waitUntil([&] { return server.playingStreams() == 0; }));
+    engine.engine = createPlayerEngine(engine.queue.poster());
+
+    // And where it answers again, it plays.
+    engine.errors = 0;
+    const Samples expected = support::decodeWithMpg123(path);
+    const support::Recording recording(server);
+    engine.engine->settings().setAutoStart(false);
+    engine.engine->settings().setVolume(100);
+    engine.open(path);
+    engine.controls().play();
+    EXPECT_TRUE(support::waitUntil([&] {
+        return support::findIn(recording.samples(), part(expected, 0, keyLength)).has_value();
+    }));
+}
+
+using SoundDeathTest = Sound;
+
+TEST_F(SoundDeathTest, aServerThatHangsDoesNotKeepTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto endWhileItHangs = [&] {
+        engine.open(noiseFile(3));
+        engine.controls().play();
+        engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.3; });
+        server.freeze();
+        alarm(5);
+        engine.engine.reset();
+        std::exit(42);
+    };
+    EXPECT_EXIT(endWhileItHangs(), testing::ExitedWithCode(42), "");
 }
 
 TEST_F(Sound, deletedAndReplacedFilesPlayOn) {

@@ -4,6 +4,7 @@
 
 #include "tests/support/process.h"
 
+#include <csignal>
 #include <string>
 
 namespace support {
@@ -30,6 +31,9 @@ public:
 
     /// Ends the server at once, as a crash would.
     void kill();
+    /// Makes the server hang: it lives, and answers nobody until thaw.
+    void freeze() const { process_.signal(SIGSTOP); }
+    void thaw() const { process_.signal(SIGCONT); }
     /// Starts it again at the same address.
     void restart();
 
