@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QPainter>
+#include <QScreen>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
@@ -105,9 +106,13 @@ void Form::setVisible(bool on) {
 
 void Form::askAgainForPlace() {
     const auto place = std::exchange(wantedPlace_, std::nullopt);
-    if (place && (place->left != Left() || place->top != Top())) {
-        setLeft(place->left);
-        setTop(place->top);
+    if (!place || QGuiApplication::mouseButtons() != Qt::NoButton) {
+        return; // the user has it already
+    }
+    const QRect wanted(QPoint(toPixels(place->left), toPixels(place->top)), widget().size());
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen != nullptr && !screen->availableVirtualGeometry().contains(wanted)) {
+        widget().move(wanted.topLeft());
     }
 }
 
