@@ -10,8 +10,8 @@
 
 namespace zvonivec::whole_file {
 
-/// A file that is larger is left alone: it can't be a settings file.
-inline constexpr std::size_t largest = std::size_t{4} << 20U;
+/// A file that is larger is left alone, and none is made larger: it can't be a settings file.
+inline constexpr std::size_t largest = std::size_t{2} << 20U;
 
 enum class Found { file, nothing, unusable };
 
@@ -29,9 +29,10 @@ struct Content {
 ///
 /// The new content goes to "<path>.new" first, which is locked, so that of several processes that
 /// do this at the same time each builds on what the one before has written. The wait for the others
-/// is a second at most. Permissions and owner stay as they are as far as the process may set them,
-/// and a symbolic link stays one: its target is replaced. A file that the process may not write is
-/// left alone, also where it could be replaced.
+/// is a second at most; where a file system has no locks, nothing is written. Permissions, owner
+/// and group stay as they are as far as the process may set them, and a symbolic link stays one:
+/// its target is replaced. A file that the process may not write is left alone, also where it could
+/// be replaced.
 bool update(const std::string& path, const std::function<std::string(const std::string&)>& change);
 
 } // namespace zvonivec::whole_file

@@ -75,10 +75,14 @@ File openLocked(const std::string& path) {
             return File();
         }
         struct stat named {};
-        // Another process may have renamed or removed it between our opening and locking.
-        if (flock(file.get(), LOCK_EX | LOCK_NB) == 0 && stat(path.c_str(), &named) == 0 &&
-            named.st_dev == opened->st_dev && named.st_ino == opened->st_ino) {
-            return file;
+        if (flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+            // Another process may have renamed or removed it between our opening and locking.
+            if (stat(path.c_str(), &named) == 0 && named.st_dev == opened->st_dev &&
+                named.st_ino == opened->st_ino) {
+                return file;
+            }
+        } else if (errno != EWOULDBLOCK) {
+            return File(); // a file system without locks: waiting won't help
         }
         std::this_thread::sleep_for(waitStep);
     } while (std::chrono::steady_clock::now() < end);
@@ -99,13 +103,18 @@ bool writeAll(const File& file, std::string_view bytes) {
     return true;
 }
 
-/// As the old file was, as far as we may.
+/// As the old file is, as far as we may.
 void takeOver(const File& file, const std::string& old) {
     struct stat status {};
-    if (stat(old.c_str(), &status) == 0) {
-        [[maybe_unused]] const int owner = fchown(file.get(), status.st_uid, status.st_gid);
-        fchmod(file.get(), status.st_mode & 07777U);
+    if (stat(old.c_str(), &status) != 0) {
+        return;
     }
+    if (fchown(file.get(), status.st_uid, status.st_gid) != 0) {
+        // Somebody else's file: it stays at least with the group that shares it.
+        constexpr auto same = static_cast<uid_t>(-1);
+        [[maybe_unused]] const int group = fchown(file.get(), same, status.st_gid);
+    }
+    fchmod(file.get(), status.st_mode & 07777U);
 }
 
 /// The new name reaches the disk with the folder.
@@ -124,7 +133,7 @@ void syncFolderOf(const std::string& path) {
 
 Content read(const std::string& path) {
     // O_NONBLOCK: a pipe without a writer would be waited for.
-    const File file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const File file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file) {
         return {.found = errno == ENOENT ? Found::nothing : Found::unusable, .bytes = {}};
     }
@@ -165,9 +174,11 @@ bool update(const std::string& path, const std::function<std::string(const std::
     const bool usable = old.found == Found::nothing ||
                         (old.found == Found::file && access(target->c_str(), W_OK) == 0);
     bool done = false;
-    if (usable && writeAll(file, change(old.bytes))) {
-        takeOver(file, *target);
-        done = fsync(file.get()) == 0 && rename(newPath.c_str(), target->c_str()) == 0;
+    if (usable) {
+        const std::string bytes = change(old.bytes);
+        takeOver(file, *target); // before the content, which may not be for everybody
+        done = bytes.size() <= largest && writeAll(file, bytes) && fsync(file.get()) == 0 &&
+               rename(newPath.c_str(), target->c_str()) == 0;
     }
     if (done) {
         syncFolderOf(*target);
