@@ -1,6 +1,7 @@
 // The format of the settings file: what is read from which bytes, and what a write makes of them.
 
 #include "platform/modDeklarace.h"
+#include "platform/private_profile.h"
 #include "tests/support/process.h"
 
 #include <QFile>
@@ -134,7 +135,66 @@ TEST_F(SettingsFormat, CutsALongValueToTheBuffer) {
     EXPECT_EQ(GetPrivateProfileStringA("General", "Left", "DEF", 0, path_), "");
 }
 
-TEST_F(SettingsFormat, AnyBytesCanBeReadAndWritten) {
+/// A file's characters, two bytes each where its mark says so.
+std::u16string units(const std::string& file) {
+    const bool little = file.starts_with("\xFF\xFE");
+    const std::size_t width = little || file.starts_with("\xFE\xFF") ? 2 : 1;
+    const auto byte = [&](std::size_t i) -> unsigned {
+        return static_cast<unsigned char>(file[i]);
+    };
+    std::u16string all;
+    for (std::size_t i = 0; i + width <= file.size(); i += width) {
+        const unsigned unit = width == 1 ? byte(i)
+                              : little   ? byte(i) | byte(i + 1) << 8U
+                                         : byte(i) << 8U | byte(i + 1);
+        all.push_back(static_cast<char16_t>(unit));
+    }
+    return all;
+}
+
+/// Whether nothing was done but to replace a value, in a file that had the key.
+bool onlyReplaces(std::u16string_view before, std::u16string_view after,
+                  std::u16string_view value) {
+    const std::size_t at = after.find(value);
+    if (at == std::u16string_view::npos) {
+        return false;
+    }
+    const std::u16string_view head = after.substr(0, at);
+    const std::u16string_view tail = after.substr(at + value.size());
+    return head.ends_with(u'=') && before.size() >= head.size() + tail.size() &&
+           before.starts_with(head) && before.ends_with(tail) &&
+           before.substr(head.size(), before.size() - head.size() - tail.size())
+                   .find_first_of(u"\r\n") == std::u16string_view::npos;
+}
+
+/// Whether nothing was done but to add a line with a value, its section's line where need be, and
+/// a line end to a last line without one.
+bool onlyAdds(std::u16string_view before, std::u16string_view after, std::u16string_view value) {
+    for (const std::u16string lineEnd : {u"\r\n", u"\n", u"\r"}) {
+        for (const std::u16string sectionLine : {u"", u"[General]"}) {
+            std::u16string added = sectionLine.empty() ? sectionLine : sectionLine + lineEnd;
+            added.append(u"Left=").append(value).append(lineEnd);
+            const std::size_t at = after.find(added);
+            if (at == std::u16string_view::npos) {
+                continue;
+            }
+            const std::u16string_view tail = after.substr(at + added.size());
+            const std::u16string head(after.substr(0, at));
+            if (before == head + std::u16string(tail)) {
+                return true;
+            }
+            if (tail.empty() && head == std::u16string(before) + lineEnd &&
+                !before.ends_with(u'\r') && !before.ends_with(u'\n')) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST(PrivateProfile, AnyBytesCanBeReadAndWritten) {
+    using private_profile::value;
+    using private_profile::withValue;
     std::mt19937 random(7);
     const std::string pieces[] = {"[General]", "[",
                                   "]",         "Left",
@@ -147,21 +207,26 @@ TEST_F(SettingsFormat, AnyBytesCanBeReadAndWritten) {
                                   "\xC5\x99",  "[general]\nleft=2\n"};
     std::uniform_int_distribution<std::size_t> piece(0, std::size(pieces) - 1);
     std::uniform_int_distribution<int> byte(0, 255);
-    for (int round = 0; round < 400; ++round) {
-        std::string file;
-        for (int i = 0; i < round % 40; ++i) {
+    int replaced = 0;
+    int added = 0;
+    for (int round = 0; round < 10000; ++round) {
+        std::string file = round % 5 == 0 ? "\xFF\xFE" : round % 5 == 1 ? "\xFE\xFF" : "";
+        for (int i = 0; i < round % 41; ++i) {
             file += round % 3 == 0 ? std::string(1, static_cast<char>(byte(random)))
                                    : pieces[piece(random)];
         }
-        put(file);
-        const std::string other = read("Top");
-        write("Left", std::to_string(round));
-        ASSERT_EQ(read("Left"), std::to_string(round)) << round;
-        ASSERT_EQ(read("Top"), other) << round;
-        const std::string once = bytes();
-        write("Left", std::to_string(round));
-        ASSERT_EQ(bytes(), once) << round;
+        const bool had = value(file, "General", "Left").has_value();
+        const std::string number = std::to_string(1000000 + round);
+        const std::string after = withValue(file, "General", "Left", number);
+        SCOPED_TRACE(testing::PrintToString(file) + " to " + testing::PrintToString(after));
+        ASSERT_EQ(value(after, "General", "Left"), number);
+        ASSERT_EQ(value(after, "General", "Top"), value(file, "General", "Top"));
+        ASSERT_TRUE((had ? onlyReplaces : onlyAdds)(units(file), units(after), units(number)));
+        ASSERT_EQ(withValue(after, "General", "Left", number), after);
+        ++(had ? replaced : added);
     }
+    EXPECT_GT(replaced, 500);
+    EXPECT_GT(added, 500);
 }
 
 } // namespace

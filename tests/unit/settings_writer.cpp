@@ -1,8 +1,62 @@
 // settings_writer FILE KEY FIRST COUNT: sets KEY in [General] to FIRST, FIRST + 1, ... COUNT
 // values.
+//
+// It has some of the system's calls pass through its own hands, to tell on standard output what is
+// asked of the disk, and to be slow where two writers could meet.
 #include "platform/modDeklarace.h"
 
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <random>
 #include <string>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+int call(const char* name, int file, long result) {
+    std::error_code error;
+    const auto path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), error);
+    std::printf("%s %s\n", name, path.filename().c_str());
+    return static_cast<int>(result);
+}
+
+} // namespace
+
+extern "C" {
+
+// By another name here, since there is a struct flock too.
+int lockSlowly(int file, int operation) noexcept __asm__("flock");
+int lockSlowly(int file, int operation) noexcept {
+    // The file has been opened: time for another process to rename it.
+    static std::mt19937 random(static_cast<unsigned>(getpid()));
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(std::uniform_int_distribution<int>(0, 1000)(random)));
+    return call("flock", file, syscall(SYS_flock, file, operation));
+}
+
+int fchmod(int file, mode_t mode) noexcept {
+    return call("fchmod", file, syscall(SYS_fchmod, file, mode));
+}
+
+int ftruncate(int file, off_t size) noexcept {
+    return call("ftruncate", file, syscall(SYS_ftruncate, file, size));
+}
+
+int fsync(int file) {
+    return call("fsync", file, syscall(SYS_fsync, file));
+}
+
+int rename(const char* from, const char* to) noexcept {
+    std::puts("rename");
+    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+
+} // extern "C"
 
 int main(int argc, char** argv) {
     if (argc != 5) {
