@@ -19,7 +19,8 @@ std::int64_t wholeKilobits(double bitsPerSecond) {
 } // namespace
 
 FileMeasure::FileMeasure(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream)
-    : stream_(stream), scanner_(file, stream, std::size_t{256} * 1024), position_(stream.begin) {
+    : stream_(stream), scanner_(file, stream, std::size_t{256} * 1024),
+      position_(stream.begin), parts_{{stream.first}} {
     const std::size_t size = stream.first.size(stream.freeFormatSize);
     info_ = parseInfoFrame(stream.first, scanner_.bytes(stream.begin, size));
     if (info_) {
@@ -43,10 +44,19 @@ void FileMeasure::walkToFrame(std::int64_t frames) {
     }
 }
 
+void FileMeasure::walkToSample(std::int64_t sample) {
+    while (!done_ && firstSample(frames_) <= sample) {
+        takeStep();
+    }
+}
+
 void FileMeasure::takeStep() {
-    const FrameScanner::Step step = scanner_.step(position_);
+    const FrameScanner::Step step = scanner_.step(position_, parts_.back().format);
     switch (step.result) {
     case FrameScanner::Result::frame:
+        if (!step.header.agrees(parts_.back().format)) {
+            parts_.push_back({step.header, frames_, firstSample(frames_)});
+        }
         if (frames_ % indexStep == 0) {
             index_.push_back(step.offset);
         }
@@ -71,8 +81,31 @@ std::uint64_t FileMeasure::frameOffset(std::int64_t frame) const {
     return index_[static_cast<std::size_t>(frame / indexStep)];
 }
 
+const StreamPart& FileMeasure::part(std::int64_t frame) const {
+    const auto behind = std::upper_bound(
+        parts_.begin() + 1, parts_.end(), frame,
+        [](std::int64_t number, const StreamPart& part) { return number < part.firstFrame; });
+    return *(behind - 1);
+}
+
+std::int64_t FileMeasure::firstSample(std::int64_t frame) const {
+    const StreamPart& part = this->part(frame);
+    return part.firstSample + (frame - part.firstFrame) * part.format.samples *
+                                  stream_.first.sampleRate / part.format.sampleRate;
+}
+
+std::int64_t FileMeasure::frameOfSample(std::int64_t sample) const {
+    std::int64_t begin = 0;
+    std::int64_t end = frames_;
+    while (begin + 1 < end) {
+        const std::int64_t middle = begin + (end - begin) / 2;
+        (firstSample(middle) <= sample ? begin : end) = middle;
+    }
+    return begin;
+}
+
 std::int64_t FileMeasure::samples() const {
-    const std::int64_t decoded = frames_ * stream_.first.samples;
+    const std::int64_t decoded = firstSample(frames_);
     std::int64_t end = decoded;
     if (info_ && info_->padding && info_->frames == frames_) {
         // Where the count differs, what was padded is gone, or something else was appended.
@@ -90,8 +123,7 @@ Measurement FileMeasure::measurement() const {
     if (commonBitRate_ > 0) {
         result.bitRate = commonBitRate_;
     } else if (frames_ > 0) {
-        const double seconds =
-            static_cast<double>(frames_ * stream_.first.samples) / stream_.first.sampleRate;
+        const double seconds = static_cast<double>(firstSample(frames_)) / stream_.first.sampleRate;
         result.bitRate = wholeKilobits(8.0 * static_cast<double>(frameBytes_) / seconds);
     }
     return result;

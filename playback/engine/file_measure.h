@@ -20,6 +20,15 @@ struct Measurement {
         0; ///< bits per second: the nominal rate, or the average in whole kilobits
 };
 
+/// A stretch of frames of one format. Files that were joined may have several.
+struct StreamPart {
+    FrameHeader format;
+    std::int64_t firstFrame = 0;
+    std::int64_t firstSample = 0; ///< decoded samples before it, at the rate of the whole stream
+};
+
+/// Samples are counted at the rate of the stream's first frame, whatever rates its parts have.
+///
 /// For one thread. The walk is made in slices, so that its thread can do other things meanwhile.
 class FileMeasure {
 public:
@@ -34,6 +43,8 @@ public:
     void walk(std::uint64_t bytes);
     /// Walks on until so many frames are known, or the end.
     void walkToFrame(std::int64_t frames);
+    /// Walks on until the frame of a decoded sample is known, or the end.
+    void walkToSample(std::int64_t sample);
 
     /// Whether the end was reached: everything below is exact from then on. Also True after a read
     /// error, which ends what can be played.
@@ -44,6 +55,13 @@ public:
 
     /// Frames of audio known so far; one that only describes the file isn't counted.
     [[nodiscard]] std::int64_t frames() const { return frames_; }
+
+    /// The part of a frame; that of the last one for numbers behind it.
+    [[nodiscard]] const StreamPart& part(std::int64_t frame) const;
+    /// Number of the first decoded sample of a frame.
+    [[nodiscard]] std::int64_t firstSample(std::int64_t frame) const;
+    /// Number of the frame of a decoded sample that has been walked to.
+    [[nodiscard]] std::int64_t frameOfSample(std::int64_t sample) const;
 
     /// The offset of a frame that is known and whose number is a multiple of indexStep.
     [[nodiscard]] std::uint64_t frameOffset(std::int64_t frame) const;
@@ -74,6 +92,7 @@ private:
     bool done_ = false;
     bool failed_ = false;
     std::vector<std::uint64_t> index_;
+    std::vector<StreamPart> parts_; ///< in order, never empty
 };
 
 } // namespace zvonivec

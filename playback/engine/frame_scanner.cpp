@@ -13,6 +13,9 @@ namespace {
 constexpr std::size_t searchBlock = std::size_t{64} * 1024;
 /// What it needs of the bytes behind them: no frame is longer.
 constexpr std::size_t longestFrame = 6144;
+/// Frames in a row that prove another format. As long as can be, they are no longer than
+/// longestFrame together: these aren't in free format.
+constexpr int provingRun = 4;
 
 } // namespace
 
@@ -25,7 +28,7 @@ FrameScanner::Step FrameScanner::found(std::uint64_t offset, const FrameHeader& 
     return {Result::frame, offset, size, header, offset + size};
 }
 
-FrameScanner::Step FrameScanner::step(std::uint64_t offset) {
+FrameScanner::Step FrameScanner::step(std::uint64_t offset, const FrameHeader& format) {
     if (offset + 4 > stream_.end) {
         return {};
     }
@@ -34,17 +37,48 @@ FrameScanner::Step FrameScanner::step(std::uint64_t offset) {
         return {Result::failed, offset, 0, {}, offset};
     }
     if (const std::optional<FrameHeader> header = parseFrameHeader(bytes);
-        header && header->agrees(stream_.first)) {
+        header && header->agrees(format)) {
         const Step step = found(offset, *header);
         return step.next <= stream_.end ? step : Step{}; // cut off: nothing of it is heard
     }
     if (const std::uint64_t tag = leadingTagSize(bytes); tag != 0 && offset + tag < stream_.end) {
         return {Result::searching, offset, 0, {}, offset + tag}; // files put together
     }
-    return search(offset);
+    return search(offset, format);
 }
 
-FrameScanner::Step FrameScanner::search(std::uint64_t offset) {
+/// Whether a run of frames that agree begins at an offset, with these bytes.
+bool FrameScanner::begins(std::span<const std::uint8_t> bytes, std::uint64_t offset) const {
+    const std::optional<FrameHeader> first = parseFrameHeader(bytes);
+    if (!first || first->layer != 3 || first->freeFormat()) {
+        return false;
+    }
+    std::size_t at = 0;
+    for (int count = 0; count < provingRun; ++count) {
+        if (offset + at == stream_.end) {
+            return count >= 2;
+        }
+        if (at >= bytes.size()) {
+            return false;
+        }
+        const auto frame = bytes.subspan(at);
+        const std::optional<FrameHeader> header = parseFrameHeader(frame);
+        if (!header || !header->agrees(*first)) {
+            return false;
+        }
+        const std::size_t size = header->size();
+        if (offset + at + size > stream_.end) {
+            return count >= 2; // cut off in the middle of a frame
+        }
+        if (!sideInfoPlausible(*header, frame, size)) {
+            return false;
+        }
+        at += size;
+    }
+    return true;
+}
+
+FrameScanner::Step FrameScanner::search(std::uint64_t offset, const FrameHeader& format) {
     const std::uint64_t left = stream_.end - offset;
     const auto block = buffer_.bytes(offset, static_cast<std::size_t>(std::min<std::uint64_t>(
                                                  left, searchBlock + longestFrame)));
@@ -59,7 +93,13 @@ FrameScanner::Step FrameScanner::search(std::uint64_t offset) {
         }
         at = static_cast<std::size_t>(static_cast<const std::uint8_t*>(byte) - block.data());
         const auto header = parseFrameHeader(block.subspan(at));
-        if (!header || !header->agrees(stream_.first)) {
+        if (!header) {
+            continue;
+        }
+        if (!header->agrees(format)) {
+            if (begins(block.subspan(at), offset + at)) {
+                return found(offset + at, *header);
+            }
             continue;
         }
         // A sync word within other bytes is no frame: another must follow where the first ends.
@@ -70,7 +110,7 @@ FrameScanner::Step FrameScanner::search(std::uint64_t offset) {
         const std::size_t following = at + candidate.size;
         if (following + 4 <= block.size()) {
             const auto next = parseFrameHeader(block.subspan(following));
-            if (next && next->agrees(stream_.first)) {
+            if (next && next->agrees(format)) {
                 return candidate;
             }
         }

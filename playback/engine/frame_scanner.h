@@ -12,7 +12,8 @@
 
 namespace zvonivec {
 
-/// For one thread.
+/// For one thread. Files that were joined may change their format on the way: a run of frames of
+/// another one counts where those of the present format end.
 class FrameScanner {
 public:
     FrameScanner(std::shared_ptr<const FileReader> file, const Mp3Stream& stream,
@@ -34,8 +35,8 @@ public:
     };
 
     /// Looks for the first frame at or behind an offset, and gives up, searching, after one block.
-    /// The answer depends on the offset and the file alone.
-    Step step(std::uint64_t offset);
+    /// format is the header of the frame before. The answer depends on both and the file alone.
+    Step step(std::uint64_t offset, const FrameHeader& format);
 
     /// Bytes of the file, as ReadBuffer::bytes.
     std::span<const std::uint8_t> bytes(std::uint64_t offset, std::size_t wanted) {
@@ -43,7 +44,8 @@ public:
     }
 
 private:
-    Step search(std::uint64_t offset);
+    Step search(std::uint64_t offset, const FrameHeader& format);
+    [[nodiscard]] bool begins(std::span<const std::uint8_t> bytes, std::uint64_t offset) const;
     [[nodiscard]] Step found(std::uint64_t offset, const FrameHeader& header) const;
 
     const Mp3Stream stream_;

@@ -5,9 +5,11 @@
 #include "playback/engine/file_measure.h"
 #include "playback/engine/file_reader.h"
 #include "playback/engine/frame_scanner.h"
+#include "playback/engine/resampler.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -18,6 +20,7 @@ namespace zvonivec {
 /// For one thread, which also owns the FileMeasure. libmpg123 is fed the frames that the measuring
 /// found and nothing else, one at a time, so that every sample has its number: lengths, seeks and
 /// trimming are exact whatever the file's headers claim and however it is damaged.
+/// Parts of another format than the first are converted to it.
 class Mp3Decoder {
 public:
     /// The measure is walked on as far as decoding needs; it must outlive the decoder.
@@ -45,11 +48,13 @@ public:
         std::span<const std::int16_t> samples; ///< channels alternate; valid until the next call
     };
 
-    /// Decodes the next samples, at most one frame of them. A frame that can't be decoded is
-    /// silent.
+    /// Decodes the next samples, at most 1152 per channel. A frame that can't be decoded is silent.
     Block read();
 
 private:
+    bool enterPart();
+    std::span<const std::int16_t> takeDecoded(std::int64_t end);
+    bool decodeNext();
     Result loadFrame();
     std::span<const std::int16_t> decodeFrame();
 
@@ -62,7 +67,12 @@ private:
     std::uint64_t nextOffset_ = 0; ///< where it is looked for
     std::span<const std::uint8_t> frame_;
     std::int64_t target_ = 0; ///< number of the next wanted sample, skipped ones counted
-    std::vector<std::int16_t> silence_;
+
+    StreamPart part_;                       ///< the part that handle_ is ready for
+    std::optional<Resampler> resampler_;    ///< where its rate isn't that of the track
+    std::span<const std::int16_t> decoded_; ///< decoded and not yet read
+    std::int64_t firstDecoded_ = 0;         ///< number of the first of them
+    std::vector<std::int16_t> silence_;     ///< a frame of it
 };
 
 } // namespace zvonivec

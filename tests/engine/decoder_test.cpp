@@ -10,6 +10,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <memory>
+#include <numbers>
 #include <string>
 #include <vector>
 
@@ -189,6 +190,129 @@ TEST_F(Decoder, aFileThatShrinksIsAFailure) {
     EXPECT_EQ(track.result, Mp3Decoder::Result::failed);
     EXPECT_TRUE(track.decodeFrom(400000).empty());
     EXPECT_EQ(track.result, Mp3Decoder::Result::failed);
+}
+
+/// A steady tone, encoded in a format.
+struct Tone {
+    int rate;
+    int channels;
+    double pitch; ///< in Hz
+
+    [[nodiscard]] bool encode(const std::string& path, double seconds) const {
+        Samples samples;
+        for (int i = 0; i < static_cast<int>(seconds * rate); ++i) {
+            const double phase = 2 * std::numbers::pi * pitch * i / rate;
+            samples.insert(samples.end(), static_cast<std::size_t>(channels),
+                           static_cast<std::int16_t>(std::lround(8000 * std::sin(phase))));
+        }
+        support::writeWav(path + ".wav", samples, rate, channels);
+        return support::run({"lame", "--quiet", "--resample", std::to_string(rate / 1000.0), "-m",
+                             channels == 1 ? "m" : "j", "-b", "64", path + ".wav", path}) == 0;
+    }
+};
+
+/// How strong a tone of a pitch is in one channel, and how strong everything else is.
+struct Spectrum {
+    double amplitude;
+    double rest; ///< part of the whole that is something else, 0 to 1
+
+    Spectrum(const Samples& samples, int channels, int rate, double pitch) {
+        double sine = 0;
+        double cosine = 0;
+        double all = 0;
+        const std::size_t count = samples.size() / static_cast<std::size_t>(channels);
+        for (std::size_t i = 0; i < count; ++i) {
+            const double sample = samples[i * static_cast<std::size_t>(channels)];
+            const double phase = 2 * std::numbers::pi * pitch * static_cast<double>(i) / rate;
+            sine += sample * std::sin(phase);
+            cosine += sample * std::cos(phase);
+            all += sample * sample;
+        }
+        amplitude = 2 * std::hypot(sine, cosine) / static_cast<double>(count);
+        rest = 1 - amplitude * amplitude / 2 * static_cast<double>(count) / all;
+    }
+};
+
+TEST_F(Decoder, joinedFilesOfOtherFormatsKeepTheirLengthAndPitch) {
+    struct Row {
+        Tone first;
+        Tone second;
+    };
+    // The encoder takes 5 % off. A whole number of periods lies in half a second.
+    const std::vector<Row> rows = {
+        {{44100, 2, 440}, {48000, 2, 1000}},  {{44100, 2, 440}, {22050, 2, 1000}},
+        {{48000, 2, 1000}, {44100, 2, 440}},  {{22050, 1, 440}, {44100, 2, 1000}},
+        {{44100, 1, 440}, {44100, 2, 1000}},  {{44100, 2, 440}, {44100, 1, 1000}},
+        {{44100, 2, 440}, {8000, 1, 1000}},   {{8000, 1, 1000}, {48000, 2, 440}},
+        {{32000, 2, 2000}, {11025, 1, 1000}}, {{44100, 2, 440}, {32000, 1, 8000}},
+    };
+    for (const Row& row : rows) {
+        const std::string name =
+            std::to_string(row.first.rate) + "/" + std::to_string(row.first.channels) + " then " +
+            std::to_string(row.second.rate) + "/" + std::to_string(row.second.channels);
+        const std::string other = folder.file("other.mp3");
+        ASSERT_TRUE(row.first.encode(path, 1.2) && row.second.encode(other, 1.2));
+        double seconds = 0;
+        for (const auto& [file, tone] :
+             {std::pair(path, row.first), std::pair(other, row.second)}) {
+            seconds += static_cast<double>(support::decodeWithMpg123(file).size()) / tone.channels /
+                       tone.rate;
+        }
+        support::writeFile(path, support::readFile(path) + support::readFile(other));
+        Track track(path);
+        const Samples decoded = track.decodeFrom(0);
+        EXPECT_EQ(track.result, Mp3Decoder::Result::end) << name;
+        const int rate = track.decoder.sampleRate();
+        const int channels = track.decoder.channels();
+        EXPECT_EQ(rate, row.first.rate) << name;
+        EXPECT_EQ(channels, row.first.channels) << name;
+        EXPECT_EQ(static_cast<std::int64_t>(decoded.size()), track.measure.samples() * channels)
+            << name;
+        // What encoders add at both ends is cut off of files that stand alone.
+        const double frames = 3 * (1152.0 / std::max(row.first.rate, 24000) +
+                                   1152.0 / std::max(row.second.rate, 16000));
+        const double length = static_cast<double>(track.measure.samples()) / rate;
+        EXPECT_GE(length, seconds - 0.01) << name;
+        EXPECT_LE(length, seconds + frames) << name;
+
+        const auto part = [&](double from) {
+            const auto at = static_cast<std::ptrdiff_t>(from * rate) * channels;
+            const auto count = static_cast<std::ptrdiff_t>(rate / 2) * channels;
+            return Samples(decoded.begin() + at, decoded.begin() + at + count);
+        };
+        const Spectrum first(part(0.4), channels, rate, row.first.pitch);
+        EXPECT_NEAR(first.amplitude, 7600, 80) << name;
+        EXPECT_LT(first.rest, 0.003) << name;
+        const Spectrum second(part(length - 0.9), channels, rate, row.second.pitch);
+        EXPECT_NEAR(second.amplitude, 7600, 80) << name;
+        EXPECT_LT(second.rest, 0.003) << name;
+
+        const std::size_t count = decoded.size() / static_cast<std::size_t>(channels);
+        for (const std::size_t sample : {count / 4, count * 3 / 5, count * 4 / 5}) {
+            const Samples sought = track.decodeFrom(static_cast<std::int64_t>(sample), 2000);
+            EXPECT_GE(support::equalLength(sought, 0, decoded,
+                                           sample * static_cast<std::size_t>(channels), 1),
+                      2000U)
+                << name << " at " << sample;
+        }
+    }
+}
+
+TEST_F(Decoder, framesOfOtherFormatsByChanceAreNoPart) {
+    ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", "128"}));
+    const std::string good = support::readFile(path);
+    // Three frames at 48 kHz in the middle, and then none.
+    const std::string other =
+        support::repeated(support::frameBytes({.sampleRateIndex = 1, .size = 384}), 3);
+    const std::size_t middle = good.size() / 2;
+    const auto decodedWith = [&](const std::string& between) {
+        support::writeFile(path, good.substr(0, middle) + between + std::string(300, '\0') +
+                                     good.substr(middle));
+        return Track(path).decodeFrom(0);
+    };
+    EXPECT_EQ(decodedWith(other).size(), decodedWith(std::string(other.size(), '\0')).size());
+    // One more makes them a part.
+    EXPECT_GT(decodedWith(other + other).size(), decodedWith(other).size());
 }
 
 TEST_F(Decoder, framesWithoutSoundAreSilence) {
