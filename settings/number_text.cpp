@@ -20,9 +20,6 @@ std::optional<Number> parsed(std::string_view text) {
         return std::nullopt;
     }
     std::string digits(text.substr(first, text.find_last_not_of(blanks) - first + 1));
-    if (digits.find_first_not_of("+-0123456789.,eE") != std::string::npos) {
-        return std::nullopt;
-    }
     std::ranges::replace(digits, ',', '.');
     std::string_view rest = digits;
     if (rest.starts_with('+') && !rest.starts_with("+-")) {

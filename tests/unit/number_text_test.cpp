@@ -59,8 +59,9 @@ TEST(NumberText, ReadsEveryTextOfTheTable) {
 
 TEST(NumberText, RefusesWhatIsNoNumberAsAWhole) {
     for (const char* text :
-         {"+-1", "-+1", "--1", "++1", "1-", "e5", "1e", "1e+", ".", ",", "-", "+", "1 2", "0x1p3",
-          "infinity", "-nan", "1e999", "1.e5.", "\xC2\xA0"}) {
+         {"+-1",  "-+1",    "--1", "++1",   "1-",    "e5",      "1e",       "1e+",
+          ".",    ",",      "-",   "+",     "1 2",   "0x1p3",   "infinity", "+inf",
+          "-nan", "nan(1)", "1f",  "1e999", "1.e5.", "\xC2\xA0"}) {
         EXPECT_EQ(toSingle(text), std::nullopt) << text;
         EXPECT_EQ(toLong(text), std::nullopt) << text;
     }

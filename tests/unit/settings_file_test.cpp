@@ -90,7 +90,8 @@ TEST_F(SettingsFile, AKilledWriterLeavesTheOldOrTheNewFileWhole) {
     std::uniform_int_distribution<int> pause(0, 3000);
     int leftovers = 0;
     long last = 0;
-    for (int round = 0; round < 200; ++round) {
+    const int rounds = support::SLOWNESS > 5 ? 40 : 200; // a sanitizer's processes start slowly
+    for (int round = 0; round < rounds; ++round) {
         support::Process writer(
             {SETTINGS_WRITER, path_, "Left", std::to_string(last + 1), "1000000"});
         ASSERT_TRUE(support::waitUntil([&] { return std::stol(read("Left")) > last; }));
@@ -396,6 +397,17 @@ TEST_F(SettingsFile, AWriterThatHangsIsNotWaitedForLong) {
     EXPECT_EQ(read("Left"), "3");
 }
 
+TEST_F(SettingsFile, WithoutLocksNothingIsWrittenAndNothingWaitedFor) {
+    write("Left", "1");
+    support::Process::Options options;
+    options.environment = {{"NO_LOCKS", "1"}};
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(support::run({SETTINGS_WRITER, path_, "Left", "2", "5"}, options), 0);
+    const auto took = std::chrono::steady_clock::now() - start;
+    EXPECT_EQ(read("Left"), "1");
+    EXPECT_LT(took, milliseconds(1000) * support::SLOWNESS);
+}
+
 TEST_F(SettingsFile, IsNotMadeLargerThanWhatIsRead) {
     std::string bytes = "[General]\r\nLeft=1\r\n";
     bytes.resize(whole_file::largest, ';');
@@ -417,9 +429,9 @@ TEST_F(SettingsFile, RubbishIsReadAtOnceAsNothing) {
     const auto timed = [&](const char* what) {
         const support::ProcessorTime time; // a write waits for the disk
         EXPECT_EQ(read("Left"), "DEF") << what;
-        EXPECT_LT(time.seconds(), 0.05) << what;
+        EXPECT_LT(time.seconds(), 0.1) << what;
         write("Left", "1");
-        EXPECT_LT(time.seconds(), 0.15) << what;
+        EXPECT_LT(time.seconds(), 0.3) << what;
     };
     support::writeFile(path_, "");
     fs::resize_file(path_, std::uintmax_t{1} << 30U);
