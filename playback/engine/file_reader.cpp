@@ -1,51 +1,62 @@
 #include "playback/engine/file_reader.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <system_error>
 #include <utility>
 
 namespace zvonivec {
 
-std::shared_ptr<const FileReader> FileReader::open(const std::string& path) {
-    // Without O_NONBLOCK, opening a named pipe would wait for its writer.
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0) {
-        return nullptr;
-    }
-    struct stat status = {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < 0) {
-        ::close(descriptor);
-        return nullptr;
-    }
-    return std::shared_ptr<const FileReader>(
-        new FileReader(descriptor, static_cast<std::uint64_t>(status.st_size)));
-}
+namespace {
 
-FileReader::~FileReader() {
-    ::close(descriptor_);
-}
+class DiskFile final : public FileReader {
+public:
+    explicit DiskFile(const std::filesystem::path& path) {
+        // What is read is wanted in large pieces, and as it is now: no buffer in between.
+        stream_.rdbuf()->pubsetbuf(nullptr, 0);
+        stream_.open(path, std::ios::binary | std::ios::ate);
+        const std::streamoff end = stream_ ? std::streamoff(stream_.tellg()) : -1;
+        good_ = end >= 0;
+        size_ = good_ ? static_cast<std::uint64_t>(end) : 0;
+    }
 
-std::optional<std::size_t> FileReader::readAt(std::uint64_t offset,
-                                              std::span<std::uint8_t> target) const {
-    std::size_t done = 0;
-    while (done < target.size()) {
-        const ssize_t count = ::pread(descriptor_, target.data() + done, target.size() - done,
-                                      static_cast<off_t>(offset + done));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
+    [[nodiscard]] bool good() const { return good_; }
+    [[nodiscard]] std::uint64_t size() const override { return size_; }
+
+    [[nodiscard]] std::optional<std::size_t> readAt(std::uint64_t offset,
+                                                    std::span<std::uint8_t> target) const override {
+        const std::lock_guard lock(mutex_);
+        stream_.clear();
+        stream_.seekg(static_cast<std::streamoff>(offset));
+        stream_.read(reinterpret_cast<char*>(target.data()),
+                     static_cast<std::streamsize>(target.size()));
+        if (stream_.bad() || (stream_.fail() && !stream_.eof())) {
             return std::nullopt;
         }
-        if (count == 0) {
-            break;
-        }
-        done += static_cast<std::size_t>(count);
+        return static_cast<std::size_t>(stream_.gcount());
     }
-    return done;
+
+private:
+    bool good_ = false;
+    std::uint64_t size_ = 0;
+    mutable std::mutex mutex_;
+    mutable std::ifstream stream_; ///< guarded by mutex_
+};
+
+} // namespace
+
+std::shared_ptr<const FileReader> FileReader::open(const std::string& path) {
+    // A name of the system, not a text: it is taken as it is.
+    const std::filesystem::path file(path);
+    // Opening a pipe would wait for its writer.
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) {
+        return nullptr;
+    }
+    auto opened = std::make_shared<const DiskFile>(file);
+    return opened->good() ? std::move(opened) : nullptr;
 }
 
 ReadBuffer::ReadBuffer(std::shared_ptr<const FileReader> file, std::size_t blockSize)
@@ -57,7 +68,7 @@ std::span<const std::uint8_t> ReadBuffer::bytes(std::uint64_t offset, std::size_
     if (!inside) {
         block_.resize(std::max(blockSize_, wanted));
         const std::optional<std::size_t> count = file_->readAt(offset, block_);
-        failed_ = failed_ || !count;
+        failed_ = !count;
         blockIsLast_ = count && *count < block_.size();
         block_.resize(count.value_or(0));
         blockStart_ = offset;

@@ -12,30 +12,25 @@
 
 namespace zvonivec {
 
-/// An open regular file. Safe to use from several threads at once.
+/// An open file. Safe to use from several threads at once.
 class FileReader {
 public:
+    FileReader() = default;
+    FileReader(const FileReader&) = delete;
+    FileReader& operator=(const FileReader&) = delete;
+    virtual ~FileReader() = default;
+
     /// Opens a file for reading; null when there is none, it may not be read, or it is no regular
     /// file (a folder, a pipe, a device). Never waits for a writer.
     static std::shared_ptr<const FileReader> open(const std::string& path);
 
-    FileReader(const FileReader&) = delete;
-    FileReader& operator=(const FileReader&) = delete;
-    ~FileReader();
-
     /// Bytes at the time of opening.
-    [[nodiscard]] std::uint64_t size() const { return size_; }
+    [[nodiscard]] virtual std::uint64_t size() const = 0;
 
     /// Reads up to a span's length from an offset. The count is short at the end of the file only;
     /// nothing when the file can't be read.
-    [[nodiscard]] std::optional<std::size_t> readAt(std::uint64_t offset,
-                                                    std::span<std::uint8_t> target) const;
-
-private:
-    FileReader(int descriptor, std::uint64_t size) : descriptor_(descriptor), size_(size) {}
-
-    const int descriptor_;
-    const std::uint64_t size_;
+    [[nodiscard]] virtual std::optional<std::size_t>
+    readAt(std::uint64_t offset, std::span<std::uint8_t> target) const = 0;
 };
 
 /// A window over a file that moves by whole blocks, for readers that look at small pieces in
@@ -49,7 +44,8 @@ public:
     /// Valid until the next call.
     [[nodiscard]] std::span<const std::uint8_t> bytes(std::uint64_t offset, std::size_t wanted);
 
-    /// Whether any read so far failed for another reason than the end of the file.
+    /// Whether the last read failed for another reason than the end of the file. The next call
+    /// reads anew.
     [[nodiscard]] bool failed() const { return failed_; }
 
 private:

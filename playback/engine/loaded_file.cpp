@@ -15,8 +15,8 @@ constexpr auto longestWait = 3s;
 
 } // namespace
 
-LoadedFile::LoadedFile(const std::string& path)
-    : reader_(FileReader::open(path)), kind_(detectFileKind(reader_)),
+LoadedFile::LoadedFile(std::shared_ptr<const FileReader> reader)
+    : reader_(std::move(reader)), kind_(detectFileKind(reader_)),
       measure_(kind_.stream ? std::make_unique<FileMeasure>(reader_, *kind_.stream) : nullptr) {
     facts_.known = measure_ == nullptr;
     if (measure_) {

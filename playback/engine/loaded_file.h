@@ -24,9 +24,10 @@ public:
         TrackTags tags;
     };
 
-    /// Opens a file and finds out its kind. One that can't be opened, or is no MP3 file, is known
-    /// at once: nothing is known of it.
-    explicit LoadedFile(const std::string& path);
+    /// Finds out a file's kind. One that couldn't be opened (null), or is no MP3 file, is known at
+    /// once: nothing is known of it.
+    explicit LoadedFile(std::shared_ptr<const FileReader> reader);
+    explicit LoadedFile(const std::string& path) : LoadedFile(FileReader::open(path)) {}
 
     [[nodiscard]] const std::shared_ptr<const FileReader>& reader() const { return reader_; }
     [[nodiscard]] const FileKind& kind() const { return kind_; }

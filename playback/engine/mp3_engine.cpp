@@ -1,7 +1,8 @@
 // The engine as the user-interface thread sees it: its state, and the events of the decoder thread
 // that still matter when they arrive.
 
-#include "playback/engine/PlayerEngine.h"
+#include "playback/engine/mp3_engine.h"
+
 #include "playback/engine/decoder_thread.h"
 #include "playback/engine/gain.h"
 #include "playback/engine/loaded_file.h"
@@ -21,7 +22,7 @@ class Mp3Engine final : public PlayerEngine,
                         private PlayerEngine::Media,
                         private PlayerEngine::Settings {
 public:
-    explicit Mp3Engine(PostToUserInterface post);
+    Mp3Engine(PostToUserInterface post, OpenFile open);
     Mp3Engine(const Mp3Engine&) = delete;
     Mp3Engine& operator=(const Mp3Engine&) = delete;
     ~Mp3Engine() override;
@@ -65,6 +66,7 @@ private:
     std::shared_ptr<Mp3Engine*> self_ = std::make_shared<Mp3Engine*>(this);
 
     const PostToUserInterface post_; ///< called on the decoder thread
+    const OpenFile open_;
 
     std::string url_;
     std::shared_ptr<LoadedFile> file_;
@@ -87,8 +89,9 @@ private:
     const std::shared_ptr<DecoderThread> thread_;
 };
 
-Mp3Engine::Mp3Engine(PostToUserInterface post)
-    : post_(std::move(post)), thread_(DecoderThread::create(postedEvents())) {
+Mp3Engine::Mp3Engine(PostToUserInterface post, OpenFile open)
+    : post_(std::move(post)), open_(std::move(open)),
+      thread_(DecoderThread::create(postedEvents())) {
     thread_->feed().setGain(gainOfVolume(volume_));
 }
 
@@ -123,7 +126,7 @@ void Mp3Engine::setURL(const std::string& path) {
     rest(0);
     ended_ = false;
     url_ = path;
-    file_ = path.empty() ? nullptr : std::make_shared<LoadedFile>(path);
+    file_ = path.empty() ? nullptr : std::make_shared<LoadedFile>(open_(path));
     state_ = path.empty() ? PlayState::undefined : PlayState::ready;
     thread_->load(file_);
     if (autoStart_) {
@@ -286,8 +289,12 @@ bool Mp3Engine::raise(PlayState state) {
 
 } // namespace
 
+std::unique_ptr<PlayerEngine> createMp3Engine(PostToUserInterface post, OpenFile open) {
+    return std::make_unique<Mp3Engine>(std::move(post), std::move(open));
+}
+
 std::unique_ptr<PlayerEngine> createPlayerEngine(PostToUserInterface post) {
-    return std::make_unique<Mp3Engine>(std::move(post));
+    return createMp3Engine(std::move(post), &FileReader::open);
 }
 
 } // namespace zvonivec

@@ -1,7 +1,7 @@
 // The real engine with a user-interface thread made of the test's own.
 #pragma once
 
-#include "playback/engine/PlayerEngine.h"
+#include "playback/engine/mp3_engine.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -76,7 +76,8 @@ private:
 
 /// An engine whose events are counted.
 struct EngineUnderTest {
-    EngineUnderTest() {
+    explicit EngineUnderTest(const OpenFile& open = &FileReader::open)
+        : engine(createMp3Engine(queue.poster(), open)) {
         engine->settings().setAutoStart(false);
         engine->PlayStateChange = [this](PlayState state) {
             states.push_back(state);
@@ -111,7 +112,7 @@ struct EngineUnderTest {
     }
 
     UserInterfaceQueue queue;
-    std::unique_ptr<PlayerEngine> engine = createPlayerEngine(queue.poster());
+    std::unique_ptr<PlayerEngine> engine;
     std::vector<PlayState> states;
     std::function<void(PlayState)> onState;
     int errors = 0;

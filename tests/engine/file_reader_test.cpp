@@ -1,0 +1,273 @@
+// Files that go wrong while they are read: on a real disk, and on one that fails as the test says.
+
+#include "playback/engine/file_reader.h"
+
+#include "tests/engine/engine_under_test.h"
+#include "tests/support/mp3_samples.h"
+#include "tests/support/process.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zvonivec {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class OnDisk : public testing::Test {
+protected:
+    static std::string readText(const FileReader& file, std::uint64_t offset, std::size_t count) {
+        std::vector<std::uint8_t> bytes(count);
+        const auto got = file.readAt(offset, bytes);
+        return got ? std::string(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(*got))
+                   : "failed";
+    }
+
+    support::TemporaryFolder folder;
+    std::string path = folder.file("file");
+};
+
+TEST_F(OnDisk, readsFromAnyOffsetInAnyOrder) {
+    support::writeFile(path, "0123456789");
+    const auto file = FileReader::open(path);
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->size(), 10U);
+    EXPECT_EQ(readText(*file, 8, 5), "89");
+    EXPECT_EQ(readText(*file, 10, 5), "");
+    EXPECT_EQ(readText(*file, 1000, 5), "");
+    EXPECT_EQ(readText(*file, 2, 3), "234") << "after the end was met";
+    EXPECT_EQ(readText(*file, 0, 0), "");
+}
+
+TEST_F(OnDisk, readsBeyondFourGigabytes) {
+    constexpr std::uint64_t far = 5'000'000'000;
+    support::writeFile(path, "begin");
+    std::error_code error;
+    std::filesystem::resize_file(path, far + 3, error);
+    ASSERT_FALSE(error) << error.message();
+    const auto file = FileReader::open(path);
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->size(), far + 3);
+    EXPECT_EQ(readText(*file, far, 10), std::string(3, '\0'));
+    EXPECT_EQ(readText(*file, 0, 5), "begin");
+}
+
+TEST_F(OnDisk, aNameIsAnyBytes) {
+    path = folder.file("n\xFF\xE8zev \xC5\xBE.mp3");
+    support::writeFile(path, "x");
+    ASSERT_TRUE(FileReader::open(path));
+}
+
+TEST_F(OnDisk, whatIsThereNowIsRead) {
+    support::writeFile(path, std::string(100000, 'a'));
+    const auto file = FileReader::open(path);
+    EXPECT_EQ(readText(*file, 0, 3), "aaa");
+    std::filesystem::resize_file(path, 2);
+    EXPECT_EQ(readText(*file, 0, 3), "aa");
+    EXPECT_EQ(readText(*file, 50000, 3), "");
+    // Another file in its place is another file.
+    support::writeFile(folder.file("other"), "bbb");
+    std::filesystem::rename(folder.file("other"), path);
+    EXPECT_EQ(readText(*file, 0, 3), "aa");
+    std::filesystem::remove(path);
+    EXPECT_EQ(readText(*file, 0, 3), "aa");
+}
+
+TEST_F(OnDisk, severalThreadsReadAtOnce) {
+    std::string content;
+    for (std::uint32_t i = 0; i < 50000; ++i) {
+        content += support::littleEndian(i);
+    }
+    support::writeFile(path, content);
+    const auto file = FileReader::open(path);
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (std::uint32_t thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (std::uint32_t i = 0; i < 3000; ++i) {
+                const std::uint32_t number = (i * 7919 + thread * 104729) % 50000;
+                const std::string read = readText(*file, std::uint64_t{number} * 4, 4);
+                wrong += read != support::littleEndian(number) ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
+/// A disk that answers with errors from an offset on, or stops answering.
+struct Disk {
+    std::atomic<std::uint64_t> failsFrom{UINT64_MAX};
+
+    void hang() {
+        const std::lock_guard lock(mutex);
+        hangs = true;
+    }
+    void goOn() {
+        const std::lock_guard lock(mutex);
+        hangs = false;
+        changed.notify_all();
+    }
+    /// Whether a reader waits for it.
+    bool isWaitedFor() {
+        const std::lock_guard lock(mutex);
+        return waiting != 0;
+    }
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool hangs = false;
+    int waiting = 0;
+};
+
+class FileOfDisk final : public FileReader {
+public:
+    FileOfDisk(Disk& disk, std::string content) : disk_(disk), content_(std::move(content)) {}
+    [[nodiscard]] std::uint64_t size() const override { return content_.size(); }
+    [[nodiscard]] std::optional<std::size_t> readAt(std::uint64_t offset,
+                                                    std::span<std::uint8_t> target) const override {
+        {
+            std::unique_lock lock(disk_.mutex);
+            ++disk_.waiting;
+            disk_.changed.wait(lock, [this] { return !disk_.hangs; });
+            --disk_.waiting;
+        }
+        const std::uint64_t begin = std::min<std::uint64_t>(offset, content_.size());
+        const std::size_t count = std::min<std::size_t>(target.size(), content_.size() - begin);
+        if (begin + count > disk_.failsFrom) {
+            return std::nullopt;
+        }
+        std::copy_n(content_.begin() + static_cast<std::ptrdiff_t>(begin), count, target.begin());
+        return count;
+    }
+
+private:
+    Disk& disk_;
+    const std::string content_;
+};
+
+class FailingDisk : public testing::Test {
+protected:
+    void SetUp() override { setenv("SDL_AUDIODRIVER", "dummy", 1); }
+
+    /// Half a minute of silence.
+    const std::string content =
+        support::repeated(support::frameBytes({.bitRateIndex = 14, .size = 1044}), 1200);
+    Disk disk;
+    std::weak_ptr<const FileReader> opened;
+    EngineUnderTest engine{[this](const std::string&) {
+        auto file = std::make_shared<const FileOfDisk>(disk, content);
+        opened = file;
+        return file;
+    }};
+
+    /// Runs until there is an error, and makes sure that there is one alone.
+    void expectOneError() {
+        const auto self = std::this_thread::get_id();
+        std::thread::id thread;
+        engine.errors = 0;
+        engine.engine->MediaError = [&] {
+            ++engine.errors;
+            thread = std::this_thread::get_id();
+        };
+        EXPECT_TRUE(engine.queue.runUntil([&] { return engine.errors > 0; }));
+        engine.queue.runFor(150ms);
+        EXPECT_EQ(engine.errors, 1);
+        EXPECT_EQ(thread, self);
+        EXPECT_EQ(engine.engine->playState(), PlayState::stopped);
+        EXPECT_EQ(engine.stops(), 0);
+        EXPECT_EQ(engine.controls().currentPosition(), 0);
+        engine.engine->MediaError = [this] { ++engine.errors; };
+    }
+};
+
+TEST_F(FailingDisk, anErrorWhilePlayingIsOneMediaError) {
+    engine.open("file");
+    engine.controls().play();
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; }));
+    disk.failsFrom = 0;
+    expectOneError();
+    EXPECT_EQ(engine.engine->URL(), "file") << "the file stays";
+    EXPECT_NEAR(engine.media().duration(), 1200 * 1152 / 44100.0, 1e-9);
+    // Played again it is one again, unless the disk has recovered.
+    engine.controls().setCurrentPosition(20);
+    engine.controls().play();
+    expectOneError();
+    disk.failsFrom = UINT64_MAX;
+    engine.errors = 0;
+    engine.controls().setCurrentPosition(20);
+    engine.controls().play();
+    EXPECT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 20.1; }));
+    EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(FailingDisk, whatCanBeReadIsHeardFirst) {
+    disk.failsFrom = content.size() - 1000;
+    engine.open("file");
+    EXPECT_EQ(engine.media().getItemInfo("Filetype"), "mp3");
+    EXPECT_EQ(engine.media().getItemInfo("Bitrate"), "320000");
+    EXPECT_GT(engine.media().duration(), 1.0);
+    engine.controls().setCurrentPosition(engine.media().duration() - 0.5);
+    engine.controls().play();
+    const auto begin = std::chrono::steady_clock::now();
+    expectOneError();
+    EXPECT_GT(std::chrono::steady_clock::now() - begin, 350ms);
+}
+
+TEST_F(FailingDisk, anErrorAtTheBeginningIsOneMediaError) {
+    disk.failsFrom = 0;
+    engine.open("file");
+    EXPECT_EQ(engine.media().getItemInfo("Filetype"), "");
+    EXPECT_EQ(engine.media().getItemInfo("Bitrate"), "");
+    EXPECT_EQ(engine.media().duration(), 0);
+    engine.controls().play();
+    expectOneError();
+}
+
+TEST_F(FailingDisk, anErrorOfAFileThatWentIsNone) {
+    engine.open("file");
+    engine.controls().play();
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; }));
+    disk.failsFrom = 0;
+    ASSERT_TRUE(support::waitUntil([&] { return !engine.queue.empty(); }));
+    engine.engine->setURL("");
+    engine.queue.runFor(100ms);
+    EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(FailingDisk, aDiskThatHangsHoldsNobodyUp) {
+    engine.open("file");
+    engine.controls().play();
+    ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; }));
+    disk.hang();
+    ASSERT_TRUE(support::waitUntil([&] { return disk.isWaitedFor(); }));
+    const auto begin = std::chrono::steady_clock::now();
+    engine.controls().pause();
+    engine.controls().setCurrentPosition(20);
+    engine.controls().play();
+    engine.controls().stop();
+    engine.engine->setURL("");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 100ms);
+    engine.engine.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 900ms);
+    // The thread that was left behind ends when it can, and leaves nothing.
+    EXPECT_FALSE(opened.expired());
+    disk.goOn();
+    EXPECT_TRUE(support::waitUntil([&] { return opened.expired(); }));
+    EXPECT_EQ(engine.errors, 0);
+}
+
+} // namespace
+
+} // namespace zvonivec
