@@ -56,7 +56,8 @@ bool Mp3Decoder::enterPart() {
         resampler_.emplace(format.sampleRate, sampleRate(), channels(), partFrame * format.samples);
     }
     decoded_ = {};
-    silence_.assign(static_cast<std::size_t>(format.samples * channels()), 0);
+    silence_.assign(static_cast<std::size_t>(format.samples) * static_cast<std::size_t>(channels()),
+                    0);
 
     mpg123_delete(handle_);
     handle_ = newHandle();
