@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 #include <cstddef>
+#include <mutex>
 
 namespace zvonivec {
 
@@ -11,6 +12,10 @@ namespace {
 int periodFor(int sampleRate) {
     return sampleRate * 45 / 1000 / 64 * 64;
 }
+
+/// SDL keeps all devices in one table without a lock of its own. A device that a hanging server
+/// holds up is still being closed when the next engine opens one.
+std::mutex sdlMutex;
 
 bool setUpSdl() {
     SDL_SetMainReady();
@@ -37,6 +42,7 @@ void AudioOutput::fill(void* feed, std::uint8_t* target, int bytes) {
 }
 
 bool AudioOutput::open(int sampleRate, int channels) {
+    std::unique_lock lock(sdlMutex);
     if (!ready_) {
         ready_ = setUpSdl();
     }
@@ -53,6 +59,7 @@ bool AudioOutput::open(int sampleRate, int channels) {
         periodFrames_ = obtained.samples;
     }
     if (device_ == 0) {
+        lock.unlock();
         reset();
         return false;
     }
@@ -62,6 +69,7 @@ bool AudioOutput::open(int sampleRate, int channels) {
 
 void AudioOutput::close() {
     if (device_ != 0) {
+        const std::lock_guard lock(sdlMutex);
         SDL_CloseAudioDevice(device_);
         device_ = 0;
     }
@@ -73,6 +81,7 @@ bool AudioOutput::lost() const {
 
 void AudioOutput::reset() {
     if (ready_) {
+        const std::lock_guard lock(sdlMutex);
         SDL_QuitSubSystem(SDL_INIT_AUDIO);
         ready_ = false;
     }
