@@ -109,6 +109,8 @@ TEST_F(SettingsFormat, KeepsItsEncoding) {
         write("Top", "-3");
         EXPECT_EQ(bytes(), utf16("[General]\r\nLeft=2\r\nTop=-3\r\n[X]\r\n") + "z");
         EXPECT_EQ(read("Top"), "-3");
+        put(utf16("[General]\r\nTop=\xE9\r\n"));
+        EXPECT_EQ(read("Top"), "?");
     }
 }
 
