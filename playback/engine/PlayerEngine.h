@@ -3,9 +3,10 @@
 // Rules for callers
 //  * Everything here is called on the user-interface thread, and both events are raised on it.
 //  * Nothing here throws. What can't be done leaves things as they were.
-//  * Nothing here waits for the disk or the device, but for two bounded waits that are wanted:
-//    setURL reads as much of the file as "Filetype" needs, and isReadOnlyItem("Bitrate") may take a
-//    few milliseconds before it answers False, so that a caller may ask it in a loop.
+//  * Nothing here waits for the disk or the device, but for three bounded waits that are wanted:
+//    setURL reads as much of the file as "Filetype" needs, isReadOnlyItem("Bitrate") may take a few
+//    milliseconds before it answers False, so that a caller may ask it in a loop, and the
+//    destructor waits for the device to be closed, half a second at most.
 //  * Texts are UTF-8. A path is the system's own name of the file, also where it isn't valid UTF-8.
 #pragma once
 
@@ -129,7 +130,8 @@ public:
     std::function<void(PlayState)> PlayStateChange;
 
     /// Raised once for a loaded file that can't be played (on): undecodable, unreadable, or no
-    /// sound device. The engine is silent then, and the file stays loaded until setURL.
+    /// sound device. The engine is silent then, and the file stays loaded until setURL. Each
+    /// further play tries once more.
     std::function<void()> MediaError;
 };
 

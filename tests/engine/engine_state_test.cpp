@@ -4,7 +4,9 @@
 #include "tests/engine/engine_under_test.h"
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
+#include "tests/support/processor_time.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
@@ -92,6 +94,25 @@ TEST_F(Engine, loadingRaisesNothing) {
     engine.queue.runFor(50ms);
     EXPECT_TRUE(engine.states.empty());
     EXPECT_EQ(engine.errors, 0);
+}
+
+TEST_F(Engine, loadingTakesNoTime) {
+    const std::string large = folder.file("large.mp3");
+    support::writeFile(large, support::id3v2(3, {{"APIC", std::string(5 << 20, 'x')}}) +
+                                  support::repeated(support::frameBytes({}), 25000));
+    const std::string noise = folder.file("noise");
+    support::writeFile(noise, support::randomBytes(10 << 20));
+    double slowest = 0;
+    for (int round = 0; round < 10; ++round) {
+        for (const std::string& path : {large, noise, folder.file("missing"), std::string()}) {
+            const auto begin = std::chrono::steady_clock::now();
+            engine.engine->setURL(path);
+            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+            slowest = std::max(slowest, took.count());
+        }
+    }
+    RecordProperty("microseconds", static_cast<int>(slowest * 1e6));
+    EXPECT_LT(slowest / support::SLOWNESS, 0.05);
 }
 
 TEST_F(Engine, autoStartPlaysWhatIsLoaded) {

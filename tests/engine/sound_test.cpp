@@ -252,6 +252,7 @@ TEST_F(Sound, repeatsWithoutAGap) {
         }
         smallest = std::min(smallest, gap);
     }
+    RecordProperty("samples", static_cast<int>(smallest));
     EXPECT_EQ(smallest, 0U) << "samples of silence between the end and the start";
 }
 
