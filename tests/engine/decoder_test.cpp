@@ -4,6 +4,7 @@
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
+#include "tests/support/processor_time.h"
 #include "tests/support/recording.h"
 
 #include <algorithm>
@@ -313,6 +314,27 @@ TEST_F(Decoder, framesOfOtherFormatsByChanceAreNoPart) {
     EXPECT_EQ(decodedWith(other).size(), decodedWith(std::string(other.size(), '\0')).size());
     // One more makes them a part.
     EXPECT_GT(decodedWith(other + other).size(), decodedWith(other).size());
+}
+
+TEST_F(Decoder, aFormatThatChangesAllTheTimeTakesNoTime) {
+    const auto four = [](int sampleRateIndex, std::size_t size) {
+        return support::repeated(support::frameBytes({.version = 2,
+                                                      .bitRateIndex = 1,
+                                                      .sampleRateIndex = sampleRateIndex,
+                                                      .size = size}),
+                                 4);
+    };
+    support::writeFile(path, support::repeated(four(0, 26) + four(1, 24), 50000));
+    const support::ProcessorTime time;
+    Track track(path);
+    track.measure.walkToFrame(1'000'000);
+    EXPECT_NEAR(static_cast<double>(track.measure.samples()) / 22050,
+                50000 * (4 * 576 / 22050.0 + 4 * 576 / 24000.0), 5);
+    EXPECT_LT(time.seconds(), 1);
+    const std::size_t second = std::size_t{22050} * 2;
+    EXPECT_GE(track.decodeFrom(0, 2 * second).size(), 2 * second);
+    EXPECT_GE(track.decodeFrom(150'000'000, 2 * second).size(), 2 * second);
+    EXPECT_LT(time.seconds(), 2);
 }
 
 TEST_F(Decoder, framesWithoutSoundAreSilence) {
