@@ -90,6 +90,7 @@ std::string compressedId3v2(int version,
                             const std::vector<std::pair<std::string, std::string>>& zlibFrames,
                             std::uint32_t statedSize) {
     std::vector<std::pair<std::string, std::string>> all;
+    all.reserve(zlibFrames.size());
     for (const auto& [id, data] : zlibFrames) {
         all.emplace_back(id, support::bigEndian(statedSize) + data);
     }
@@ -316,8 +317,8 @@ TEST_F(Tags, hostileTagsAreHarmless) {
 }
 
 TEST_F(Tags, compressedTextsAreRead) {
+    const std::string title = latin1 + "Titul " + std::string(900, 'x');
     for (const int version : {3, 4}) {
-        const std::string title = latin1 + "Titul " + std::string(900, 'x');
         const TrackTags tags = tagsOf(
             compressedId3v2(version, {{"TIT2", stored(title)}, {"TPE1", stored(latin1 + "A")}},
                             static_cast<std::uint32_t>(title.size())) +
@@ -356,7 +357,7 @@ TEST_F(Tags, whatInflatesToNoEndIsLeftOut) {
         const support::ProcessorTime time;
         const TrackTags tags = readTags(file);
         EXPECT_LT(time.seconds(), 0.2) << row.what;
-        const double more = static_cast<double>(peakMemory(false) - before);
+        const auto more = static_cast<double>(peakMemory(false) - before);
         EXPECT_LT(more / 1e6,
                   (10 + 3 * static_cast<double>(row.tag.size()) / 1e6) * support::SLOWNESS)
             << row.what;
