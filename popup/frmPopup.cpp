@@ -66,9 +66,10 @@ void frmPopup::showAt(float left, float top) {
         modDeklarace::SetWindowPos(player_.hWnd(), modDeklarace::insertNotTopmost, 0, 0, 0, 0,
                                    modDeklarace::noSizeNoMove);
     }
+    // Before the menu is seen, so that no press that answers it is missed.
+    outsidePresses_ = std::make_unique<OutsidePresses>(hWnd(), [this] { Form_Deactivate(); });
     setVisible(true);
     bringToFront();
-    outsidePresses_ = std::make_unique<OutsidePresses>(hWnd(), [this] { Form_Deactivate(); });
 }
 
 void frmPopup::Form_Deactivate() {
