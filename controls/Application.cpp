@@ -4,8 +4,8 @@
 #include "controls/units.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
-#include <QFile>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QScreen>
@@ -80,9 +80,19 @@ void Application::formLoaded() {
 }
 
 void Application::formUnloaded() {
+    if (--loadedForms > 0) {
+        return;
+    }
+    // A dialog of the system's own has a loop of its own, which the toolkit's end doesn't end.
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (auto* dialog = qobject_cast<QDialog*>(window)) {
+            dialog->reject();
+        }
+    }
     // exit, not quit, which would ask the windows first. It ends the loops of open boxes too.
     // Before the loop runs there is nothing to end: run() looks for itself.
-    if (--loadedForms == 0 && QThread::currentThread()->loopLevel() > 0) {
+    if (QThread::currentThread()->loopLevel() > 0) {
         QCoreApplication::exit(0);
     }
 }
@@ -92,8 +102,7 @@ void Application::post(std::function<void()> function) {
 }
 
 std::string Application::programFolder() {
-    return QFile::encodeName(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()))
-        .toStdString();
+    return QDir::toNativeSeparators(QCoreApplication::applicationDirPath()).toStdString();
 }
 
 void DoEvents() {

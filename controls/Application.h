@@ -22,7 +22,7 @@ public:
     /// Runs a function on the user-interface thread, later and in order. Callable from any thread.
     static void post(std::function<void()> function);
 
-    /// The folder of the program's file, in the system's own spelling.
+    /// The folder of the program's file, with the system's separators.
     [[nodiscard]] static std::string programFolder();
 
 private:

@@ -3,7 +3,6 @@
 #include "controls/Form.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -29,11 +28,11 @@ QStringList nameFilters(const std::string& filter) {
 }
 
 std::string toPath(const QString& path) {
-    return QFile::encodeName(path).toStdString();
+    return QDir::toNativeSeparators(path).toStdString();
 }
 
 QString fromPath(const std::string& path) {
-    return QFile::decodeName(QByteArray::fromStdString(path));
+    return QString::fromStdString(path);
 }
 
 } // namespace

@@ -7,8 +7,9 @@
 namespace zvonivec {
 
 /// While this lives, SIGTERM, SIGINT and SIGHUP run a function on the user-interface thread instead
-/// of killing the process. Afterwards they are ignored: the program is ending already. One object
-/// at a time, made after the toolkit has started.
+/// of killing the process. Afterwards they are ignored: the program is ending already. On Windows
+/// it is the end of the session that runs the function, once, before the process may be killed. One
+/// object at a time, made after the toolkit has started.
 class EndRequests {
 public:
     explicit EndRequests(std::function<void()> end);

@@ -1,5 +1,5 @@
 // The operating system's operations that the program uses, by the names that Windows gives them.
-// No result is of interest: what the system can't do, it leaves.
+// No result is of interest: what the system can't do, it leaves. Texts and paths are UTF-8.
 #pragma once
 
 #include "main_window/window_outline.h"
@@ -58,12 +58,21 @@ void ReleaseCapture();
 /// releases reach the control that got the press.
 void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command);
 
+/// Of a message box's style: the icon for what is only told. Without it the icon is that of an
+/// error.
+inline constexpr int iconInformation = 64;
+
+/// Shows a plain text with an OK button before its owner, which takes no pointer meanwhile; events
+/// go on. Returns when the user has closed the box, or the program its owner.
+void MessageBoxA(std::uintptr_t owner, const std::string& text, const std::string& title,
+                 int style);
+
 /// Marks, for as long as the process lives, that a program of this name runs. Any number of
 /// programs may use the same name.
 void CreateMutexA(const std::string& name);
 
 /// The value of a key in a section of a settings file, or the default text where there is none or
-/// the file can't be read; cut to size - 1 bytes. Paths are in the system's own spelling.
+/// the file can't be read; cut to size - 1 bytes.
 [[nodiscard]] std::string GetPrivateProfileStringA(const std::string& section,
                                                    const std::string& key,
                                                    const std::string& defaultText, std::size_t size,

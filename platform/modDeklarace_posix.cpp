@@ -5,7 +5,6 @@
 #include "platform/whole_file.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace zvonivec::modDeklarace {
 
@@ -29,10 +28,6 @@ void WritePrivateProfileStringA(const std::string& section, const std::string& k
     whole_file::update(path, [&](const std::string& bytes) {
         return private_profile::withValue(bytes, section, key, value);
     });
-}
-
-std::string folderSeparator() {
-    return {static_cast<char>(std::filesystem::path::preferred_separator)};
 }
 
 } // namespace zvonivec::modDeklarace

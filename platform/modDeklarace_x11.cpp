@@ -1,14 +1,11 @@
 #include "platform/modDeklarace.h"
 
 #include "platform/window_mover.h"
+#include "platform/window_region.h"
 
-#include <QCursor>
 #include <QGuiApplication>
-#include <QPolygon>
 #include <QRegion>
-#include <QScreen>
 #include <QWidget>
-#include <QWindow>
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -84,80 +81,32 @@ void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_v
 
 } // namespace
 
-struct RegionData {
-    QPolygon polygon;
-    Qt::FillRule rule;
-
-    /// The region on a screen with so many pixels to a logical one: the polygon grows, not its
-    /// pixels.
-    [[nodiscard]] QRegion at(double ratio) const {
-        QPolygon scaled;
-        for (const QPoint vertex : polygon) {
-            scaled.append((QPointF(vertex) * ratio).toPoint());
-        }
-        return {scaled, rule};
-    }
-};
-
-namespace {
-
-/// The toolkit knows masks in logical pixels alone; finer ones are given to the server.
-void shape(QWidget& widget, const RegionData& region) {
-    const double ratio = widget.devicePixelRatioF();
+void shapeWindow(QWidget& window, const RegionData* region, bool redraw) {
+    // The toolkit knows masks in logical pixels alone; finer ones are given to the server.
+    const double ratio = window.devicePixelRatioF();
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (ratio == 1 || x11 == nullptr || x11->connection() == nullptr) {
-        widget.setMask(region.at(1));
-        return;
-    }
-    widget.clearMask();
-    std::vector<xcb_rectangle_t> rectangles;
-    for (const QRect& part : region.at(ratio)) {
-        rectangles.push_back(
-            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
-             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
-    }
-    xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                         XCB_CLIP_ORDERING_UNSORTED, static_cast<xcb_window_t>(widget.winId()), 0,
-                         0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
-    xcb_flush(x11->connection());
-}
-
-} // namespace
-
-Region CreatePolygonRgn(std::span<const OutlineVertex> vertices, int fillMode) {
-    QPolygon polygon;
-    for (const OutlineVertex& vertex : vertices) {
-        polygon.append(QPoint(vertex.x, vertex.y));
-    }
-    const Qt::FillRule rule = fillMode == WINDING ? Qt::WindingFill : Qt::OddEvenFill;
-    return std::make_shared<const RegionData>(RegionData{polygon, rule});
-}
-
-void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
-    QWidget* widget = QWidget::find(window);
-    if (widget == nullptr) {
-        return;
-    }
-    // Shapes the window anew on every screen that it comes to, until it gets another region.
-    const auto keeperName = QStringLiteral("windowRegion");
-    delete widget->findChild<QObject*>(keeperName, Qt::FindDirectChildrenOnly);
-    if (region) {
-        shape(*widget, *region);
-        auto* keeper = new QObject(widget);
-        keeper->setObjectName(keeperName);
-        QObject::connect(widget->windowHandle(), &QWindow::screenChanged, keeper,
-                         [widget, region] { shape(*widget, *region); });
+    if (region == nullptr) {
+        window.clearMask();
+    } else if (ratio == 1 || x11 == nullptr || x11->connection() == nullptr) {
+        window.setMask(QRegion(region->at(1), region->rule));
     } else {
-        widget->clearMask();
+        window.clearMask();
+        std::vector<xcb_rectangle_t> rectangles;
+        for (const QRect& part : QRegion(region->at(ratio), region->rule)) {
+            rectangles.push_back({static_cast<std::int16_t>(part.x()),
+                                  static_cast<std::int16_t>(part.y()),
+                                  static_cast<std::uint16_t>(part.width()),
+                                  static_cast<std::uint16_t>(part.height())});
+        }
+        xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                             XCB_CLIP_ORDERING_UNSORTED, static_cast<xcb_window_t>(window.winId()),
+                             0, 0, static_cast<std::uint32_t>(rectangles.size()),
+                             rectangles.data());
+        xcb_flush(x11->connection());
     }
     if (redraw) {
-        widget->update();
+        window.update();
     }
-}
-
-ScreenPoint GetCursorPos() {
-    const QPoint place = QCursor::pos();
-    return {.x = place.x(), .y = place.y()};
 }
 
 void SetWindowPos(std::uintptr_t window, int insertAfter, int /*x*/, int /*y*/, int /*width*/,

@@ -14,8 +14,8 @@ namespace zvonivec {
 /// Begun in the handler of a press, it keeps the pressed point of the window under the pointer
 /// until all buttons are up, and then goes. User-interface thread.
 ///
-/// The window manager could do the same, but it would keep the release for itself, and the release
-/// of the right button opens the menu.
+/// An X11 window manager could do the same, but it would keep the release for itself, and the
+/// release of the right button opens the menu.
 class WindowMover : public QObject {
 public:
     /// Does nothing while a window is on its way already, for a second button.

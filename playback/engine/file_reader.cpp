@@ -48,8 +48,8 @@ private:
 } // namespace
 
 std::shared_ptr<const FileReader> FileReader::open(const std::string& path) {
-    // A name of the system, not a text: it is taken as it is.
-    const std::filesystem::path file(path);
+    // Where names are bytes, they are taken as they are; Windows' own are made from UTF-8.
+    const std::filesystem::path file(std::u8string(path.begin(), path.end()));
     // Opening a pipe would wait for its writer.
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {

@@ -1,0 +1,59 @@
+// What the toolkit does alike on every system.
+
+#include "platform/modDeklarace.h"
+
+#include "platform/window_region.h"
+
+#include <QCursor>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+#include <filesystem>
+
+namespace zvonivec::modDeklarace {
+
+QPolygon RegionData::at(double ratio) const {
+    QPolygon scaled;
+    for (const QPoint vertex : polygon) {
+        scaled.append((QPointF(vertex) * ratio).toPoint());
+    }
+    return scaled;
+}
+
+Region CreatePolygonRgn(std::span<const OutlineVertex> vertices, int fillMode) {
+    QPolygon polygon;
+    for (const OutlineVertex& vertex : vertices) {
+        polygon.append(QPoint(vertex.x, vertex.y));
+    }
+    const Qt::FillRule rule = fillMode == WINDING ? Qt::WindingFill : Qt::OddEvenFill;
+    return std::make_shared<const RegionData>(RegionData{polygon, rule});
+}
+
+void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
+    QWidget* widget = QWidget::find(window);
+    if (widget == nullptr) {
+        return;
+    }
+    // Shapes the window anew on every screen that it comes to, until it gets another region.
+    const auto keeperName = QStringLiteral("windowRegion");
+    delete widget->findChild<QObject*>(keeperName, Qt::FindDirectChildrenOnly);
+    shapeWindow(*widget, region.get(), redraw);
+    if (region) {
+        auto* keeper = new QObject(widget);
+        keeper->setObjectName(keeperName);
+        QObject::connect(widget->windowHandle(), &QWindow::screenChanged, keeper,
+                         [widget, region] { shapeWindow(*widget, region.get(), true); });
+    }
+}
+
+ScreenPoint GetCursorPos() {
+    // The system's own pixels are brought to logical ones by the toolkit, which knows the screens.
+    const QPoint place = QCursor::pos();
+    return {.x = place.x(), .y = place.y()};
+}
+
+std::string folderSeparator() {
+    return {static_cast<char>(std::filesystem::path::preferred_separator)};
+}
+
+} // namespace zvonivec::modDeklarace

@@ -1,0 +1,89 @@
+// Message boxes, for systems that have none of their own. The toolkit's let a long path run out of
+// the window, and a long text out of the screen.
+
+#include "platform/modDeklarace.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace zvonivec::modDeklarace {
+
+namespace {
+
+/// A text that can be selected, with everything of it within reach: it breaks lines wherever it has
+/// to, and scrolls when it is very long.
+class BoxText : public QTextEdit {
+public:
+    BoxText(const QString& text, const QSize& screen) {
+        setObjectName(QStringLiteral("text"));
+        setPlainText(text);
+        setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        setFrameShape(QFrame::NoFrame);
+        viewport()->setAutoFillBackground(false);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        // The system's own boxes have a tab stop every eight letters.
+        setTabStopDistance(8.0 * fontMetrics().averageCharWidth());
+
+        const double widest = std::min(560.0, screen.width() / 2.0);
+        const int highest = screen.height() * 2 / 3;
+        const std::unique_ptr<QTextDocument> trial(document()->clone());
+        trial->setTextWidth(-1); // no line broken
+        const double width = std::min(trial->idealWidth(), widest);
+        trial->setTextWidth(width);
+        int height = static_cast<int>(std::ceil(trial->size().height()));
+        int room = static_cast<int>(std::ceil(width)) + 1;
+        if (height > highest) {
+            height = highest;
+            room += verticalScrollBar()->sizeHint().width();
+            setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+        }
+        setFixedSize(room, height);
+    }
+};
+
+QStyle::StandardPixmap iconOf(int style) {
+    return (style & iconInformation) != 0 ? QStyle::SP_MessageBoxInformation
+                                          : QStyle::SP_MessageBoxCritical;
+}
+
+} // namespace
+
+void MessageBoxA(std::uintptr_t owner, const std::string& text, const std::string& title,
+                 int style) {
+    QDialog box(QWidget::find(owner));
+    box.setWindowTitle(QString::fromStdString(title));
+    auto* layout = new QGridLayout(&box);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->setHorizontalSpacing(16);
+
+    auto* icon = new QLabel;
+    icon->setObjectName(QStringLiteral("icon"));
+    const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+    icon->setPixmap(box.style()->standardIcon(iconOf(style)).pixmap(size, size));
+    layout->addWidget(icon, 0, 0, Qt::AlignTop);
+
+    auto* shown = new BoxText(QString::fromStdString(text), box.screen()->availableSize());
+    layout->addWidget(shown, 0, 1, Qt::AlignVCenter);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
+    layout->addWidget(buttons, 1, 0, 1, 2);
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+    buttons->button(QDialogButtonBox::Ok)->setFocus();
+
+    box.exec();
+}
+
+} // namespace zvonivec::modDeklarace

@@ -1,0 +1,127 @@
+#include "platform/system_move_win32.h"
+
+#include "platform/modDeklarace.h"
+#include "platform/window_mover.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QWidget>
+#include <array>
+#include <utility>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <commctrl.h>
+
+namespace zvonivec {
+
+namespace {
+
+struct Button {
+    Qt::MouseButton name;
+    int key;
+    UINT release;
+    WPARAM bit; ///< in the first argument of pointer messages
+};
+
+constexpr std::array buttons{
+    Button{Qt::LeftButton, VK_LBUTTON, WM_LBUTTONUP, MK_LBUTTON},
+    Button{Qt::RightButton, VK_RBUTTON, WM_RBUTTONUP, MK_RBUTTON},
+    Button{Qt::MiddleButton, VK_MBUTTON, WM_MBUTTONUP, MK_MBUTTON},
+};
+
+WPARAM pressedButtons() {
+    WPARAM bits = 0;
+    for (const Button& button : buttons) {
+        if (GetKeyState(button.key) < 0) {
+            bits |= button.bit;
+        }
+    }
+    return bits;
+}
+
+/// Where the pointer is, as the second argument of a window's pointer messages.
+LPARAM pointerIn(HWND window) {
+    POINT place{};
+    GetCursorPos(&place);
+    ScreenToClient(window, &place);
+    return MAKELPARAM(place.x, place.y);
+}
+
+/// The move that is under way: there is one pointer. User-interface thread.
+bool moving = false;
+/// Whether the system's loop has begun.
+bool entered = false;
+
+/// Between the system's loop and the window.
+LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR /*id*/,
+                            DWORD_PTR /*data*/) {
+    constexpr WPARAM all = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
+    switch (message) {
+    case WM_ENTERSIZEMOVE:
+        entered = true;
+        break;
+    case WM_EXITSIZEMOVE:
+        // The toolkit would tell of releases by itself, outside the window as such of its frame.
+        return DefWindowProcW(window, message, first, second);
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+        if ((first & all) == 0) {
+            PostMessageW(window, WM_LBUTTONUP, 0, second); // what the loop ends with
+        }
+        return 0;
+    case WM_LBUTTONUP:
+        return 0;
+    default:
+        break;
+    }
+    return DefSubclassProc(window, message, first, second);
+}
+
+void runLoop(HWND window) {
+    constexpr UINT_PTR id = 1;
+    entered = false;
+    SetWindowSubclass(window, duringMove, id, 0);
+    SendMessageA(window, modDeklarace::systemCommand, modDeklarace::moveByPointer, 0);
+    RemoveWindowSubclass(window, duringMove, id);
+}
+
+} // namespace
+
+void moveBySystem(QWidget& window) {
+    if (moving) {
+        return;
+    }
+    const QPointer<QWidget> widget(&window);
+    auto* const handle = reinterpret_cast<HWND>(window.winId());
+    moving = true;
+    WPARAM before = 0;
+    WPARAM after = pressedButtons();
+    do {
+        before = after;
+        if (before != 0) {
+            runLoop(handle);
+        }
+        after = pressedButtons();
+        // The left one is up, but not all: on it goes with the others. With none up, the user has
+        // ended the move by a key.
+    } while (after != 0 && after != before);
+    moving = false;
+
+    if (!widget) {
+        return;
+    }
+    if (after != 0) {
+        SetCapture(handle); // the releases shall come here
+    }
+    if (before == 0 || (after != 0 && !entered)) {
+        WindowMover::start(*widget);
+        return;
+    }
+    for (const Button& button : buttons) {
+        if (QGuiApplication::mouseButtons().testFlag(button.name) && (after & button.bit) == 0) {
+            PostMessageW(handle, button.release, after, pointerIn(handle));
+        }
+    }
+}
+
+} // namespace zvonivec
