@@ -60,10 +60,13 @@ Application::Application(const std::string& backEnds) : toolkit_(std::make_uniqu
     // A hidden or minimised window is no reason to end.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // The dialog's own buttons speak Czech too.
-    if (toolkit_->czech.load(QLocale(QLocale::Czech, QLocale::CzechRepublic),
-                             QStringLiteral("qtbase"), QStringLiteral("_"),
-                             QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    // The dialog's own buttons speak Czech too, with texts from the program itself or the system's.
+    const QLocale czech(QLocale::Czech, QLocale::CzechRepublic);
+    const auto load = [&](const QString& folder) {
+        return toolkit_->czech.load(czech, QStringLiteral("qtbase"), QStringLiteral("_"), folder);
+    };
+    if (load(QStringLiteral(":/translations")) ||
+        load(QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QApplication::installTranslator(&toolkit_->czech);
     }
     exposeControls();

@@ -4,6 +4,7 @@
 //   draw_skin --preview FILE.png [N]     the whole player at N pixels to a layout pixel (1 to 4)
 #include "skin/drawing/device.h"
 #include "skin/drawing/gif_writer.h"
+#include "skin/drawing/ico_writer.h"
 #include "skin/drawing/light.h"
 #include "skin/drawing/png_writer.h"
 #include "skin/pictures.h"
@@ -112,6 +113,11 @@ bool drawAll(const std::string& folder) {
     for (const IconPicture& icon : ICON_PICTURES) {
         good = write(icon.file, drawIcon(icon.size, true)) && good;
     }
+    std::vector<Picture> windowsIcon;
+    for (const int size : WINDOWS_ICON_SIZES) {
+        windowsIcon.push_back(drawIcon(size, size != ICON_PICTURE.width));
+    }
+    good = writeBytes(folder + "/" + std::string(WINDOWS_ICON), icoBytes(windowsIcon)) && good;
     for (const SharpPictures& sharp : SHARP_PICTURES) {
         good = write(sharp.body, drawBody(sharp.scale)) && good;
         good = write(sharp.sheet, drawSheet(sharp.scale)) && good;

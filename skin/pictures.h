@@ -99,4 +99,8 @@ inline constexpr std::array<IconPicture, 5> ICON_PICTURES{{
     {"icon_256.png", 256},
 }};
 
+/// The same drawings in one file, for the program's file on Windows.
+inline constexpr std::string_view WINDOWS_ICON = "icon.ico";
+inline constexpr std::array<int, 5> WINDOWS_ICON_SIZES{16, 32, 48, 64, 256};
+
 } // namespace zvonivec::skin

@@ -1,0 +1,24 @@
+# What zvonivec.exe holds beside the program: version and icon, the manifest, Qt's own texts in Czech.
+enable_language(RC)
+set(WINDOWS_FILES ${CMAKE_SOURCE_DIR}/packaging/windows)
+set(ICON_FILE ${CMAKE_SOURCE_DIR}/skin/pictures/icon.ico)
+foreach(file zvonivec.rc zvonivec.manifest)
+    configure_file(${WINDOWS_FILES}/${file}.in ${CMAKE_CURRENT_BINARY_DIR}/${file} @ONLY)
+endforeach()
+set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/zvonivec.rc PROPERTIES
+    OBJECT_DEPENDS "${ICON_FILE};${CMAKE_CURRENT_BINARY_DIR}/zvonivec.manifest")
+target_sources(zvonivec PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/zvonivec.rc)
+set_target_properties(zvonivec PROPERTIES WIN32_EXECUTABLE ON)
+
+# A program in one file has no folder for them.
+find_file(QTBASE_CZECH qtbase_cs.qm REQUIRED
+    PATHS ${QT_HOST_PATH}/share/qt6/translations ${QT_HOST_PATH}/translations
+    NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+set_source_files_properties(${QTBASE_CZECH} PROPERTIES QT_RESOURCE_ALIAS qtbase_cs.qm)
+qt_add_resources(zvonivec translations PREFIX /translations FILES ${QTBASE_CZECH})
+
+# A static Qt comes with all its plug-ins; these are the ones that are used.
+qt_import_plugins(zvonivec
+    INCLUDE Qt6::QWindowsIntegrationPlugin
+    INCLUDE_BY_TYPE imageformats Qt6::QGifPlugin
+    INCLUDE_BY_TYPE styles Qt6::QWindowsVistaStylePlugin)
