@@ -40,7 +40,7 @@ QString fromPath(const std::string& path) {
 std::string SystemDialog::startFolder() const {
     const QFileInfo start(fromPath(InitDir));
     if (start.isDir()) {
-        return InitDir;
+        return InitDir + "/"; // of a drive, its root
     }
     const bool chosenBefore = !lastChosen_.empty() && InitDir == lastChosen_;
     if ((start.isFile() || chosenBefore) && start.absoluteDir().exists()) {
