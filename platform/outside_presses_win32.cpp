@@ -1,13 +1,52 @@
-// Windows gives the menu the activation when it is shown, and takes it away with a press elsewhere.
+// The menu is shown without the activation, which stays with the main window and which a press on
+// another program's window takes away. What is left are presses on windows of our own.
 
 #include "platform/outside_presses.h"
 
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QObject>
+#include <utility>
+#include <windows.h>
+
 namespace zvonivec {
 
-struct OutsidePresses::Watch {};
+struct OutsidePresses::Watch : QAbstractNativeEventFilter {
+    bool nativeEventFilter(const QByteArray& /*type*/, void* message,
+                           qintptr* /*result*/) override {
+        const auto& received = *static_cast<const MSG*>(message);
+        switch (received.message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+        case WM_MBUTTONDOWN:
+        case WM_MBUTTONDBLCLK:
+        case WM_POINTERDOWN:
+            if (received.hwnd != window) {
+                QMetaObject::invokeMethod(&receiver, pressed, Qt::QueuedConnection);
+            }
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
 
-OutsidePresses::OutsidePresses(std::uintptr_t /*window*/, std::function<void()> /*pressed*/) {}
+    HWND window = nullptr;
+    std::function<void()> pressed;
+    QObject receiver; ///< calls that are still to come go with it
+};
 
-OutsidePresses::~OutsidePresses() = default;
+OutsidePresses::OutsidePresses(std::uintptr_t window, std::function<void()> pressed)
+    : watch_(std::make_unique<Watch>()) {
+    watch_->window = reinterpret_cast<HWND>(window);
+    watch_->pressed = std::move(pressed);
+    QCoreApplication::instance()->installNativeEventFilter(watch_.get());
+}
+
+OutsidePresses::~OutsidePresses() {
+    QCoreApplication::instance()->removeNativeEventFilter(watch_.get());
+}
 
 } // namespace zvonivec

@@ -52,6 +52,10 @@ bool moving = false;
 /// Whether the system's loop has begun.
 bool entered = false;
 
+/// Runs when all buttons are up, and gives the loop the message that it ends with. Other timers of
+/// the window are numbered from 1.
+constexpr UINT_PTR endTimer = 0x5A76;
+
 /// Between the system's loop and the window.
 LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR /*id*/,
                             DWORD_PTR /*data*/) {
@@ -63,14 +67,20 @@ LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM seco
     case WM_EXITSIZEMOVE:
         // The toolkit would tell of releases by itself, outside the window as such of its frame.
         return DefWindowProcW(window, message, first, second);
+    case WM_LBUTTONUP: // only when a handler in the loop has let events pass: the loop didn't see
+                       // it
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
         if ((first & all) == 0) {
-            PostMessageW(window, WM_LBUTTONUP, 0, second); // what the loop ends with
+            SetTimer(window, endTimer, USER_TIMER_MINIMUM, nullptr);
         }
         return 0;
-    case WM_LBUTTONUP:
-        return 0;
+    case WM_TIMER:
+        if (first == endTimer) { // again and again, until it is the loop that takes it
+            PostMessageW(window, WM_LBUTTONUP, 0, pointerIn(window));
+            return 0;
+        }
+        break;
     default:
         break;
     }
@@ -82,6 +92,7 @@ void runLoop(HWND window) {
     entered = false;
     SetWindowSubclass(window, duringMove, id, 0);
     SendMessageA(window, modDeklarace::systemCommand, modDeklarace::moveByPointer, 0);
+    KillTimer(window, endTimer);
     RemoveWindowSubclass(window, duringMove, id);
 }
 
@@ -117,9 +128,15 @@ void moveBySystem(QWidget& window) {
         WindowMover::start(*widget);
         return;
     }
+    // One after the other, as they would have come.
+    WPARAM pressed = 0;
     for (const Button& button : buttons) {
-        if (QGuiApplication::mouseButtons().testFlag(button.name) && (after & button.bit) == 0) {
-            PostMessageW(handle, button.release, after, pointerIn(handle));
+        pressed |= QGuiApplication::mouseButtons().testFlag(button.name) ? button.bit : 0;
+    }
+    for (const Button& button : buttons) {
+        if ((pressed & button.bit) != 0 && (after & button.bit) == 0) {
+            pressed &= ~button.bit;
+            PostMessageW(handle, button.release, pressed, pointerIn(handle));
         }
     }
 }
