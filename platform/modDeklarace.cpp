@@ -34,16 +34,29 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
     if (widget == nullptr) {
         return;
     }
-    // Shapes the window anew on every screen that it comes to, until it gets another region.
+    // Shapes the window anew on every screen that it comes to, and when the screen's factor is
+    // changed, until it gets another region.
     const auto keeperName = QStringLiteral("windowRegion");
     delete widget->findChild<QObject*>(keeperName, Qt::FindDirectChildrenOnly);
     shapeWindow(*widget, region.get(), redraw);
-    if (region) {
-        auto* keeper = new QObject(widget);
-        keeper->setObjectName(keeperName);
-        QObject::connect(widget->windowHandle(), &QWindow::screenChanged, keeper,
-                         [widget, region] { shapeWindow(*widget, region.get(), true); });
+    if (!region) {
+        return;
     }
+    auto* keeper = new QObject(widget);
+    keeper->setObjectName(keeperName);
+    const auto again = [widget, region] { shapeWindow(*widget, region.get(), true); };
+    const auto watch = [keeper, again](QScreen* screen) {
+        screen->disconnect(keeper);
+        QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, keeper, again);
+    };
+    watch(widget->screen());
+    QObject::connect(widget->windowHandle(), &QWindow::screenChanged, keeper,
+                     [watch, again](QScreen* screen) {
+                         if (screen != nullptr) {
+                             watch(screen);
+                             again();
+                         }
+                     });
 }
 
 ScreenPoint GetCursorPos() {
