@@ -114,6 +114,7 @@ bool drawAll(const std::string& folder) {
         good = write(icon.file, drawIcon(icon.size, true)) && good;
     }
     std::vector<Picture> windowsIcon;
+    windowsIcon.reserve(WINDOWS_ICON_SIZES.size());
     for (const int size : WINDOWS_ICON_SIZES) {
         windowsIcon.push_back(drawIcon(size, size != ICON_PICTURE.width));
     }
