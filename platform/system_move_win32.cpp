@@ -49,8 +49,6 @@ LPARAM pointerIn(HWND window) {
 
 /// The move that is under way: there is one pointer. User-interface thread.
 bool moving = false;
-/// Whether the system's loop has begun.
-bool entered = false;
 
 /// Runs when all buttons are up, and gives the loop the message that it ends with. Other timers of
 /// the window are numbered from 1.
@@ -61,9 +59,6 @@ LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM seco
                             DWORD_PTR /*data*/) {
     constexpr WPARAM all = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
     switch (message) {
-    case WM_ENTERSIZEMOVE:
-        entered = true;
-        break;
     case WM_EXITSIZEMOVE:
         // The toolkit would tell of releases by itself, outside the window as such of its frame.
         return DefWindowProcW(window, message, first, second);
@@ -89,7 +84,6 @@ LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM seco
 
 void runLoop(HWND window) {
     constexpr UINT_PTR id = 1;
-    entered = false;
     SetWindowSubclass(window, duringMove, id, 0);
     SendMessageA(window, modDeklarace::systemCommand, modDeklarace::moveByPointer, 0);
     KillTimer(window, endTimer);
@@ -104,6 +98,7 @@ void moveBySystem(QWidget& window) {
     }
     const QPointer<QWidget> widget(&window);
     auto* const handle = reinterpret_cast<HWND>(window.winId());
+    const QPoint start = window.pos();
     moving = true;
     WPARAM before = 0;
     WPARAM after = pressedButtons();
@@ -113,9 +108,8 @@ void moveBySystem(QWidget& window) {
             runLoop(handle);
         }
         after = pressedButtons();
-        // The left one is up, but not all: on it goes with the others. With none up, the user has
-        // ended the move by a key.
-    } while (after != 0 && after != before);
+        // The left one is up, but not all: on it goes with the others.
+    } while (after != 0 && (before & ~after) != 0);
     moving = false;
 
     if (!widget) {
@@ -124,7 +118,9 @@ void moveBySystem(QWidget& window) {
     if (after != 0) {
         SetCapture(handle); // the releases shall come here
     }
-    if (before == 0 || (after != 0 && !entered)) {
+    const bool endedByKey = GetKeyState(VK_ESCAPE) < 0 || GetKeyState(VK_RETURN) < 0;
+    const bool hasRefused = after != 0 && widget->pos() == start && !endedByKey;
+    if (before == 0 || hasRefused) {
         WindowMover::start(*widget);
         return;
     }
