@@ -11,6 +11,7 @@ namespace zvonivec {
 
 Control::Control(Control& container, std::string name)
     : Control(std::move(name), std::make_unique<ControlWidget>(container.widget_.get())) {
+    container_ = &container;
     widget_->show();
 }
 
@@ -23,6 +24,18 @@ Control::~Control() = default;
 
 void Control::place() {
     widget_->setGeometry(toPixels(left_), toPixels(top_), toPixels(width_), toPixels(height_));
+    changed();
+}
+
+void Control::setPlace(float left, float top) {
+    left_ = left;
+    top_ = top;
+}
+
+void Control::changed() {
+    for (Control* control = this; control != nullptr; control = control->container_) {
+        control->contentChanged();
+    }
 }
 
 void Control::setLeft(float twips) {
@@ -54,6 +67,7 @@ void Control::setSize(float width, float height) {
 void Control::setVisible(bool on) {
     visible_ = on;
     widget_->setVisible(on);
+    changed();
 }
 
 void Control::setEnabled(bool on) {
@@ -111,6 +125,7 @@ void Control::press() {
 
 void Control::repaint() {
     widget_->update();
+    changed();
 }
 
 void Control::announceName() {

@@ -104,7 +104,13 @@ protected:
     Control(std::string name, std::unique_ptr<ControlWidget> window);
 
     [[nodiscard]] ControlWidget& widget() const { return *widget_; }
+    /// What it lies in; null for a window.
+    [[nodiscard]] const Control* container() const { return container_; }
     void setSize(float width, float height);
+    /// Changes the place without showing it.
+    void setPlace(float left, float top);
+    /// Shows place and size.
+    void place();
     void repaint();
     /// Tells assistive technology that the name has changed.
     void announceName();
@@ -112,12 +118,15 @@ protected:
 private:
     friend class ControlWidget;
     virtual void paint(QPainter& painter) = 0;
+    /// The control, or one in it, looks different from now on.
+    virtual void contentChanged() {}
     /// A button was pressed and released over the control.
     virtual void clicked(std::int16_t /*button*/) {}
-    void place();
+    void changed();
 
     std::string name_;
     std::unique_ptr<ControlWidget> widget_;
+    Control* container_ = nullptr; ///< of a window: null
     float left_ = 0;
     float top_ = 0;
     float width_ = 0;

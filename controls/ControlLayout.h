@@ -25,7 +25,8 @@ struct ControlLayout {
     bool AutoSize = false;   ///< a label takes the size of its caption
     bool Transparent = true; ///< a label shows what lies beneath it
     enum Alignment Alignment = Alignment::left;
-    bool Edge = false; ///< a picture box has a fine raised edge
+    bool Edge = false;   ///< a picture box has a fine raised edge
+    bool Slides = false; ///< a picture box moves all the time within the one that it is in
     bool Enabled = true;
     bool Visible = true;
 };

@@ -49,6 +49,7 @@ Form::Form(std::string name, Kind kind, float width, float height)
     widget().setFixedSize(toPixels(width), toPixels(height));
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
     widget().CloseRequested = [this] { Form_CloseRequest(); };
+    widget().SightChanged = [this](bool seen) { Form_SightChanged(seen); };
     widget().KeyPressed = [this](std::int16_t key) { Form_KeyDown(key); };
     if (kind == Kind::popup) {
         widget().setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);

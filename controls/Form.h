@@ -61,6 +61,8 @@ protected:
     /// The user has gone elsewhere: another program's window has the keyboard, or a box of this
     /// one. For a popup that is shown.
     virtual void Form_Deactivate() {}
+    /// The form has come into sight, or has been hidden or minimised.
+    virtual void Form_SightChanged(bool /*seen*/) {}
     /// A key was pressed in the form. Of all keys, Escape is told.
     virtual void Form_KeyDown(std::int16_t /*KeyCode*/) {}
     virtual void Form_QueryUnload() {}

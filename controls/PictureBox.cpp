@@ -2,8 +2,12 @@
 
 #include "controls/ControlLayout.h"
 #include "controls/control_widget.h"
+#include "platform/sliding_picture.h"
 
+#include <QImage>
 #include <QPainter>
+#include <QWindow>
+#include <cmath>
 #include <utility>
 
 namespace zvonivec {
@@ -25,8 +29,58 @@ PictureBox::PictureBox(Control& container, std::string name) : Control(container
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
+PictureBox::~PictureBox() = default;
+
+void PictureBox::setLeft(float twips) {
+    if (!slides_) {
+        Control::setLeft(twips);
+    } else if (std::isfinite(twips)) {
+        setPlace(twips, Top());
+        if (!slide()) {
+            place();
+        }
+    }
+}
+
+/// False where the display server can't.
+bool PictureBox::slide() {
+    const QWidget& window = *widget().window();
+    if (window.windowHandle() == nullptr || !window.windowHandle()->isExposed()) {
+        return sliding_ != nullptr; // nothing is seen: the next step shows where it is by then
+    }
+    const double ratio = window.devicePixelRatioF();
+    if (sliding_ == nullptr || ratio != ratio_) {
+        sliding_ = SlidingPicture::in(*widget().parentWidget());
+        ratio_ = ratio;
+        pictureIsOld_ = true;
+    }
+    if (sliding_ == nullptr) {
+        return false;
+    }
+    if (pictureIsOld_) {
+        QImage picture(widget().size() * ratio, QImage::Format_RGB32);
+        picture.setDevicePixelRatio(ratio);
+        widget().render(&picture);
+        pictureIsOld_ = false;
+        serverHasPicture_ = sliding_->setPicture(picture, toQColor(container()->BackColor()));
+    }
+    if (!serverHasPicture_) {
+        return false;
+    }
+    const auto pixels = [ratio](float twips) {
+        return static_cast<int>(std::lround(toPixels(twips) * ratio));
+    };
+    sliding_->moveTo({pixels(Left()), pixels(Top())});
+    return true;
+}
+
+void PictureBox::contentChanged() {
+    pictureIsOld_ = true;
+}
+
 void PictureBox::lay(const ControlLayout& row) {
     edge_ = row.Edge;
+    slides_ = row.Slides;
     Control::lay(row);
 }
 

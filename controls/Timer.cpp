@@ -20,6 +20,16 @@ bool Timer::Enabled() const {
     return timer_->isActive();
 }
 
+int Timer::Interval() const {
+    return timer_->interval();
+}
+
+void Timer::setInterval(int milliseconds) {
+    if (milliseconds > 0 && milliseconds != Interval()) {
+        timer_->setInterval(milliseconds);
+    }
+}
+
 void Timer::setEnabled(bool on) {
     if (on && !timer_->isActive()) {
         timer_->start();

@@ -18,6 +18,9 @@ public:
 
     [[nodiscard]] bool Enabled() const;
     void setEnabled(bool on);
+    /// The next tick comes after a whole interval from now.
+    [[nodiscard]] int Interval() const;
+    void setInterval(int milliseconds);
 
     /// Raised at each tick; never while the handler of the last tick is still running.
     std::function<void()> Tick;

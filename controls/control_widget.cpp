@@ -128,6 +128,20 @@ void ControlWidget::paintEvent(QPaintEvent* /*event*/) {
     control_->paint(painter);
 }
 
+void ControlWidget::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (SightChanged) {
+        SightChanged(true);
+    }
+}
+
+void ControlWidget::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (SightChanged) {
+        SightChanged(false);
+    }
+}
+
 void ControlWidget::keyPressEvent(QKeyEvent* event) {
     if (KeyPressed && event->key() == Qt::Key_Escape) {
         KeyPressed(vbKeyEscape);

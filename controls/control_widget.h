@@ -28,12 +28,16 @@ public:
     std::function<void()> CloseRequested;
     /// Runs when the window has lost the keyboard to another one, or a box has been put before it.
     std::function<void()> Deactivated;
+    /// Runs when the window comes into sight, and when it goes: hidden, or minimised.
+    std::function<void(bool)> SightChanged;
     /// Runs at a press of a key that the forms know, with its number.
     std::function<void(std::int16_t)> KeyPressed;
 
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 

@@ -87,6 +87,10 @@ void frmPlayer::Form_KeyDown(std::int16_t KeyCode) {
     }
 }
 
+void frmPlayer::Form_SightChanged(bool seen) {
+    Timer1.setInterval(seen ? layout::TIMER_INTERVAL : layout::UNSEEN_TIMER_INTERVAL);
+}
+
 void frmPlayer::CloseApplication() {
     Popup().Unload();
     Unload();

@@ -127,6 +127,7 @@ private:
     void Form_Unload() override;
     void Form_CloseRequest() override { CloseApplication(); }
     void Form_KeyDown(std::int16_t KeyCode) override;
+    void Form_SightChanged(bool seen) override;
 
     void connectHandlers();
     void carryOut(std::int16_t Index);

@@ -13,6 +13,8 @@ inline constexpr float WINDOW_HEIGHT = 5040;
 
 /// Milliseconds between two ticks of Timer1.
 inline constexpr int TIMER_INTERVAL = 100;
+/// While the window can't be seen.
+inline constexpr int UNSEEN_TIMER_INTERVAL = 1000;
 
 /// Every control that shows, as it is when the window is created.
 std::span<const ControlLayout> controls();

@@ -2,6 +2,9 @@
 
 #include <QFontInfo>
 #include <QFontMetrics>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
 #include <map>
 
 namespace zvonivec {
@@ -132,9 +135,14 @@ TEST_F(Layout, TheWelcomeTextIsClippedByTheDisplay) {
     EXPECT_GT(player().lbl_Info.Width(), player().picBGround.Width());
     player().Timer1.setEnabled(false);
     player().picDisplay.setLeft(0);
-    const QImage shown = pictureOf(window());
+    const auto onScreen = [this] {
+        return QGuiApplication::primaryScreen()->grabWindow(window().winId()).toImage();
+    };
+    ASSERT_TRUE(serveUntil([this] { return window().windowHandle()->isExposed(); }));
+    player().picDisplay.setLeft(0);
+    const QImage shown = onScreen();
     player().picDisplay.setLeft(player().picBGround.Width() + 100);
-    const QImage empty = pictureOf(window());
+    const QImage empty = onScreen();
     const QRect viewport(86, 57, 164, 15);
     bool differs = false;
     for (int y = 0; y < shown.height(); ++y) {

@@ -20,7 +20,6 @@ TEST_F(Position, TheStripMovesTwoPixelsATick) {
     player().picDisplay.setLeft(900);
     player().Timer1_Timer();
     EXPECT_EQ(player().picDisplay.Left(), 870);
-    EXPECT_EQ(widgetOf(window(), player().picDisplay)->x(), 58);
 }
 
 TEST_F(Position, TheStripComesInAgainWhenItHasLeft) {
