@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QPixmap>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -20,10 +21,48 @@ namespace {
 /// part of the scale that is printed over the bar.
 constexpr int SEGMENT = 4;
 
+int inPixels(double logical, double ratio) {
+    return static_cast<int>(std::lround(logical * ratio));
+}
+
+/// The whole track, lit or not, laid out in the screen's own pixels, so that no edge falls between
+/// two of them.
+QPixmap trackPicture(const QSize& size, double ratio, bool lit) {
+    QPixmap picture(size);
+    picture.fill(QColor(2, 8, 10));
+    const int top = inPixels(1, ratio);
+    const int bottom = size.height() - top;
+    QLinearGradient light(0, top, 0, bottom);
+    light.setColorAt(0.00, QColor(176, 246, 252));
+    light.setColorAt(0.22, QColor(48, 220, 238));
+    light.setColorAt(0.50, QColor(0, 180, 208));
+    light.setColorAt(1.00, QColor(0, 96, 122));
+    const QBrush with = lit ? QBrush(light) : QBrush(QColor(7, 40, 50));
+    QPainter painter(&picture);
+    for (int start = 0; inPixels(start + SEGMENT, ratio) <= size.width(); start += SEGMENT) {
+        const int left = inPixels(start, ratio);
+        const int right = inPixels(start + SEGMENT - 1, ratio);
+        painter.fillRect(left, top, right - left, bottom - top, with);
+    }
+    painter.end();
+    picture.setDevicePixelRatio(ratio);
+    return picture;
+}
+
 } // namespace
 
+/// Drawn once, and copied from then on.
+struct ProgressBar::Tracks {
+    QPixmap empty;
+    QPixmap lit;
+};
+
 ProgressBar::ProgressBar(Control& container, std::string name)
-    : Control(container, std::move(name)) {}
+    : Control(container, std::move(name)) {
+    widget().setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+ProgressBar::~ProgressBar() = default;
 
 void ProgressBar::setMax(float max) {
     if (std::isfinite(max) && max > min_) {
@@ -71,38 +110,28 @@ AccessibleTraits ProgressBar::accessibleTraits() const {
 }
 
 void ProgressBar::paint(QPainter& painter) {
-    // Everything is laid out in the screen's own pixels, so that no edge falls between two of them.
     const double ratio = widget().devicePixelRatioF();
-    const QRect all = painter.window();
-    const auto pixels = [ratio](double logical) {
-        return static_cast<int>(std::lround(logical * ratio));
-    };
-    const auto fill = [&painter, ratio](int left, int top, int right, int bottom,
-                                        const auto& with) {
-        painter.fillRect(
-            QRectF(left / ratio, top / ratio, (right - left) / ratio, (bottom - top) / ratio),
-            with);
-    };
-    const int top = pixels(1);
-    const int bottom = pixels(all.height() - 1);
-    const int lit = litWidth();
-    QLinearGradient light(0, top / ratio, 0, bottom / ratio);
-    light.setColorAt(0.00, QColor(176, 246, 252));
-    light.setColorAt(0.22, QColor(48, 220, 238));
-    light.setColorAt(0.50, QColor(0, 180, 208));
-    light.setColorAt(1.00, QColor(0, 96, 122));
-
-    painter.fillRect(all, QColor(2, 8, 10));
-    for (int start = 0; start + SEGMENT <= all.width(); start += SEGMENT) {
-        const int left = pixels(start);
-        const int right = pixels(start + SEGMENT - 1);
-        const int end = std::clamp(lit, left, right);
-        fill(left, top, end, bottom, light);
-        fill(end, top, right, bottom, QColor(7, 40, 50));
+    const QSize size = (QSizeF(painter.window().size()) * ratio).toSize();
+    if (tracks_ == nullptr || tracks_->empty.size() != size ||
+        tracks_->empty.devicePixelRatio() != ratio) {
+        tracks_ = std::make_unique<Tracks>(Tracks{.empty = trackPicture(size, ratio, false),
+                                                  .lit = trackPicture(size, ratio, true)});
     }
+    const int lit = litWidth();
+    const auto copy = [&](const QPixmap& track, int left, int right) {
+        painter.drawPixmap(QPointF(left / ratio, 0), track,
+                           QRectF(left, 0, right - left, size.height()));
+    };
+    copy(tracks_->lit, 0, lit);
+    copy(tracks_->empty, lit, size.width());
     if (lit > 0) {
         // Where the playing is: the end stands out, also within a segment or between two.
-        fill(std::max(0, lit - pixels(2)), top, lit, bottom, QColor(224, 255, 64));
+        const int left = std::max(0, lit - inPixels(2, ratio));
+        const int top = inPixels(1, ratio);
+        const int bottom = inPixels(painter.window().height() - 1, ratio);
+        painter.fillRect(
+            QRectF(left / ratio, top / ratio, (lit - left) / ratio, (bottom - top) / ratio),
+            QColor(224, 255, 64));
     }
 }
 

@@ -9,6 +9,7 @@ namespace zvonivec {
 class ProgressBar : public Control {
 public:
     ProgressBar(Control& container, std::string name);
+    ~ProgressBar() override;
 
     [[nodiscard]] float Min() const { return min_; }
     [[nodiscard]] float Max() const { return max_; }
@@ -25,6 +26,8 @@ public:
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
 
 private:
+    struct Tracks;
+
     void paint(QPainter& painter) override;
     /// How many of the screen's pixels are lit.
     [[nodiscard]] int litWidth() const;
@@ -32,6 +35,7 @@ private:
     float min_ = 0;
     float max_ = 100;
     float value_ = 0;
+    std::unique_ptr<Tracks> tracks_; ///< for the screen that it was last painted on
 };
 
 } // namespace zvonivec
