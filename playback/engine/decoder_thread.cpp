@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 /// Decoded frames that wait for the device: 0.7 s at 44.1 kHz.
 constexpr std::size_t feedCapacity = 32768;
 /// How often a full feed is topped up and the device looked after.
-constexpr auto playingRhythm = 80ms;
+constexpr auto playingRhythm = 250ms;
 /// How often, when it is not full yet or about to run out.
 constexpr auto hurry = 4ms;
 constexpr std::uint64_t feedLow = feedCapacity / 4;
@@ -254,6 +254,7 @@ void DecoderThread::play() {
             return;
         }
         latencyFrames_.store(output_.periodFrames());
+        fillFeed(); // with what lasts until the next look
     }
     // The end is told while the device still has some tens of milliseconds to play: a track that is
     // repeated can then follow without a gap.
