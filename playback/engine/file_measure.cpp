@@ -12,6 +12,9 @@ namespace {
 /// Samples by which every layer III decoder is late.
 constexpr std::int64_t decoderDelay = 529;
 
+/// Entries of the index. More than these, and every second one goes.
+constexpr std::size_t longestIndex = 8192;
+
 std::int64_t wholeKilobits(double bitsPerSecond) {
     return static_cast<std::int64_t>(std::llround(bitsPerSecond / 1000)) * 1000;
 }
@@ -57,8 +60,8 @@ void FileMeasure::takeStep() {
         if (!step.header.agrees(parts_.back().format)) {
             parts_.push_back({step.header, frames_, firstSample(frames_)});
         }
-        if (frames_ % indexStep == 0) {
-            index_.push_back(step.offset);
+        if (frames_ % framesPerEntry_ == 0) {
+            addToIndex(step.offset);
         }
         ++frames_;
         frameBytes_ += step.size;
@@ -77,8 +80,41 @@ void FileMeasure::takeStep() {
     }
 }
 
-std::uint64_t FileMeasure::frameOffset(std::int64_t frame) const {
-    return index_[static_cast<std::size_t>(frame / indexStep)];
+void FileMeasure::addToIndex(std::uint64_t offset) {
+    if (index_.size() == longestIndex) {
+        for (std::size_t i = 0; i < longestIndex / 2; ++i) {
+            index_[i] = index_[2 * i];
+        }
+        index_.resize(longestIndex / 2);
+        framesPerEntry_ *= 2;
+    }
+    index_.push_back(offset);
+}
+
+std::optional<std::uint64_t> FileMeasure::frameOffset(std::int64_t frame) {
+    const auto entry = static_cast<std::size_t>(frame / framesPerEntry_);
+    std::int64_t at = static_cast<std::int64_t>(entry) * framesPerEntry_;
+    std::uint64_t offset = index_.at(entry);
+    FrameHeader format = part(at).format;
+    for (std::uint64_t from = offset; at <= frame;) {
+        const FrameScanner::Step step = scanner_.step(from, format);
+        switch (step.result) {
+        case FrameScanner::Result::frame:
+            if (!step.header.agrees(format)) {
+                format = step.header;
+            }
+            offset = step.offset;
+            ++at;
+            break;
+        case FrameScanner::Result::searching:
+            break;
+        case FrameScanner::Result::failed:
+        case FrameScanner::Result::end:
+            return std::nullopt;
+        }
+        from = step.next;
+    }
+    return offset;
 }
 
 const StreamPart& FileMeasure::part(std::int64_t frame) const {

@@ -32,9 +32,8 @@ struct StreamPart {
 /// For one thread. The walk is made in slices, so that its thread can do other things meanwhile.
 class FileMeasure {
 public:
-    /// Frames between two places that frameOffset knows. libmpg123's filter bank returns to the
-    /// same state after every eight frames, so that decoding from a multiple of it gives the same
-    /// bits as decoding from the start.
+    /// libmpg123's filter bank returns to the same state after every eight frames, so that decoding
+    /// from a multiple of this gives the same bits as decoding from the start.
     static constexpr std::int64_t indexStep = 16;
 
     FileMeasure(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream);
@@ -63,8 +62,8 @@ public:
     /// Number of the frame of a decoded sample that has been walked to.
     [[nodiscard]] std::int64_t frameOfSample(std::int64_t sample) const;
 
-    /// The offset of a frame that is known and whose number is a multiple of indexStep.
-    [[nodiscard]] std::uint64_t frameOffset(std::int64_t frame) const;
+    /// The offset of a frame that is known. Nothing when the file can't be read there any more.
+    [[nodiscard]] std::optional<std::uint64_t> frameOffset(std::int64_t frame);
 
     /// Decoded samples (per channel) that come before the track's first: the encoder's delay and
     /// the decoder's own, where the file states the former, else 0.
@@ -79,6 +78,7 @@ public:
 
 private:
     void takeStep();
+    void addToIndex(std::uint64_t offset);
     [[nodiscard]] Measurement estimate() const;
 
     const Mp3Stream stream_;
@@ -91,7 +91,10 @@ private:
     int commonBitRate_ = -1; ///< of all frames so far; 0 when they differ or are in free format
     bool done_ = false;
     bool failed_ = false;
+    /// Offset of every so many frames. The index of a long file is thinned out: it never takes more
+    /// memory than that of an hour, and a place in between is walked to from the one before it.
     std::vector<std::uint64_t> index_;
+    std::int64_t framesPerEntry_ = indexStep;
     std::vector<StreamPart> parts_; ///< in order, never empty
 };
 

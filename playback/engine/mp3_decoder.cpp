@@ -42,7 +42,8 @@ bool Mp3Decoder::seek(std::int64_t sample) {
     measure_.walkToFrame(wanted + knownAhead);
     const std::int64_t lead = std::max<std::int64_t>(0, wanted - leadFrames);
     nextFrame_ = lead - lead % FileMeasure::indexStep;
-    nextOffset_ = measure_.frames() > 0 ? measure_.frameOffset(nextFrame_) : stream_.end;
+    nextOffset_ = measure_.frames() > 0 ? measure_.frameOffset(nextFrame_).value_or(stream_.end)
+                                        : stream_.end;
     return enterPart();
 }
 

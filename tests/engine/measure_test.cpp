@@ -170,6 +170,36 @@ TEST_F(Measure, aHundredMegabytesAreWalkedInNoTime) {
     EXPECT_LT(seconds, 0.4);
 }
 
+TEST_F(Measure, everyFrameIsFoundAgainInALongFile) {
+    // So many frames that their index has been thinned out twice; padding makes places irregular.
+    FrameSpec spec{.version = 25, .bitRateIndex = 1, .size = 52};
+    const std::string plain = frameBytes(spec);
+    spec.padded = true;
+    spec.size = 53;
+    const std::string padded = frameBytes(spec);
+    constexpr std::int64_t count = 300000;
+    std::vector<std::uint64_t> offsets;
+    std::string content;
+    for (std::int64_t i = 0; i < count; ++i) {
+        offsets.push_back(content.size());
+        content += i % 7 == 3 ? padded : plain;
+    }
+    const std::string path = folder.file("long");
+    support::writeFile(path, content);
+    const auto file = FileReader::open(path);
+    FileMeasure measure(file, *detectFileKind(file).stream);
+    measure.walkToFrame(1000);
+    EXPECT_EQ(measure.frameOffset(999), offsets[999]);
+    measure.walkToFrame(count);
+    ASSERT_EQ(measure.frames(), count);
+    for (const std::int64_t frame :
+         {std::int64_t{0}, std::int64_t{16}, std::int64_t{17}, std::int64_t{63}, std::int64_t{64},
+          std::int64_t{131071}, std::int64_t{131072}, std::int64_t{262143}, count - 1}) {
+        EXPECT_EQ(measure.frameOffset(frame), offsets[static_cast<std::size_t>(frame)]) << frame;
+    }
+    EXPECT_FALSE(measure.frameOffset(count)) << "behind the last one there is none";
+}
+
 TEST_F(Measure, slicesMeasureTheSame) {
     const std::string path = folder.file("encoded");
     ASSERT_TRUE(support::encodeNoise(path, 3, {"-V", "2"}));
