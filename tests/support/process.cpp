@@ -3,28 +3,13 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace support {
 
 using namespace std::chrono_literals;
-
-bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(3ms);
-    }
-    return true;
-}
 
 namespace {
 
@@ -130,30 +115,6 @@ int run(const std::vector<std::string>& argv, const Process::Options& options,
         std::chrono::milliseconds limit) {
     Process process(argv, options);
     return process.waitForExit(limit).value_or(-1);
-}
-
-TemporaryFolder::TemporaryFolder()
-    : path_((std::filesystem::temp_directory_path() / "zvonivec-test-XXXXXX").string()) {
-    if (mkdtemp(path_.data()) == nullptr) {
-        path_.clear();
-    }
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    if (!path_.empty()) {
-        std::filesystem::remove_all(path_, ignored);
-    }
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void writeFile(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary)
-        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 } // namespace support

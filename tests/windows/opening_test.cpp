@@ -1,0 +1,62 @@
+// A file through the system's dialog, heard and shown.
+#include "tests/windows/windows_test.h"
+
+#include <filesystem>
+
+namespace support {
+
+namespace {
+
+/// At volume 100 what is heard is what the file holds.
+class OpeningTest : public WindowsTest {
+protected:
+    OpeningTest() : WindowsTest("[General]\r\nVolume=100\r\n") {}
+
+    /// Wine hands the samples on as floating-point numbers, from which the server makes whole
+    /// ones: the last bit may be rounded the other way.
+    static constexpr int ROUNDING = 1;
+
+    void open(const std::string& path) {
+        DesktopTest::click(player::LOGO.middle());
+        openInDialog(path);
+    }
+    /// A file of noise with Czech tags.
+    [[nodiscard]] Samples makeSong(const std::string& path, double seconds) const {
+        EXPECT_TRUE(encodeNoise(path, seconds,
+                                {"-b", "128", "--id3v2-only", "--id3v2-utf16", "--tt",
+                                 "Příliš žluťoučký kůň", "--ta", "Ďábelské ódy", "--tl", "Úpěl"}));
+        return decodeWithMpg123(path);
+    }
+};
+
+TEST_F(OpeningTest, SoundsAsTheFileAndAgainAtItsEnd) {
+    const std::string path = folder_.file("song.mp3");
+    samples_ = makeSong(path, 4);
+    const Samples start(samples_.begin(), samples_.begin() + 2000);
+    recording_ = std::make_unique<Recording>(sound_);
+    open(path);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    EXPECT_TRUE(player_->showsMark(player::play));
+    std::optional<std::size_t> first;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            first = findIn(recording_->samples(), start, 0, ROUNDING);
+            return first.has_value();
+        },
+        std::chrono::seconds(20)));
+    // Repeating is on without settings.
+    std::optional<std::size_t> again;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            again = findIn(recording_->samples(), start, *first + samples_.size(), ROUNDING);
+            return again.has_value();
+        },
+        std::chrono::seconds(20)));
+    const Match match = follow(recording_->samples(), *first, samples_, 0, true, ROUNDING);
+    EXPECT_EQ(match.length, samples_.size());
+    RecordProperty("silence", static_cast<int>(match.silence));
+}
+
+} // namespace
+
+} // namespace support

@@ -1,0 +1,48 @@
+// Writes the title of each window that is shown, and the texts of what lies in it, as UTF-8.
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
+#include <string>
+#include <windows.h>
+
+namespace {
+
+/// Asks the window itself, also one of another program.
+std::string textOf(HWND window) {
+    std::wstring text(4096, L'\0');
+    DWORD_PTR length = 0;
+    if (SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
+                            SMTO_ABORTIFHUNG, 2000, &length) == 0) {
+        return {};
+    }
+    const int size = static_cast<int>(length);
+    std::string bytes(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), size,
+                                                                   nullptr, 0, nullptr, nullptr)),
+                      '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, bytes.data(), static_cast<int>(bytes.size()),
+                        nullptr, nullptr);
+    return bytes;
+}
+
+BOOL CALLBACK write(HWND window, LPARAM /*data*/) {
+    const std::string text = IsWindowVisible(window) != FALSE ? textOf(window) : std::string();
+    if (!text.empty()) {
+        std::printf("%s\n", text.c_str());
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK writeAll(HWND window, LPARAM data) {
+    if (IsWindowVisible(window) != FALSE) {
+        write(window, data);
+        EnumChildWindows(window, write, data);
+    }
+    return TRUE;
+}
+
+} // namespace
+
+int main() {
+    _setmode(_fileno(stdout), _O_BINARY);
+    return EnumWindows(writeAll, 0) != FALSE ? 0 : 1;
+}
