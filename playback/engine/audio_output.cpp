@@ -2,15 +2,30 @@
 
 #include <SDL.h>
 #include <cstddef>
+#include <cstring>
 #include <mutex>
+#include <string>
 
 namespace zvonivec {
 
 namespace {
 
-/// About 45 ms: short enough for prompt commands, long enough to live through a busy machine.
-int periodFor(int sampleRate) {
-    return sampleRate * 45 / 1000 / 64 * 64;
+/// How a sound system is fed. What has been handed to it can't be taken back, so both times
+/// together are what a pause takes at most.
+struct Feeding {
+    int period; ///< milliseconds that it takes at a time
+    int held;   ///< milliseconds that it still has then: enough to live through a busy machine
+};
+
+constexpr Feeding USUAL{.period = 45, .held = 45};
+
+/// PulseAudio asks for a quarter of what it holds as soon as that is gone, and SDL answers each
+/// question by itself. Left to itself SDL has as much held as it takes at a time, so that each
+/// period is asked for in four pieces; periods of one piece halve the wake-ups.
+constexpr Feeding PULSE{.period = 18, .held = 72};
+
+Feeding feedingOf(const char* driver) {
+    return driver != nullptr && std::strcmp(driver, "pulseaudio") == 0 ? PULSE : USUAL;
 }
 
 /// SDL keeps all devices in one table without a lock of its own. A device that a hanging server
@@ -30,6 +45,11 @@ bool setUpSdl() {
 
 } // namespace
 
+AudioOutput::AudioOutput(SampleFeed& feed) : feed_(feed) {
+    // SDL has no way to say it. Who has set it already knows why.
+    SDL_setenv("PULSE_LATENCY_MSEC", std::to_string(PULSE.held).c_str(), 0);
+}
+
 AudioOutput::~AudioOutput() {
     close();
     reset();
@@ -47,16 +67,18 @@ bool AudioOutput::open(int sampleRate, int channels) {
         ready_ = setUpSdl();
     }
     if (ready_) {
+        const Feeding feeding = feedingOf(SDL_GetCurrentAudioDriver());
         SDL_AudioSpec wanted = {};
         wanted.freq = sampleRate;
         wanted.format = AUDIO_S16SYS;
         wanted.channels = static_cast<Uint8>(channels);
-        wanted.samples = static_cast<Uint16>(periodFor(sampleRate));
+        wanted.samples = static_cast<Uint16>(sampleRate * feeding.period / 1000);
         wanted.callback = &AudioOutput::fill;
         wanted.userdata = &feed_;
         SDL_AudioSpec obtained = {};
         device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, &obtained, 0);
         periodFrames_ = obtained.samples;
+        heldFrames_ = periodFrames_ * feeding.held / feeding.period;
     }
     if (device_ == 0) {
         lock.unlock();

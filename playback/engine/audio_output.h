@@ -11,8 +11,9 @@ namespace zvonivec {
 /// For one thread. SDL is set up when a device is first opened.
 class AudioOutput {
 public:
-    /// The feed must outlive the output.
-    explicit AudioOutput(SampleFeed& feed) : feed_(feed) {}
+    /// The feed must outlive the output. To be made before there are threads that read the
+    /// environment: it tells PulseAudio's library there how much to hold.
+    explicit AudioOutput(SampleFeed& feed);
     AudioOutput(const AudioOutput&) = delete;
     AudioOutput& operator=(const AudioOutput&) = delete;
     ~AudioOutput();
@@ -35,6 +36,8 @@ public:
 
     /// Frames that the device takes at a time.
     [[nodiscard]] int periodFrames() const { return periodFrames_; }
+    /// Frames that it still has to play when it takes the next ones.
+    [[nodiscard]] int heldFrames() const { return heldFrames_; }
 
 private:
     static void fill(void* feed, std::uint8_t* target, int bytes);
@@ -42,6 +45,7 @@ private:
     SampleFeed& feed_;
     std::uint32_t device_ = 0;
     int periodFrames_ = 0;
+    int heldFrames_ = 0;
     bool ready_ = false;
 };
 

@@ -253,7 +253,7 @@ void DecoderThread::play() {
             fail();
             return;
         }
-        latencyFrames_.store(output_.periodFrames());
+        latencyFrames_.store(output_.heldFrames());
         fillFeed(); // with what lasts until the next look
     }
     // The end is told while the device still has some tens of milliseconds to play: a track that is

@@ -10,8 +10,10 @@ namespace {
 /// Time from silence to full volume.
 constexpr float gainSeconds = 0.020F;
 
+/// The nearest number, by arithmetic that compilers do for many samples at once.
 std::int16_t scaled(std::int16_t sample, float factor) {
-    return static_cast<std::int16_t>(std::lrint(static_cast<float>(sample) * factor));
+    const float value = static_cast<float>(sample) * factor;
+    return static_cast<std::int16_t>(static_cast<int>(value + (value < 0 ? -0.5F : 0.5F)));
 }
 
 } // namespace
@@ -152,8 +154,9 @@ void SampleFeed::applyGain(std::span<std::int16_t> samples) {
     if (currentGain_ == 1.0F) {
         return; // untouched
     }
-    for (; i < samples.size(); ++i) {
-        samples[i] = scaled(samples[i], currentGain_);
+    const float gain = currentGain_; // not looked up again for every sample
+    for (std::int16_t& sample : samples.subspan(i)) {
+        sample = scaled(sample, gain);
     }
 }
 
