@@ -42,6 +42,9 @@ public:
     [[nodiscard]] int height() const { return height_; }
     [[nodiscard]] _XDisplay* connection() const { return connection_; }
 
+    /// The server's process.
+    [[nodiscard]] pid_t server() const { return server_.pid(); }
+
     [[nodiscard]] bool hasWindowManager() const { return windowManager_.pid() > 0; }
 
     /// For clients: this display, a home folder of their own, and nothing of the session that the

@@ -1,0 +1,215 @@
+// Measures this player and others side by side. bench/compare builds and starts it.
+
+#include "bench/probe.h"
+#include "bench/report.h"
+#include "bench/run.h"
+#include "bench/subject.h"
+#include "tests/support/mp3_samples.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <set>
+#include <thread>
+
+namespace {
+
+using namespace bench;
+using namespace std::chrono_literals;
+
+constexpr std::string_view OURS = "Zvonivec";
+constexpr std::string_view FLOOR = "mpg123";
+
+struct Plan {
+    int rounds = 5;
+    std::chrono::milliseconds stretch = 12s; ///< that processor time is measured over
+    std::chrono::milliseconds settling = 3s; ///< before it, so that a start is not in it
+    double fileSeconds = 240;
+    std::string jsonFile;
+    std::string only; ///< names of players; empty: all that are installed
+};
+
+/// What is asked of our player: at most so many times a figure of others in the same run.
+struct Target {
+    std::string_view title;
+    std::string_view key;
+    double most;
+    bool ofFloor; ///< of mpg123's figure, else of the leanest player with a window
+};
+
+constexpr std::array TARGETS{
+    Target{"playing in sight, to the leanest with a window", "playing", 0.4, false},
+    Target{"playing in sight, to mpg123", "playing", 2, true},
+    Target{"minimised and playing, to mpg123", "minimised", 1.25, true},
+    Target{"memory, to the leanest with a window", "memory", 0.85, false},
+    Target{"window up, to the quickest", "window", 0.6, false},
+    Target{"sound, to the quickest with a window", "sound", 0.5, false},
+};
+constexpr double MOST_IDLE = 0.0025; ///< of a core
+
+struct Libraries {
+    std::map<std::string_view, std::set<std::string>> of;
+
+    /// Bytes of those that no other player uses.
+    [[nodiscard]] double own(std::string_view subject) const {
+        double size = 0;
+        for (const std::string& library : of.at(subject)) {
+            bool shared = false;
+            for (const auto& [other, libraries] : of) {
+                shared = shared || (other != subject && libraries.contains(library));
+            }
+            std::error_code gone;
+            const auto bytes = std::filesystem::file_size(library, gone);
+            size += shared || gone ? 0 : static_cast<double>(bytes);
+        }
+        return size;
+    }
+};
+
+/// One program, once through everything. False when it didn't show or play.
+bool measure(const Subject& subject, support::Display& display, support::PulseServer& sound,
+             const std::string& file, const Plan& plan, Report& report, Libraries& libraries) {
+    if (subject.hasWindow) {
+        Run idle(subject, display, sound);
+        idle.startIdle();
+        const auto window = idle.timeToWindow();
+        if (!window) {
+            return false;
+        }
+        report.add(subject.name, "window", window);
+        std::this_thread::sleep_for(plan.settling);
+        const Minute minute = idle.measure(plan.stretch);
+        report.add(subject.name, "idle", minute.processor);
+        report.add(subject.name, "idle_wake_ups", minute.wakeUps);
+    }
+
+    Run playing(subject, display, sound);
+    if (!playing.startPlaying(file)) {
+        return false;
+    }
+    report.add(subject.name, "sound", playing.timeToSound());
+    std::this_thread::sleep_for(plan.settling);
+    Minute minute = playing.measure(plan.stretch);
+    report.add(subject.name, "playing", minute.processor);
+    report.add(subject.name, "playing_display", minute.server);
+    report.add(subject.name, "playing_wake_ups", minute.wakeUps);
+    const Memory memory = memoryOf(playing.pid());
+    report.add(subject.name, "memory", memory.proportional);
+    report.add(subject.name, "own_memory", memory.ownWritten);
+    libraries.of[subject.name] = librariesOf(playing.pid());
+    std::error_code gone;
+    report.add(subject.name, "program",
+               static_cast<double>(std::filesystem::file_size(
+                   "/proc/" + std::to_string(playing.pid()) + "/exe", gone)));
+
+    report.add(subject.name, "play", playing.timeFromPlayToSound());
+    if (subject.hasWindow) {
+        playing.minimise();
+        std::this_thread::sleep_for(plan.settling);
+        minute = playing.measure(plan.stretch);
+    }
+    // Without a window it is out of sight all the time.
+    report.add(subject.name, "minimised", minute.processor);
+    report.add(subject.name, "minimised_wake_ups", minute.wakeUps);
+    return true;
+}
+
+void printTargets(const Report& report, std::span<const std::string_view> withWindow) {
+    const auto print = [](std::string_view title, double is, double most) {
+        std::printf("| %.*s | %.3g | %.3g | %s |\n", static_cast<int>(title.size()), title.data(),
+                    is, most, is <= most ? "met" : "**not met**");
+    };
+    std::puts("\n| Ratio | is | at most | |\n|---|---:|---:|---|");
+    for (const Target& target : TARGETS) {
+        const auto ours = report.of(OURS, target.key);
+        const auto theirs =
+            target.ofFloor ? report.of(FLOOR, target.key) : report.smallest(withWindow, target.key);
+        if (ours && theirs && *theirs > 0) {
+            print(target.title, *ours / *theirs, target.most);
+        }
+    }
+    if (const auto idle = report.of(OURS, "idle")) {
+        print("idle in sight, % of a core", *idle / 60 * 100, MOST_IDLE * 100);
+    }
+}
+
+int usage() {
+    std::fputs("bench_compare [--quick] [--rounds N] [--seconds N] [--only NAME,...] [--json FILE]\n", stderr);
+    return 2;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    Plan plan;
+    for (int i = 1; i < count; ++i) {
+        const std::string_view option = arguments[i];
+        const bool hasValue = i + 1 < count;
+        if (option == "--quick") {
+            plan.rounds = 1;
+            plan.stretch = 500ms;
+            plan.settling = 100ms;
+            plan.fileSeconds = 20;
+        } else if (option == "--rounds" && hasValue) {
+            plan.rounds = std::atoi(arguments[++i]);
+        } else if (option == "--seconds" && hasValue) {
+            plan.stretch = std::chrono::seconds(std::atoi(arguments[++i]));
+        } else if (option == "--only" && hasValue) {
+            plan.only = arguments[++i];
+        } else if (option == "--json" && hasValue) {
+            plan.jsonFile = arguments[++i];
+        } else {
+            return usage();
+        }
+    }
+
+    const support::TemporaryFolder folder;
+    const std::string file = folder.file("song.mp3");
+    support::Display display;
+    support::PulseServer sound;
+    if (!display.ok() || !sound.running() ||
+        !support::encodeNoise(
+            file, plan.fileSeconds,
+            {"-b", "128", "--tt", "Tichá noc", "--ta", "Interpret", "--tl", "Album"})) {
+        std::fprintf(stderr, "no desktop, sound server or sample: %s\n", display.problem().c_str());
+        return 1;
+    }
+
+    Report report;
+    Libraries libraries;
+    std::vector<std::string_view> withWindow;
+    for (int round = 1; round <= plan.rounds; ++round) {
+        for (const Subject& subject : subjects()) {
+            if (!isInstalled(subject) ||
+                (!plan.only.empty() && plan.only.find(subject.name) == std::string::npos)) {
+                continue;
+            }
+            const std::string name(subject.name);
+            std::fprintf(stderr, "round %d of %d: %s\n", round, plan.rounds, name.c_str());
+            if (!measure(subject, display, sound, file, plan, report, libraries)) {
+                std::fprintf(stderr, "%s doesn't show or doesn't play\n", name.c_str());
+                if (subject.name == OURS) {
+                    return 1;
+                }
+            }
+        }
+    }
+    for (const Subject& subject : subjects()) {
+        if (libraries.of.contains(subject.name)) {
+            report.add(subject.name, "own_libraries", libraries.own(subject.name));
+            if (subject.hasWindow && subject.name != OURS) {
+                withWindow.push_back(subject.name);
+            }
+        }
+    }
+
+    std::printf("%s\n\nMedians of %d; processor time over %.1f s, told for a minute.\n\n%s",
+                machine().c_str(), plan.rounds, std::chrono::duration<double>(plan.stretch).count(),
+                report.table().c_str());
+    printTargets(report, withWindow);
+    if (!plan.jsonFile.empty()) {
+        support::writeFile(plan.jsonFile, report.json(machine()));
+    }
+    return 0;
+}

@@ -1,0 +1,50 @@
+// The player's window with the real engine in this process, on a desktop and a sound server of its
+// own.
+#pragma once
+
+#include "controls/Application.h"
+#include "main_window/frmPlayer.h"
+#include "tests/support/display.h"
+#include "tests/support/pulse_server.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace bench {
+
+/// Answers with the file that was set last.
+class FixedDialog : public zvonivec::CommonDialog {
+public:
+    std::string file;
+    std::optional<std::string> ShowOpen() override { return file; }
+};
+
+class NoBoxes : public zvonivec::MessageBoxes {
+    void MsgBox(const std::string&, int, const std::string&) override {}
+};
+
+class PlayerAtWork {
+public:
+    /// ok() is False where there is no display or sound server.
+    PlayerAtWork();
+    ~PlayerAtWork();
+    PlayerAtWork(const PlayerAtWork&) = delete;
+    PlayerAtWork& operator=(const PlayerAtWork&) = delete;
+
+    [[nodiscard]] bool ok() const { return player_ != nullptr; }
+    [[nodiscard]] zvonivec::frmPlayer& player() { return *player_; }
+
+    /// Chooses a file in the dialog; the player opens and plays it.
+    void open(const std::string& file);
+
+private:
+    support::TemporaryFolder folder_;
+    support::Display display_;
+    support::PulseServer sound_;
+    std::unique_ptr<zvonivec::Application> application_;
+    FixedDialog* dialog_ = nullptr; ///< the player's
+    std::unique_ptr<zvonivec::frmPlayer> player_;
+};
+
+} // namespace bench

@@ -1,0 +1,63 @@
+#include "bench/probe.h"
+
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace bench {
+
+namespace {
+
+std::string pathOf(pid_t process, const std::string& file) {
+    return "/proc/" + std::to_string(process) + "/" + file;
+}
+
+/// The number behind a name at the start of a line, 0 where there is none.
+double field(const std::string& path, const std::string& name) {
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(name)) {
+            return std::strtod(line.c_str() + name.size(), nullptr);
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+Cost costOf(pid_t process) {
+    Cost cost;
+    clockid_t clock = 0;
+    timespec time{};
+    if (clock_getcpuclockid(process, &clock) == 0 && clock_gettime(clock, &time) == 0) {
+        cost.processor = static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+    }
+    std::error_code gone;
+    for (const auto& thread : std::filesystem::directory_iterator(pathOf(process, "task"), gone)) {
+        cost.wakeUps += field(thread.path().string() + "/status", "voluntary_ctxt_switches:");
+    }
+    return cost;
+}
+
+Memory memoryOf(pid_t process) {
+    constexpr double kilobyte = 1024;
+    const std::string file = pathOf(process, "smaps_rollup");
+    return {.proportional = field(file, "Pss:") * kilobyte,
+            .ownWritten = field(file, "Private_Dirty:") * kilobyte};
+}
+
+std::set<std::string> librariesOf(pid_t process) {
+    std::set<std::string> libraries;
+    std::ifstream maps(pathOf(process, "maps"));
+    for (std::string line; std::getline(maps, line);) {
+        const std::size_t path = line.find('/');
+        if (path != std::string::npos && line.find(".so", path) != std::string::npos &&
+            !line.ends_with("(deleted)")) {
+            libraries.insert(line.substr(path));
+        }
+    }
+    return libraries;
+}
+
+} // namespace bench

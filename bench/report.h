@@ -1,0 +1,51 @@
+// What the comparison found: medians, as a table for people and as JSON for programs.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bench {
+
+/// Of an uneven number the middle one, else the mean of the middle two; nothing of none.
+std::optional<double> median(std::vector<double> values);
+
+/// A kind of figure: its key in the JSON file, and its column.
+struct Column {
+    std::string_view key;
+    std::string_view title;
+    double scale; ///< from the unit that it is kept in to the table's
+    int digits;   ///< behind the point
+};
+
+/// Keys: seconds and bytes, whatever the table shows.
+std::span<const Column> columns();
+
+class Report {
+public:
+    void add(std::string_view subject, std::string_view key, double value);
+    void add(std::string_view subject, std::string_view key, std::optional<double> value);
+
+    [[nodiscard]] std::optional<double> of(std::string_view subject, std::string_view key) const;
+    /// The smallest median of these players; nothing when none has the figure.
+    [[nodiscard]] std::optional<double> smallest(std::span<const std::string_view> subjects,
+                                                 std::string_view key) const;
+
+    /// Markdown, a row for each player in the order in which they first came.
+    [[nodiscard]] std::string table() const;
+    /// {"machine": ..., "players": {"name": {"key": {"median": ..., "all": [...]}}}}
+    [[nodiscard]] std::string json(const std::string& machine) const;
+
+private:
+    std::vector<std::string> order_;
+    std::map<std::string, std::map<std::string, std::vector<double>, std::less<>>, std::less<>>
+        values_;
+};
+
+/// Processor, cores, memory and system, in one line.
+std::string machine();
+
+} // namespace bench
