@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 
 constexpr std::string_view OURS = "Zvonivec";
 constexpr std::string_view FLOOR = "mpg123";
+const std::string THREAD = "playing, thread "; ///< key of a thread's share
 
 struct Plan {
     int rounds = 5;
@@ -93,6 +94,9 @@ bool measure(const Subject& subject, support::Display& display, support::PulseSe
     Minute minute = playing.measure(plan.stretch);
     report.add(subject.name, "playing", minute.processor);
     report.add(subject.name, "playing_display", minute.server);
+    for (const auto& [name, processor] : minute.threads) {
+        report.add(subject.name, THREAD + name, processor);
+    }
     report.add(subject.name, "playing_wake_ups", minute.wakeUps);
     const Memory memory = memoryOf(playing.pid());
     report.add(subject.name, "memory", memory.proportional);
@@ -115,6 +119,17 @@ bool measure(const Subject& subject, support::Display& display, support::PulseSe
     return true;
 }
 
+void printThreads(const Report& report) {
+    std::puts("\n| Our threads, playing in sight | s/min |\n|---|---:|");
+    constexpr double least = 0.001;
+    for (const std::string& key : report.keys(OURS)) {
+        const double processor = report.of(OURS, key).value_or(0);
+        if (key.starts_with(THREAD) && processor >= least) {
+            std::printf("| %s | %.3f |\n", key.c_str() + THREAD.size(), processor);
+        }
+    }
+}
+
 void printTargets(const Report& report, std::span<const std::string_view> withWindow) {
     const auto print = [](std::string_view title, double is, double most) {
         std::printf("| %.*s | %.3g | %.3g | %s |\n", static_cast<int>(title.size()), title.data(),
@@ -135,7 +150,9 @@ void printTargets(const Report& report, std::span<const std::string_view> withWi
 }
 
 int usage() {
-    std::fputs("bench_compare [--quick] [--rounds N] [--seconds N] [--only NAME,...] [--json FILE]\n", stderr);
+    std::fputs(
+        "bench_compare [--quick] [--rounds N] [--seconds N] [--only NAME,...] [--json FILE]\n",
+        stderr);
     return 2;
 }
 
@@ -208,6 +225,7 @@ int main(int count, char** arguments) {
                 machine().c_str(), plan.rounds, std::chrono::duration<double>(plan.stretch).count(),
                 report.table().c_str());
     printTargets(report, withWindow);
+    printThreads(report);
     if (!plan.jsonFile.empty()) {
         support::writeFile(plan.jsonFile, report.json(machine()));
     }

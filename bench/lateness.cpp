@@ -1,13 +1,11 @@
-// How long the user-interface thread keeps others waiting: the lateness of a timer of 5 ms, and the
-// length of each stretch of work between two waits of the event loop, while the player plays,
-// seeks and opens files.
+// How long the user-interface thread keeps others waiting, while the player plays, seeks and opens
+// files: the lateness of a timer of 5 ms, and the time of each command.
 
 #include "bench/files.h"
 #include "bench/player_at_work.h"
 #include "bench/report.h"
 #include "tests/support/mp3_samples.h"
 
-#include <QAbstractEventDispatcher>
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
@@ -53,18 +51,10 @@ private:
     std::vector<double> times_;
 };
 
-/// Watches the thread's event loop while it lives.
+/// A timer on the thread, while it lives.
 class Watch {
 public:
     Watch() {
-        QAbstractEventDispatcher& loop = *QAbstractEventDispatcher::instance();
-        QObject::connect(&loop, &QAbstractEventDispatcher::awake, &context_,
-                         [this] { awake_ = Clock::now(); });
-        QObject::connect(&loop, &QAbstractEventDispatcher::aboutToBlock, &context_, [this] {
-            if (awake_ != Clock::time_point()) {
-                work.add(millisecondsSince(awake_));
-            }
-        });
         timer_.setTimerType(Qt::PreciseTimer);
         timer_.setInterval(interval);
         QObject::connect(&timer_, &QTimer::timeout, &context_, [this] {
@@ -74,14 +64,12 @@ public:
         timer_.start();
     }
 
-    Histogram work;
     Histogram lateness;
 
 private:
     static constexpr int interval = 5;
     QObject context_;
     QTimer timer_;
-    Clock::time_point awake_;
     Clock::time_point ticked_ = Clock::now();
 };
 
@@ -105,7 +93,6 @@ void phase(const char* name, int steps, int stepMilliseconds,
     timer.start(stepMilliseconds);
     loop.exec();
     watch.lateness.print((std::string(name) + ": timer is late").c_str());
-    watch.work.print((std::string(name) + ": work between two waits").c_str());
     own.print((std::string(name) + ": the command itself").c_str());
 }
 

@@ -40,6 +40,22 @@ Cost costOf(pid_t process) {
     return cost;
 }
 
+std::map<std::string, double> threadsOf(pid_t process) {
+    std::map<std::string, double> threads;
+    std::error_code gone;
+    for (const auto& thread : std::filesystem::directory_iterator(pathOf(process, "task"), gone)) {
+        std::string name;
+        std::getline(std::ifstream(thread.path() / "comm"), name);
+        if (thread.path().filename() == std::to_string(process)) {
+            name = "main thread";
+        }
+        double nanoseconds = 0;
+        std::ifstream(thread.path() / "schedstat") >> nanoseconds;
+        threads[name] += nanoseconds / 1e9;
+    }
+    return threads;
+}
+
 Memory memoryOf(pid_t process) {
     constexpr double kilobyte = 1024;
     const std::string file = pathOf(process, "smaps_rollup");

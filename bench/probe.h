@@ -1,6 +1,7 @@
 // What a running process costs, asked of the kernel.
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
 #include <sys/types.h>
@@ -15,6 +16,10 @@ struct Cost {
 
 /// Zeros for a process that isn't there.
 Cost costOf(pid_t process);
+
+/// Seconds on a processor of the threads that live now, by their names: the main thread has the
+/// program's, and so have those that were given none.
+std::map<std::string, double> threadsOf(pid_t process);
 
 struct Memory {
     double proportional = 0; ///< bytes, each shared page divided by those who share it

@@ -75,6 +75,16 @@ void Report::add(std::string_view subject, std::string_view key, std::optional<d
     }
 }
 
+std::vector<std::string> Report::keys(std::string_view subject) const {
+    std::vector<std::string> keys;
+    if (const auto player = values_.find(subject); player != values_.end()) {
+        for (const auto& [key, values] : player->second) {
+            keys.push_back(key);
+        }
+    }
+    return keys;
+}
+
 std::optional<double> Report::of(std::string_view subject, std::string_view key) const {
     const auto player = values_.find(subject);
     if (player == values_.end()) {

@@ -29,6 +29,8 @@ public:
     void add(std::string_view subject, std::string_view key, double value);
     void add(std::string_view subject, std::string_view key, std::optional<double> value);
 
+    /// The keys that a player has figures for.
+    [[nodiscard]] std::vector<std::string> keys(std::string_view subject) const;
     [[nodiscard]] std::optional<double> of(std::string_view subject, std::string_view key) const;
     /// The smallest median of these players; nothing when none has the figure.
     [[nodiscard]] std::optional<double> smallest(std::span<const std::string_view> subjects,

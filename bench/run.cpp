@@ -194,6 +194,7 @@ std::optional<double> Run::timeFromPlayToSound() {
 }
 
 Minute Run::measure(std::chrono::milliseconds time) {
+    const auto threadsBefore = threadsOf(process_.pid());
     const Cost before = costOf(process_.pid());
     const Cost serverBefore = costOf(display_->server());
     const auto from = Clock::now();
@@ -201,9 +202,15 @@ Minute Run::measure(std::chrono::milliseconds time) {
     const Cost after = costOf(process_.pid());
     const Cost serverAfter = costOf(display_->server());
     const double seconds = secondsSince(from);
-    return {.processor = (after.processor - before.processor) / seconds * 60,
-            .server = (serverAfter.processor - serverBefore.processor) / seconds * 60,
-            .wakeUps = (after.wakeUps - before.wakeUps) / seconds};
+    Minute minute{.processor = (after.processor - before.processor) / seconds * 60,
+                  .server = (serverAfter.processor - serverBefore.processor) / seconds * 60,
+                  .wakeUps = (after.wakeUps - before.wakeUps) / seconds,
+                  .threads = threadsOf(process_.pid())};
+    for (auto& [name, processor] : minute.threads) {
+        const auto old = threadsBefore.find(name);
+        processor = (processor - (old != threadsBefore.end() ? old->second : 0)) / seconds * 60;
+    }
+    return minute;
 }
 
 void Run::minimise() {

@@ -8,6 +8,7 @@
 #include "tests/support/window.h"
 
 #include <chrono>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -18,9 +19,10 @@ using Clock = std::chrono::steady_clock;
 
 /// What a stretch of time cost, told for a minute of it.
 struct Minute {
-    double processor = 0; ///< seconds
-    double server = 0;    ///< seconds of the display server's
-    double wakeUps = 0;   ///< a second
+    double processor = 0;                  ///< seconds
+    double server = 0;                     ///< seconds of the display server's
+    double wakeUps = 0;                    ///< a second
+    std::map<std::string, double> threads; ///< seconds of each
 };
 
 /// Rules
