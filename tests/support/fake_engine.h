@@ -4,6 +4,7 @@
 #include "playback/engine/PlayerEngine.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <string>
@@ -58,7 +59,7 @@ public:
     Media& currentMedia() override { return media_; }
     Settings& settings() override { return settings_; }
 
-    [[nodiscard]] long count(const std::string& call) const {
+    [[nodiscard]] std::ptrdiff_t count(const std::string& call) const {
         return std::count(calls.begin(), calls.end(), call);
     }
 

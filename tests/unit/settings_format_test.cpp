@@ -1,117 +1,28 @@
 // The format of the settings file: what is read from which bytes, and what a write makes of them.
 
-#include "platform/modDeklarace.h"
 #include "platform/private_profile.h"
-#include "tests/support/process.h"
+#include "tests/unit/settings_cases.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <filesystem>
-#include <gtest/gtest.h>
 #include <random>
 
 namespace zvonivec {
 namespace {
 
-using modDeklarace::GetPrivateProfileStringA;
-using modDeklarace::WritePrivateProfileStringA;
-
-constexpr std::size_t bufferSize = 33001;
-
-class SettingsFormat : public testing::Test {
-protected:
-    std::string read(const std::string& key) const {
-        return GetPrivateProfileStringA("General", key, "DEF", bufferSize, path_);
-    }
-    void write(const std::string& key, const std::string& value) const {
-        WritePrivateProfileStringA("General", key, value, path_);
-    }
-    void put(const std::string& bytes) const { support::writeFile(path_, bytes); }
-    std::string bytes() const { return support::readFile(path_); }
-
-    support::TemporaryFolder folder_;
-    std::string path_ = folder_.file("MP3.ini");
-};
-
-std::string bytesOf(const QJsonValue& text) {
-    return text.toString().toLatin1().toStdString();
-}
-
-/// What the functions of the system that the format comes from make of these files.
-TEST_F(SettingsFormat, IsThatOfTheSystemItComesFrom) {
-    QFile file(QStringLiteral(TEST_DATA "/ini_cases.json"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).array();
-    ASSERT_EQ(cases.size(), 33);
-    for (const QJsonValue& value : cases) {
-        const QJsonObject tested = value.toObject();
-        SCOPED_TRACE(tested["name"].toString().toStdString());
-        std::filesystem::remove(path_);
-        if (!tested["file"].isNull()) {
-            put(bytesOf(tested["file"]));
-        }
-        if (tested["kind"].toString() == QStringLiteral("read")) {
-            const QJsonObject values = tested["values"].toObject();
-            EXPECT_FALSE(values.isEmpty());
-            for (auto entry = values.begin(); entry != values.end(); ++entry) {
-                EXPECT_EQ(read(entry.key().toStdString()), bytesOf(entry.value()))
-                    << entry.key().toStdString();
-            }
-        } else {
-            for (const QJsonValue& pair : tested["writes"].toArray()) {
-                write(bytesOf(pair.toArray()[0]), bytesOf(pair.toArray()[1]));
-            }
-            EXPECT_EQ(bytes(), bytesOf(tested["after"]));
-        }
-    }
-}
-
-TEST_F(SettingsFormat, AWriteChangesNothingButItsValue) {
-    put("; mine\r\n\r\n[Other]\r\nLeft=7\r\n[General]\r\n ;Left=1\r\n  left = 5 ; old\r\n\r\n#x\r\n"
-        "Top=\"6\"\r\n\r\n[Last]\r\nLeft=8");
-    write("Left", "10");
-    write("Volume", "30");
-    EXPECT_EQ(bytes(),
-              "; mine\r\n\r\n[Other]\r\nLeft=7\r\n[General]\r\n ;Left=1\r\n  left =10\r\n\r\n#x\r\n"
-              "Top=\"6\"\r\nVolume=30\r\n\r\n[Last]\r\nLeft=8");
-}
-
-TEST_F(SettingsFormat, NewLinesEndAsTheFilesOwn) {
-    put("[General]\nLeft=1\n");
-    write("Top", "2");
-    EXPECT_EQ(bytes(), "[General]\nLeft=1\nTop=2\n");
-    put("[General]\rLeft=1");
-    write("Top", "2");
-    EXPECT_EQ(bytes(), "[General]\rLeft=1\rTop=2\r");
-    put("[General]");
-    write("Top", "2");
-    EXPECT_EQ(bytes(), "[General]\r\nTop=2\r\n");
-}
-
-TEST_F(SettingsFormat, KeepsItsEncoding) {
-    put("\xEF\xBB\xBF[General]\r\nLeft=1\r\n");
-    write("Left", "2");
-    write("Top", "3");
-    EXPECT_EQ(bytes(), "\xEF\xBB\xBF[General]\r\nLeft=2\r\nTop=3\r\n");
-
-    for (const bool little : {true, false}) {
-        const auto utf16 = [little](const std::string& text) {
-            std::string wide = little ? "\xFF\xFE" : "\xFE\xFF";
-            for (const char character : text) {
-                wide.append(little ? std::string{character, '\0'} : std::string{'\0', character});
-            }
-            return wide;
-        };
-        put(utf16("[General]\r\nLeft=1\r\n[X]\r\n") + "z"); // half a character at the end
-        write("Left", "2");
-        write("Top", "-3");
-        EXPECT_EQ(bytes(), utf16("[General]\r\nLeft=2\r\nTop=-3\r\n[X]\r\n") + "z");
-        EXPECT_EQ(read("Top"), "-3");
-        put(utf16("[General]\r\nTop=\xE9\r\n"));
-        EXPECT_EQ(read("Top"), "?");
-    }
+/// Our own functions, without a file.
+TEST(PrivateProfile, IsThatOfTheSystemItComesFrom) {
+    expectTable({.read =
+                     [](const std::string& file, const std::string& key) {
+                         return private_profile::value(file, "General", key).value_or("DEF");
+                     },
+                 .written =
+                     [](const std::string& file, const SettingsTable::Writes& writes) {
+                         std::string bytes = file;
+                         for (const auto& [key, value] : writes) {
+                             bytes = private_profile::withValue(bytes, "General", key, value);
+                         }
+                         return bytes;
+                     },
+                 .differences = {}});
 }
 
 TEST_F(SettingsFormat, TheFirstSectionOfANameHolds) {
@@ -121,20 +32,11 @@ TEST_F(SettingsFormat, TheFirstSectionOfANameHolds) {
     EXPECT_EQ(bytes(), "[General]\r\nLeft=1\r\nTop=3\r\n[General]\r\nTop=2\r\n");
 }
 
-TEST_F(SettingsFormat, AnEqualValueIsNotWrittenAgain) {
-    put("[General]\nLeft = \"5\"\n");
-    const auto before = std::filesystem::last_write_time(path_);
-    std::filesystem::create_hard_link(path_, folder_.file("link"));
-    write("Left", "5");
-    EXPECT_EQ(std::filesystem::last_write_time(path_), before);
-    EXPECT_EQ(std::filesystem::hard_link_count(path_), 2U) << "the file was replaced";
-}
-
 TEST_F(SettingsFormat, CutsALongValueToTheBuffer) {
     put("[General]\r\nLeft=" + std::string(40000, '1') + "\r\n");
     EXPECT_EQ(read("Left").size(), bufferSize - 1);
-    EXPECT_EQ(GetPrivateProfileStringA("General", "Left", "DEF", 1, path_), "");
-    EXPECT_EQ(GetPrivateProfileStringA("General", "Left", "DEF", 0, path_), "");
+    EXPECT_EQ(modDeklarace::GetPrivateProfileStringA("General", "Left", "DEF", 1, path_), "");
+    EXPECT_EQ(modDeklarace::GetPrivateProfileStringA("General", "Left", "DEF", 0, path_), "");
 }
 
 /// A file's characters, two bytes each where its mark says so.

@@ -1,13 +1,14 @@
 #include "controls/CheckBox.h"
 #include "controls/caption_text.h"
 #include "controls/font.h"
+#include "tests/window/input.h"
 #include "tests/window/player_test.h"
 
+#include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QHelpEvent>
 #include <QLabel>
-#include <QTest>
 #include <QToolTip>
 #include <limits>
 
@@ -215,7 +216,7 @@ TEST_F(Controls, TheSecondPressOfADoubleClickIsAPress) {
     player().imgVolume.MouseDown = [&](const MouseArgs&) { ++presses; };
     player().imgVolume.MouseUp = [&](const MouseArgs&) { ++releases; };
     const QPoint place = widgetOf(window(), player().imgVolume)->mapTo(&window(), QPoint(2, 2));
-    QTest::mouseDClick(window().windowHandle(), Qt::LeftButton, {}, place);
+    input::doubleClick(*window().windowHandle(), Qt::LeftButton, place);
     EXPECT_EQ(presses, releases);
     EXPECT_GE(presses, 2);
 }

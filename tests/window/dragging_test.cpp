@@ -1,8 +1,9 @@
 // Dragging the window, and the clicks that open the menu or don't.
 
+#include "tests/window/input.h"
 #include "tests/window/player_test.h"
 
-#include <QTest>
+#include <QWindow>
 
 namespace zvonivec {
 namespace {
@@ -23,14 +24,13 @@ protected:
     QPoint drag(const Control& control, Qt::MouseButton button) {
         const QPoint before = window().pos();
         const QPoint from = pointIn(control);
-        QWindow* handle = window().windowHandle();
-        QTest::mousePress(handle, button, {}, from);
+        QWindow& handle = *window().windowHandle();
+        input::press(handle, button, from);
         for (const QPoint step : {QPoint(5, 0), QPoint(20, 30)}) {
             // Counted from the window, which has come along.
-            QTest::mouseEvent(QTest::MouseMove, handle, button, {},
-                              from + step - (window().pos() - before));
+            input::move(handle, from + step - (window().pos() - before));
         }
-        QTest::mouseRelease(handle, button, {}, from + QPoint(20, 30) - (window().pos() - before));
+        input::release(handle, button, from + QPoint(20, 30) - (window().pos() - before));
         return window().pos() - before;
     }
 

@@ -1,9 +1,7 @@
-#include "platform/end_requests.h"
 #include "tests/window/player_test.h"
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <csignal>
 
 namespace zvonivec {
 namespace {
@@ -49,17 +47,6 @@ TEST_F(End, ByTheSession) {
     QCoreApplication::sendEvent(qApp, &quit);
     expectEnded();
 }
-
-class EndBySignal : public End, public testing::WithParamInterface<int> {};
-
-TEST_P(EndBySignal, EndsAsTheCloseButtonDoes) {
-    const EndRequests requests([this] { player().CloseApplication(); });
-    raise(GetParam());
-    EXPECT_TRUE(player().Loaded()); // the handler itself only takes note
-    expectEnded();
-}
-
-INSTANTIATE_TEST_SUITE_P(Signals, EndBySignal, testing::Values(SIGTERM, SIGINT, SIGHUP));
 
 TEST_F(End, TwiceIsOnce) {
     player().CloseApplication();

@@ -136,6 +136,7 @@ TEST_F(Layout, TheWelcomeTextIsClippedByTheDisplay) {
     player().Timer1.setEnabled(false);
     player().picDisplay.setLeft(0);
     const auto onScreen = [this] {
+        QCoreApplication::processEvents(); // what was painted reaches the screen
         return QGuiApplication::primaryScreen()->grabWindow(window().winId()).toImage();
     };
     ASSERT_TRUE(serveUntil([this] { return window().windowHandle()->isExposed(); }));

@@ -2,11 +2,12 @@
 
 #include "controls/font.h"
 #include "popup/layout.h"
+#include "tests/window/input.h"
 #include "tests/window/player_test.h"
 
 #include <QCursor>
 #include <QFontMetrics>
-#include <QTest>
+#include <qtestsupport_widgets.h>
 
 namespace zvonivec {
 namespace {
@@ -314,14 +315,14 @@ TEST_F(Menu, HidingClearsTheHighlightAndLetsEventsPass) {
 
 TEST_F(Menu, EscapeHidesItFromEitherWindow) {
     show();
-    QTest::keyClick(popupWindow().windowHandle(), Qt::Key_Escape);
+    input::key(*popupWindow().windowHandle(), Qt::Key_Escape);
     EXPECT_FALSE(popup().Visible());
     show();
-    QTest::keyClick(window().windowHandle(), Qt::Key_A);
+    input::key(*window().windowHandle(), Qt::Key_A);
     EXPECT_TRUE(popup().Visible());
-    QTest::keyClick(window().windowHandle(), Qt::Key_Escape);
+    input::key(*window().windowHandle(), Qt::Key_Escape);
     EXPECT_FALSE(popup().Visible());
-    QTest::keyClick(window().windowHandle(), Qt::Key_Escape); // without the menu, nothing
+    input::key(*window().windowHandle(), Qt::Key_Escape); // without the menu, nothing
     EXPECT_TRUE(player().Visible());
 }
 

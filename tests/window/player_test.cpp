@@ -1,8 +1,10 @@
 #include "tests/window/player_test.h"
 
-#include <QElapsedTimer>
-#include <QTest>
+#include "tests/window/input.h"
+
 #include <QWindow>
+#include <qtestsupport_core.h>
+#include <qtestsupport_widgets.h>
 #include <utility>
 
 namespace zvonivec {
@@ -98,12 +100,12 @@ QPoint inWindow(const QWidget& widget, QPoint place) {
 
 void PlayerTest::press(const Control& control, Qt::MouseButton button, QPoint place) {
     const QWidget& widget = widgetOfControl(control);
-    QTest::mousePress(widget.window()->windowHandle(), button, {}, inWindow(widget, place));
+    input::press(*widget.window()->windowHandle(), button, inWindow(widget, place));
 }
 
 void PlayerTest::release(const Control& control, Qt::MouseButton button, QPoint place) {
     const QWidget& widget = widgetOfControl(control);
-    QTest::mouseRelease(widget.window()->windowHandle(), button, {}, inWindow(widget, place));
+    input::release(*widget.window()->windowHandle(), button, inWindow(widget, place));
 }
 
 void PlayerTest::click(const Control& control, Qt::MouseButton button, QPoint place) {
@@ -113,11 +115,11 @@ void PlayerTest::click(const Control& control, Qt::MouseButton button, QPoint pl
 
 void PlayerTest::moveOver(const Control& control, QPoint place) {
     const QWidget& widget = widgetOfControl(control);
-    QTest::mouseMove(widget.window()->windowHandle(), inWindow(widget, place));
+    input::move(*widget.window()->windowHandle(), inWindow(widget, place));
 }
 
 void PlayerTest::moveOverBody() {
-    QTest::mouseMove(window().windowHandle(), QPoint(30, 200));
+    input::move(*window().windowHandle(), QPoint(30, 200));
 }
 
 bool PlayerTest::shows(const Image& image, std::size_t pictureNumber) const {

@@ -6,6 +6,7 @@
 #include "tests/support/process.h"
 
 #include <QImage>
+#include <QRegion>
 #include <QWidget>
 #include <deque>
 #include <functional>
@@ -22,6 +23,9 @@ bool serveUntil(const std::function<bool()>& condition);
 
 /// The Qt widget of a control.
 QWidget* widgetOf(const QWidget& window, const Control& control);
+
+/// What of a window the system lets be seen.
+QRegion outlineOf(const QWidget& window);
 
 /// What a part of the window shows, in pixels.
 QImage pictureOf(QWidget& widget);

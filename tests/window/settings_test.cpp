@@ -77,11 +77,11 @@ TEST_F(Settings, FractionsAndNegativePositionsAreAccepted) {
 }
 
 TEST_F(Settings, APositionBeyondTheScreensEdgeIsAppliedUnchanged) {
-    put("[General]\nLeft=18000\nTop=-3000\n");
+    put("[General]\r\nLeft=18000\r\nTop=-3000\r\n");
     start();
     EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(1200, -200); }));
     player().CloseApplication();
-    EXPECT_NE(bytes().find("Left=18000\nTop=-3000\n"), std::string::npos);
+    EXPECT_NE(bytes().find("Left=18000\r\nTop=-3000\r\n"), std::string::npos);
 }
 
 TEST_F(Settings, APositionThatNoScreenCanHaveIsRefused) {
@@ -132,13 +132,13 @@ TEST_F(Settings, TheEngineDecidesAboutTheVolume) {
 }
 
 TEST_F(Settings, AMinimisedWindowKeepsItsStoredPosition) {
-    put("[General]\nLeft=150\nTop=300\nOnTop=0\nRepeat=1\nVolume=50\n");
+    put("[General]\r\nLeft=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
     start();
     player().setLeft(600);
     player().setWindowState(Form::WindowState::minimized);
     engine().settings().setVolume(20);
     player().CloseApplication();
-    EXPECT_EQ(bytes(), "[General]\nLeft=150\nTop=300\nOnTop=0\nRepeat=1\nVolume=20\n");
+    EXPECT_EQ(bytes(), "[General]\r\nLeft=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\nVolume=20\r\n");
 }
 
 TEST_F(Settings, AMinimisedFirstRunWritesThreeKeys) {
@@ -165,14 +165,14 @@ TEST_F(Settings, AnEndInTheMiddleOfReadingOverwritesNothing) {
 }
 
 TEST_F(Settings, WhatElseIsInTheFileStays) {
-    put("; mine\n[Other]\nx=1\n\n[General]\nVolume=30\nColour=red\n");
+    put("; mine\r\n[Other]\r\nx=1\r\n[General]\r\nVolume=30\r\nColour=red\r\n");
     start();
     player().setLeft(150);
     player().setTop(300);
     ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(10, 20); }));
     player().CloseApplication();
-    EXPECT_EQ(bytes(), "; mine\n[Other]\nx=1\n\n[General]\nVolume=30\nColour=red\n"
-                       "Left=150\nTop=300\nOnTop=0\nRepeat=1\n");
+    EXPECT_EQ(bytes(), "; mine\r\n[Other]\r\nx=1\r\n[General]\r\nVolume=30\r\nColour=red\r\n"
+                       "Left=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\n");
 }
 
 TEST_F(Settings, AFolderThatIsNotThereHarmsNothing) {

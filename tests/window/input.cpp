@@ -1,0 +1,69 @@
+#include "tests/window/input.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QString>
+#include <QWindow>
+#include <qtguiglobal.h>
+
+// The toolkit's own entries for tests. The library that has them in its headers isn't built for
+// every system.
+Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
+                                      Qt::MouseButtons state, Qt::MouseButton button,
+                                      QEvent::Type type, Qt::KeyboardModifiers modifiers,
+                                      int timestamp);
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key,
+                                    Qt::KeyboardModifiers modifiers, const QString& text,
+                                    bool autoRepeat, ushort count);
+
+namespace zvonivec::input {
+
+namespace {
+
+Qt::MouseButtons pressed;
+int now = 0; ///< milliseconds of a clock that goes with the events
+
+void send(QWindow& window, QEvent::Type type, Qt::MouseButton button, QPoint place) {
+    constexpr int betweenClicks = 1000; // longer than any double click
+    pressed.setFlag(button, type == QEvent::MouseButtonPress);
+    const QPointer<QWindow> target(&window); // may go while it is served
+    qt_handleMouseEvent(target, place, window.mapToGlobal(place), pressed, button, type, {}, ++now);
+    now += type == QEvent::MouseButtonRelease ? betweenClicks : 0;
+}
+
+} // namespace
+
+void press(QWindow& window, Qt::MouseButton button, QPoint place) {
+    send(window, QEvent::MouseButtonPress, button, place);
+    QCoreApplication::processEvents();
+}
+
+void release(QWindow& window, Qt::MouseButton button, QPoint place) {
+    send(window, QEvent::MouseButtonRelease, button, place);
+    QCoreApplication::processEvents();
+}
+
+void move(QWindow& window, QPoint place) {
+    qt_handleMouseEvent(&window, place, window.mapToGlobal(place), pressed, Qt::NoButton,
+                        QEvent::MouseMove, {}, ++now);
+    QCoreApplication::processEvents();
+}
+
+void doubleClick(QWindow& window, Qt::MouseButton button, QPoint place) {
+    const int first = now;
+    send(window, QEvent::MouseButtonPress, button, place);
+    send(window, QEvent::MouseButtonRelease, button, place);
+    now = first + 3;
+    send(window, QEvent::MouseButtonPress, button, place);
+    send(window, QEvent::MouseButtonRelease, button, place);
+    QCoreApplication::processEvents();
+}
+
+void key(QWindow& window, Qt::Key key) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        qt_handleKeyEvent(&window, type, key, {}, {}, false, 1);
+    }
+    QCoreApplication::processEvents();
+}
+
+} // namespace zvonivec::input
