@@ -62,10 +62,16 @@ LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM seco
     case WM_EXITSIZEMOVE:
         // The toolkit would tell of releases by itself, outside the window as such of its frame.
         return DefWindowProcW(window, message, first, second);
-    case WM_LBUTTONUP: // only when a handler in the loop has let events pass: the loop didn't see
-                       // it
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
+        if ((first & all) == 0) {
+            // Before the moves that have come since: the timer waits until the pointer rests.
+            PostMessageW(window, WM_LBUTTONUP, 0, pointerIn(window));
+            SetTimer(window, endTimer, USER_TIMER_MINIMUM, nullptr);
+        }
+        return 0;
+    case WM_LBUTTONUP: // only when a handler in the loop has let events pass: the loop didn't see
+                       // it
         if ((first & all) == 0) {
             SetTimer(window, endTimer, USER_TIMER_MINIMUM, nullptr);
         }
