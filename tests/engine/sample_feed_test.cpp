@@ -164,6 +164,19 @@ TEST_F(Feed, volumeIsRampedAndExact) {
     EXPECT_EQ(fill(), Samples(period, 10000));
 }
 
+TEST_F(Feed, theVolumeRoundsToTheNearestStep) {
+    constexpr float third = 1.0F / 3;
+    feed.setGain(third);
+    feed.beginStream(1);
+    feed.allow(1);
+    const Samples samples = counting(-static_cast<int>(period) / 2, period);
+    feed.write(samples);
+    const Samples heard = fill();
+    for (std::size_t i = 0; i < period; ++i) {
+        EXPECT_EQ(heard[i], std::lround(samples[i] / 3.0)) << samples[i];
+    }
+}
+
 TEST_F(Feed, extremeSamplesDontOverflow) {
     feed.beginStream(1);
     feed.allow(1);
