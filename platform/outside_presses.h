@@ -12,8 +12,8 @@ namespace zvonivec {
 /// anybody.
 ///
 /// The function runs once, on the user-interface thread, soon after the press, and never after the
-/// object has gone. Where the system takes the activation from the program with a press on another's
-/// window, as Windows and Wayland do, that need not be told.
+/// object has gone. Where the system takes the activation from the program with a press on
+/// another's window, as Windows and Wayland do, that need not be told.
 class OutsidePresses {
 public:
     OutsidePresses(std::uintptr_t window, std::function<void()> pressed);
