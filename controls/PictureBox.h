@@ -2,8 +2,8 @@
 //
 // One that slides, in another one that is its pane, moves at every tick. Where the display server
 // can, it moves a picture of the box and of what is in it: the toolkit is then not asked to paint,
-// and its own widget stays where it was. Neither may be hidden by itself: the server's picture would
-// stay.
+// and its own widget stays where it was. Neither may be hidden by itself: the server's picture
+// would stay.
 #pragma once
 
 #include "controls/Control.h"
