@@ -57,6 +57,52 @@ TEST_F(OpeningTest, SoundsAsTheFileAndAgainAtItsEnd) {
     RecordProperty("silence", static_cast<int>(match.silence));
 }
 
+TEST_F(OpeningTest, CzechLettersInNamesAndTagsAreRightEverywhere) {
+    const std::string folder = folder_.file("Písničky žluťoučkých koní");
+    std::filesystem::create_directory(folder);
+    const std::string path = folder + "/01 – ďábelské ódy.mp3";
+    ASSERT_FALSE(makeSong(path, 20).empty());
+    openMenu();
+    click(menu::open);
+    openInDialog(path);
+    ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    EXPECT_TRUE(waitUntil([&] { return sound_.playingStreams() == 1; }));
+
+    choose(menu::properties);
+    const auto box = waitForTitle(std::string(player::TITLE) + " - vlastnosti souboru MP3");
+    ASSERT_TRUE(box);
+    const std::string texts = windowTexts();
+    EXPECT_NE(texts.find("Přehrávání: 128 kb/s\r\nDélka skladby: 00:20\r\n"
+                         "Interpret: Ďábelské ódy\r\nSkladba: Příliš žluťoučký kůň\r\n"
+                         "Album: Úpěl\r\n\r\nURL: " +
+                         windowsPath(path) + "\n"),
+              std::string::npos)
+        << texts;
+    answer(*box, "Return");
+    EXPECT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
+    closePlayer();
+    EXPECT_TRUE(waitUntil([&] { return sound_.playingStreams() == 0; }));
+}
+
+TEST_F(OpeningTest, OtherFilesAreRefused) {
+    const std::string path = folder_.file("slova.mp3");
+    writeFile(path, "Toto jsou slova.\n");
+    open(path);
+    const auto box = waitForTitle(player::TITLE);
+    ASSERT_TRUE(box);
+    answer(*box, "Return");
+    // The dialog comes again.
+    const auto dialog = waitForDialog();
+    ASSERT_TRUE(dialog);
+    // A dialog that is shown may still take no keys.
+    EXPECT_TRUE(waitUntil([&] {
+        keyboard_.key("Escape");
+        return waitUntil([&] { return !dialog->isShown(); }, std::chrono::seconds(1));
+    }));
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    closePlayer();
+}
+
 } // namespace
 
 } // namespace support

@@ -1,9 +1,13 @@
-// Writes the title of each window that is shown, and the texts of what lies in it, as UTF-8.
+// window_texts              writes the title of each window that is shown, and the texts of what
+//                           lies in it, as UTF-8
+// window_texts TITLE TEXT   puts a text into the line to type in of the window with this title
 #include <cstdio>
 #include <fcntl.h>
 #include <io.h>
 #include <string>
 #include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
 
 namespace {
 
@@ -40,9 +44,34 @@ BOOL CALLBACK writeAll(HWND window, LPARAM data) {
     return TRUE;
 }
 
+/// The first line to type in that is shown.
+BOOL CALLBACK find(HWND window, LPARAM result) {
+    std::wstring name(16, L'\0');
+    name.resize(static_cast<std::size_t>(
+        GetClassNameW(window, name.data(), static_cast<int>(name.size()))));
+    if (name != L"Edit" || IsWindowVisible(window) == FALSE) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+}
+
+bool put(const wchar_t* title, const wchar_t* text) {
+    HWND line = nullptr;
+    EnumChildWindows(FindWindowW(nullptr, title), find, reinterpret_cast<LPARAM>(&line));
+    return line != nullptr &&
+           SendMessageTimeoutW(line, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text),
+                               SMTO_ABORTIFHUNG, 2000, nullptr) != 0;
+}
+
 } // namespace
 
 int main() {
+    int count = 0;
+    wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    if (count == 3) {
+        return put(arguments[1], arguments[2]) ? 0 : 1;
+    }
     _setmode(_fileno(stdout), _O_BINARY);
     return EnumWindows(writeAll, 0) != FALSE ? 0 : 1;
 }

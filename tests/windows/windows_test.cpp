@@ -53,7 +53,11 @@ void WindowsTest::openInDialog(const std::string& path) {
     const auto dialog = waitForDialog();
     ASSERT_TRUE(dialog) << "no dialog";
     const std::string name = windowsPath(path);
-    keyboard_.type(name);
+    if (std::ranges::all_of(name, [](char character) { return character > 0; })) {
+        keyboard_.type(name);
+    } else { // Wine knows no keys for letters that the keyboard didn't have when it started
+        ASSERT_EQ(runInSession({"wine", WINDOW_TEXTS, player::DIALOG_TITLE, name}), 0);
+    }
     // The system reads the keys from its own queue.
     EXPECT_TRUE(waitUntil([&] { return windowTexts().find(name) != std::string::npos; }))
         << windowTexts();
