@@ -24,7 +24,7 @@ const support::TemporaryFolder& folder() {
 /// A song of noise: as much work for a decoder as music can be.
 const std::string& song() {
     static const std::string path = [] {
-        const std::string file = folder().file("song.mp3");
+        std::string file = folder().file("song.mp3");
         support::encodeNoise(file, 60, {"-b", "128"});
         return file;
     }();
@@ -49,7 +49,7 @@ void decodeThroughTheRing(benchmark::State& state) {
     feed.allow(1);
     decoder.seek(0);
     std::array<std::int16_t, 4096> device{};
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (int frames = 0; frames < decoder.sampleRate();) {
             const Mp3Decoder::Block block = decoder.read();
             if (block.result != Mp3Decoder::Result::samples) {
@@ -79,7 +79,7 @@ void fillTheDevice(benchmark::State& state) {
     feed.allow(1);
     const support::Samples samples = support::noise(1);
     std::array<std::int16_t, frames * 2> device{};
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         feed.write({samples.data(), frames * 2});
         feed.fill(device);
         benchmark::DoNotOptimize(device);
@@ -92,7 +92,7 @@ void walkFrames(benchmark::State& state) {
     const std::string path = folder().file("frames.mp3");
     bench::writeFrames(path, megabytes, false);
     const LoadedFile known(path);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         FileMeasure measure(known.reader(), *known.kind().stream);
         while (!measure.done()) {
             measure.walk(std::uint64_t{1} << 20U);
@@ -112,7 +112,7 @@ void timerHandler(benchmark::State& state) {
         playerAtWork().open(song());
         player.Timer1.setEnabled(false);
     }
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         player.Timer1_Timer();
     }
     state.SetLabel(state.range(0) == 1 ? "playing" : "idle");
@@ -122,9 +122,9 @@ BENCHMARK(timerHandler)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 /// The picture of the strip that the display server gets, once for every text.
 void paintTheStrip(benchmark::State& state) {
     frmPlayer& player = playerAtWork().player();
-    QWidget* strip = QWidget::find(player.hWnd())->findChild<QWidget*>("picDisplay");
+    auto* strip = QWidget::find(player.hWnd())->findChild<QWidget*>("picDisplay");
     QImage picture(strip->size(), QImage::Format_RGB32);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         strip->render(&picture);
     }
 }
@@ -132,9 +132,9 @@ BENCHMARK(paintTheStrip)->Unit(benchmark::kMicrosecond);
 
 void paintTheBar(benchmark::State& state) {
     frmPlayer& player = playerAtWork().player();
-    QWidget* bar = QWidget::find(player.hWnd())->findChild<QWidget*>("PB");
+    auto* bar = QWidget::find(player.hWnd())->findChild<QWidget*>("PB");
     QImage picture(bar->size(), QImage::Format_RGB32);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         bar->render(&picture);
     }
 }

@@ -133,7 +133,7 @@ std::string Report::json(const std::string& machine) const {
         betweenPlayers = ",\n";
         const char* betweenFigures = "\n";
         for (const auto& [key, values] : values_.at(subject)) {
-            text += betweenFigures + ("      \"" + key + "\": {\"median\": ") +
+            text += betweenFigures + ("      \"" + key + R"(": {"median": )") +
                     number(median(values).value_or(0), 6) + ", \"all\": [";
             betweenFigures = ",\n";
             const char* between = "";

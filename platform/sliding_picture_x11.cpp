@@ -40,7 +40,7 @@ public:
     }
 
 private:
-    xcb_window_t newWindow(xcb_window_t parent, const QRect& place) const {
+    [[nodiscard]] xcb_window_t newWindow(xcb_window_t parent, const QRect& place) const {
         const xcb_window_t window = xcb_generate_id(server_);
         xcb_create_window(
             server_, XCB_COPY_FROM_PARENT, window, parent, static_cast<std::int16_t>(place.x()),
