@@ -24,7 +24,9 @@ Control::~Control() = default;
 
 void Control::place() {
     widget_->setGeometry(toPixels(left_), toPixels(top_), toPixels(width_), toPixels(height_));
-    changed();
+    if (container_ != nullptr) {
+        container_->changed(); // the control itself looks as before
+    }
 }
 
 void Control::setPlace(float left, float top) {
@@ -61,6 +63,7 @@ void Control::setSize(float width, float height) {
         width_ = width;
         height_ = height;
         place();
+        changed();
     }
 }
 
