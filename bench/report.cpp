@@ -138,7 +138,8 @@ std::string Report::json(const std::string& machine) const {
             betweenFigures = ",\n";
             const char* between = "";
             for (const double value : values) {
-                text += between + number(value, 6);
+                text += between;
+                text += number(value, 6);
                 between = ", ";
             }
             text += "]}";
