@@ -17,8 +17,8 @@ protected:
         player().Timer1.setEnabled(false);
         // A window manager that places it late would move it in the middle of a drag.
         ASSERT_TRUE(serveUntil([this] { return window().windowHandle()->isExposed(); }));
-        player().setLeft(toTwips(300));
-        player().setTop(toTwips(200));
+        // At once: of two steps the server would tell of the first when the second is done.
+        window().move(300, 200);
         ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(300, 200); }));
     }
 
