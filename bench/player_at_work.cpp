@@ -1,20 +1,12 @@
 #include "bench/player_at_work.h"
 
-#include <cstdlib>
-
 namespace bench {
 
 PlayerAtWork::PlayerAtWork() {
     if (!display_.ok() || !sound_.running()) {
         return;
     }
-    for (const auto& [name, value] : display_.environment()) {
-        if (value.empty()) {
-            unsetenv(name.c_str());
-        } else {
-            setenv(name.c_str(), value.c_str(), 1);
-        }
-    }
+    display_.useInThisProcess();
     sound_.useInThisProcess();
     application_ = std::make_unique<zvonivec::Application>("xcb");
     auto dialog = std::make_unique<FixedDialog>();

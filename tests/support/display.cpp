@@ -4,6 +4,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/Xrandr.h>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 namespace support {
@@ -159,6 +160,16 @@ bool Display::windowManagerWorks() const {
     }
     XDestroyWindow(connection_, window);
     return managed && waitUntil([this] { return rootProperty("_NET_CLIENT_LIST").empty(); });
+}
+
+void Display::useInThisProcess() const {
+    for (const auto& [name, value] : environment()) {
+        if (value.empty()) {
+            unsetenv(name.c_str());
+        } else {
+            setenv(name.c_str(), value.c_str(), 1);
+        }
+    }
 }
 
 void Display::killWindowManager() {

@@ -50,6 +50,8 @@ public:
     /// For clients: this display, a home folder of their own, and nothing of the session that the
     /// tests are run in: no Wayland, no message bus, no toolkit settings.
     [[nodiscard]] Process::Environment environment() const;
+    /// Sets these variables in the test process itself.
+    void useInThisProcess() const;
     [[nodiscard]] std::string home() const { return folder_.file("home"); }
 
     /// Ends the window manager, as a crash would, leaving the windows.

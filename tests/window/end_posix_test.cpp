@@ -1,25 +1,13 @@
 // How the system ends a program: by signals.
 #include "platform/end_requests.h"
-#include "tests/window/player_test.h"
+#include "tests/window/end_test.h"
 
 #include <csignal>
 
 namespace zvonivec {
 namespace {
 
-/// Ended as the close button does.
-class EndBySignal : public PlayerTest, public testing::WithParamInterface<int> {
-protected:
-    void SetUp() override {
-        start();
-        open("a.mp3");
-    }
-    void expectEnded() {
-        EXPECT_TRUE(serveUntil([this] { return !player().Loaded(); }));
-        EXPECT_FALSE(player().Popup().Loaded());
-        EXPECT_EQ(engine().URL(), "");
-    }
-};
+class EndBySignal : public EndTest, public testing::WithParamInterface<int> {};
 
 TEST_P(EndBySignal, EndsAsTheCloseButtonDoes) {
     const EndRequests requests([this] { player().CloseApplication(); });

@@ -1,4 +1,4 @@
-#include "tests/window/player_test.h"
+#include "tests/window/end_test.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -6,20 +6,7 @@
 namespace zvonivec {
 namespace {
 
-class End : public PlayerTest {
-protected:
-    void SetUp() override {
-        start();
-        open("a.mp3");
-    }
-    /// Ended as the close button does: in the end both windows are unloaded and nothing plays.
-    void expectEnded() {
-        EXPECT_TRUE(serveUntil([this] { return !player().Loaded(); }));
-        EXPECT_FALSE(player().Popup().Loaded());
-        EXPECT_FALSE(player().Visible());
-        EXPECT_EQ(engine().URL(), "");
-    }
-};
+using End = EndTest;
 
 TEST_F(End, ByTheCloseButton) {
     click(player().imgButtons[6]);

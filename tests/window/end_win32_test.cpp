@@ -1,25 +1,13 @@
 // How the system ends a program: by the session's messages.
 #include "platform/end_requests.h"
-#include "tests/window/player_test.h"
+#include "tests/window/end_test.h"
 
 #include <windows.h>
 
 namespace zvonivec {
 namespace {
 
-/// Ended as the close button does.
-class EndBySession : public PlayerTest {
-protected:
-    void SetUp() override {
-        start();
-        open("a.mp3");
-    }
-    void expectEnded() {
-        EXPECT_TRUE(serveUntil([this] { return !player().Loaded(); }));
-        EXPECT_FALSE(player().Popup().Loaded());
-        EXPECT_EQ(engine().URL(), "");
-    }
-};
+using EndBySession = EndTest;
 
 TEST_F(EndBySession, IsAgreedToAndEndsBeforeTheAnswer) {
     const EndRequests requests([this] { player().CloseApplication(); });

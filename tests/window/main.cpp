@@ -16,13 +16,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "No virtual display: %s\n", display.problem().c_str());
         return 1;
     }
-    for (const auto& [name, value] : display.environment()) {
-        if (value.empty()) {
-            unsetenv(name.c_str());
-        } else {
-            setenv(name.c_str(), value.c_str(), 1);
-        }
-    }
+    display.useInThisProcess();
     const zvonivec::Application application("xcb");
     return RUN_ALL_TESTS();
 }
