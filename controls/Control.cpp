@@ -63,7 +63,7 @@ void Control::setSize(float width, float height) {
         width_ = width;
         height_ = height;
         place();
-        changed();
+        contentChanged(); // its containers know from the place
     }
 }
 

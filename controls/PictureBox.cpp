@@ -49,7 +49,7 @@ bool PictureBox::slide() {
         return sliding_ != nullptr; // nothing is seen: the next step shows where it is by then
     }
     const double ratio = window.devicePixelRatioF();
-    if (sliding_ == nullptr || ratio != ratio_) {
+    if (ratio != ratio_) { // asked once: a display that can't won't learn it
         sliding_ = SlidingPicture::in(*widget().parentWidget());
         ratio_ = ratio;
         pictureIsOld_ = true;

@@ -10,6 +10,8 @@
 int main() {
     using namespace zvonivec;
 
+    // First of all: it sets a variable of the environment, which the toolkit's threads read.
+    auto engine = createPlayerEngine(Application::post);
     Application application(displayBackEnds());
 
     auto dialog = std::make_unique<SystemDialog>();
@@ -17,7 +19,7 @@ int main() {
     SystemDialog& dialogOfPlayer = *dialog;
     ModalMessageBoxes& boxesOfPlayer = *boxes;
 
-    frmPlayer player({.engine = createPlayerEngine(Application::post),
+    frmPlayer player({.engine = std::move(engine),
                       .dialog = std::move(dialog),
                       .boxes = std::move(boxes),
                       .programFolder = Application::programFolder()});

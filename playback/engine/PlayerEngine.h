@@ -139,6 +139,7 @@ public:
 using PostToUserInterface = std::function<void(std::function<void()>)>;
 
 /// The real engine: libmpg123 decodes, TagLib reads tags, SDL2 plays. Never null.
+/// It sets a variable of the environment, so it comes before threads that read those.
 std::unique_ptr<PlayerEngine> createPlayerEngine(PostToUserInterface post);
 
 } // namespace zvonivec

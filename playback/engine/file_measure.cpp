@@ -93,8 +93,11 @@ void FileMeasure::addToIndex(std::uint64_t offset) {
 
 std::optional<std::uint64_t> FileMeasure::frameOffset(std::int64_t frame) {
     const auto entry = static_cast<std::size_t>(frame / framesPerEntry_);
+    if (entry >= index_.size()) {
+        return std::nullopt;
+    }
     std::int64_t at = static_cast<std::int64_t>(entry) * framesPerEntry_;
-    std::uint64_t offset = index_.at(entry);
+    std::uint64_t offset = index_[entry];
     FrameHeader format = part(at).format;
     for (std::uint64_t from = offset; at <= frame;) {
         const FrameScanner::Step step = scanner_.step(from, format);

@@ -62,7 +62,7 @@ public:
     /// Number of the frame of a decoded sample that has been walked to.
     [[nodiscard]] std::int64_t frameOfSample(std::int64_t sample) const;
 
-    /// The offset of a frame that is known. Nothing when the file can't be read there any more.
+    /// The offset of a frame. Nothing when it isn't known, or can't be read there any more.
     [[nodiscard]] std::optional<std::uint64_t> frameOffset(std::int64_t frame);
 
     /// Decoded samples (per channel) that come before the track's first: the encoder's delay and
