@@ -47,7 +47,7 @@ Run::Run(const Subject& subject, support::Display& display, support::PulseServer
 
 void Run::start(const std::vector<std::string_view>& options, const std::string& file) {
     std::string program(subject_->program);
-    if (std::filesystem::path(program).has_parent_path()) {
+    if (subject_->ours) {
         // Its settings lie beside it, so each run has a copy.
         const std::string copy = folder_.file("zvonivec");
         std::filesystem::copy_file(program, copy,
@@ -75,7 +75,7 @@ void Run::startIdle() {
 }
 
 bool Run::startPlaying(const std::string& file) {
-    const bool throughDialog = subject_->program == ZVONIVEC_PROGRAM;
+    const bool throughDialog = subject_->ours;
     const support::Recording recording(*sound_);
     if (throughDialog) {
         start({}, "");
@@ -150,7 +150,7 @@ std::optional<double> Run::waitForSound(Clock::time_point from, const support::R
 
 std::optional<double> Run::timeFromPlayToSound() {
     namespace player = support::player;
-    const bool hasButtons = subject_->program == ZVONIVEC_PROGRAM;
+    const bool hasButtons = subject_->ours;
     const auto shown = window();
     if (!shown || (!hasButtons && subject_->playKey.empty())) {
         return std::nullopt;

@@ -9,7 +9,10 @@ namespace bench {
 
 std::span<const Subject> subjects() {
     static const std::array all{
-        Subject{.name = "Zvonivec", .program = ZVONIVEC_PROGRAM, .windowClass = "zvonivec"},
+        Subject{.name = "Zvonivec",
+                .program = ZVONIVEC_PROGRAM,
+                .ours = true,
+                .windowClass = "zvonivec"},
         Subject{.name = "audacious",
                 .program = "audacious",
                 .windowClass = "Audacious",

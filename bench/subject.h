@@ -15,8 +15,9 @@ namespace bench {
 /// what stands here.
 struct Subject {
     std::string_view name;
-    std::string_view program;                    ///< looked up in PATH; ours is given as a path
-    std::vector<std::string_view> options{};     ///< in front of the file
+    std::string_view program;                ///< looked up in PATH; ours is given as a path
+    bool ours = false;                       ///< told what to do through its dialog and its buttons
+    std::vector<std::string_view> options{}; ///< in front of the file
     std::vector<std::string_view> idleOptions{}; ///< without a file
     bool hasWindow = true;
     std::string_view windowClass{}; ///< X class
