@@ -4,8 +4,8 @@
 #include "bench/files.h"
 #include "bench/probe.h"
 #include "bench/report.h"
-#include "playback/engine/loaded_file.h"
-#include "playback/engine/mp3_decoder.h"
+#include "engine/loaded_file.h"
+#include "engine/mp3_decoder.h"
 #include "tests/support/process.h"
 
 #include <chrono>

@@ -2,9 +2,9 @@
 
 #include "bench/files.h"
 #include "bench/player_at_work.h"
-#include "playback/engine/loaded_file.h"
-#include "playback/engine/mp3_decoder.h"
-#include "playback/engine/sample_feed.h"
+#include "engine/loaded_file.h"
+#include "engine/mp3_decoder.h"
+#include "engine/sample_feed.h"
 #include "tests/support/mp3_samples.h"
 
 #include <QImage>

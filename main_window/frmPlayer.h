@@ -18,7 +18,7 @@
 #include "controls/ProgressBar.h"
 #include "controls/Timer.h"
 #include "main_window/constants.h"
-#include "playback/engine/PlayerEngine.h"
+#include "playback/PlayerEngine.h"
 #include "popup/frmPopup.h"
 
 #include <array>

@@ -2,8 +2,12 @@
 // set, and the timer must not tick before the window is seen.
 
 #include "main_window/frmPlayer.h"
-#include "main_window/window_outline.h"
 #include "platform/modDeklarace.h"
+#include "skin/window_outline.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
 
 namespace zvonivec {
 
@@ -19,6 +23,15 @@ std::string driveOf(const std::string& folder) {
         }
     }
     return folder.substr(0, end);
+}
+
+modDeklarace::Region windowRegion() {
+    std::vector<modDeklarace::Point> vertices;
+    std::ranges::transform(skin::WINDOW_OUTLINE, std::back_inserter(vertices),
+                           [](const skin::OutlineVertex vertex) {
+                               return modDeklarace::Point{vertex.x, vertex.y};
+                           });
+    return modDeklarace::CreatePolygonRgn(vertices, modDeklarace::WINDING);
 }
 
 } // namespace
@@ -46,8 +59,7 @@ void frmPlayer::Form_Load() {
     sendStripToTheRight();
     picDisplay.setWidth(lbl_Info.Width() + 20);
 
-    modDeklarace::SetWindowRgn(
-        hWnd(), modDeklarace::CreatePolygonRgn(WINDOW_OUTLINE, modDeklarace::WINDING), true);
+    modDeklarace::SetWindowRgn(hWnd(), windowRegion(), true);
 
     DoEvents();
     if (!Loaded()) {

@@ -20,9 +20,9 @@ QPolygon RegionData::at(double ratio) const {
     return scaled;
 }
 
-Region CreatePolygonRgn(std::span<const OutlineVertex> vertices, int fillMode) {
+Region CreatePolygonRgn(std::span<const Point> vertices, int fillMode) {
     QPolygon polygon;
-    for (const OutlineVertex& vertex : vertices) {
+    for (const Point vertex : vertices) {
         polygon.append(QPoint(vertex.x, vertex.y));
     }
     const Qt::FillRule rule = fillMode == WINDING ? Qt::WindingFill : Qt::OddEvenFill;
@@ -59,7 +59,7 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
                      });
 }
 
-ScreenPoint GetCursorPos() {
+Point GetCursorPos() {
     // The system's own pixels are brought to logical ones by the toolkit, which knows the screens.
     const QPoint place = QCursor::pos();
     return {.x = place.x(), .y = place.y()};

@@ -2,8 +2,6 @@
 // No result is of interest: what the system can't do, it leaves. Texts and paths are UTF-8.
 #pragma once
 
-#include "main_window/window_outline.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -24,25 +22,26 @@ inline constexpr unsigned noSizeNoMove = 3;
 inline constexpr unsigned systemCommand = 274;
 inline constexpr unsigned moveByPointer = 61458;
 
+/// A place in pixels: on the screen or in a window, from the upper left corner.
+struct Point {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+};
+
 struct RegionData;
 /// A set of a window's pixels; null where the system could not make it.
 using Region = std::shared_ptr<const RegionData>;
 
 /// The pixels inside a polygon: those on its left and top edges are in, those on its right and
 /// bottom edges out. Vertices are in the window's pixels.
-[[nodiscard]] Region CreatePolygonRgn(std::span<const OutlineVertex> vertices, int fillMode);
+[[nodiscard]] Region CreatePolygonRgn(std::span<const Point> vertices, int fillMode);
 
 /// Makes a region all of a window that is seen and takes the pointer; without a region it is the
 /// whole rectangle.
 void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw);
 
-struct ScreenPoint {
-    int x = 0;
-    int y = 0;
-};
-
 /// Where the pointer is now, in pixels from the screen's upper left corner.
-[[nodiscard]] ScreenPoint GetCursorPos();
+[[nodiscard]] Point GetCursorPos();
 
 /// Puts a window above all that are not topmost, or among those again, whether it is shown yet or
 /// not. The window is neither hidden nor moved by it, so the last arguments are 0, 0, 0, 0 and

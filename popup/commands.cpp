@@ -6,7 +6,7 @@
 namespace zvonivec {
 
 void frmPlayer::ShowPopupMenu() {
-    const modDeklarace::ScreenPoint pointer = modDeklarace::GetCursorPos();
+    const modDeklarace::Point pointer = modDeklarace::GetCursorPos();
     // The corner at the pointer, also where the menu then runs off the screen.
     Popup().showAt(toTwips(pointer.x), toTwips(pointer.y));
 }

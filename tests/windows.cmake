@@ -14,6 +14,6 @@ set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
 # Without what drives servers and other programs of an X11 desktop.
 add_library(test_support STATIC support/files.cpp)
 
-foreach(kind unit window windows)
+foreach(kind unit window wine)
     add_subdirectory(${kind})
 endforeach()

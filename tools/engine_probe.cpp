@@ -1,9 +1,9 @@
 // engine_probe FILE...: what the engine makes of each file, one JSON object a line. For scripts and
 // tests; it plays nothing, and reads nothing but its arguments.
 
-#include "playback/engine/PlayerEngine.h"
-#include "playback/engine/loaded_file.h"
-#include "playback/engine/mp3_decoder.h"
+#include "engine/loaded_file.h"
+#include "engine/mp3_decoder.h"
+#include "playback/PlayerEngine.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>

@@ -4,7 +4,7 @@
 #include "skin/drawing/seat.h"
 #include "skin/drawing/studio.h"
 
-#include "main_window/window_outline.h"
+#include "skin/window_outline.h"
 
 #include <algorithm>
 #include <array>

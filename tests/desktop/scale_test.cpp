@@ -1,6 +1,6 @@
 // The player on screens with more pixels: sharp pictures, and an outline as fine as the screen.
-#include "main_window/window_outline.h"
 #include "skin/pictures.h"
+#include "skin/window_outline.h"
 #include "tests/desktop/desktop_test.h"
 
 #include <QPolygon>
@@ -35,7 +35,7 @@ protected:
     /// The outline in the screen's pixels.
     [[nodiscard]] QRegion outline() const {
         QPolygon polygon;
-        for (const zvonivec::OutlineVertex& vertex : zvonivec::WINDOW_OUTLINE) {
+        for (const zvonivec::skin::OutlineVertex& vertex : zvonivec::skin::WINDOW_OUTLINE) {
             polygon.append(QPoint(vertex.x * scale, vertex.y * scale));
         }
         return {polygon, Qt::WindingFill};

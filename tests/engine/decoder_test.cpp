@@ -1,6 +1,6 @@
 // Samples, against what the mpg123 program makes of the same file.
 
-#include "playback/engine/mp3_decoder.h"
+#include "engine/mp3_decoder.h"
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"

@@ -1,7 +1,7 @@
 // The real engine with a user-interface thread made of the test's own.
 #pragma once
 
-#include "playback/engine/mp3_engine.h"
+#include "engine/mp3_engine.h"
 
 #include <chrono>
 #include <condition_variable>

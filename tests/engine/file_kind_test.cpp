@@ -1,6 +1,6 @@
 // The kind of a file is told by its content: every file here bears a name that says otherwise.
 
-#include "playback/engine/file_kind.h"
+#include "engine/file_kind.h"
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"

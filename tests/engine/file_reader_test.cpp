@@ -1,6 +1,6 @@
 // Files that go wrong while they are read: on a real disk, and on one that fails as the test says.
 
-#include "playback/engine/file_reader.h"
+#include "engine/file_reader.h"
 
 #include "tests/engine/engine_under_test.h"
 #include "tests/support/mp3_samples.h"

@@ -5,7 +5,7 @@
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
 
-#include "playback/engine/mp3_decoder.h"
+#include "engine/mp3_decoder.h"
 
 #include <cmath>
 #include <filesystem>

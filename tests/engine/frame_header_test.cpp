@@ -1,4 +1,4 @@
-#include "playback/engine/frame_header.h"
+#include "engine/frame_header.h"
 
 #include "tests/support/mp3_samples.h"
 

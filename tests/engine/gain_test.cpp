@@ -1,4 +1,4 @@
-#include "playback/engine/gain.h"
+#include "engine/gain.h"
 
 #include <gtest/gtest.h>
 

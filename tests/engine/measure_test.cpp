@@ -1,6 +1,6 @@
 // Lengths and bit rates, against a full decode by the mpg123 program.
 
-#include "playback/engine/file_measure.h"
+#include "engine/file_measure.h"
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"

@@ -1,6 +1,6 @@
 // What the device's callback does, called by the test in its place.
 
-#include "playback/engine/sample_feed.h"
+#include "engine/sample_feed.h"
 
 #include "tests/support/recording.h"
 

@@ -1,6 +1,6 @@
-#include "playback/engine/tags.h"
+#include "engine/tags.h"
 
-#include "playback/engine/tag_text.h"
+#include "engine/tag_text.h"
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
 #include "tests/support/processor_time.h"

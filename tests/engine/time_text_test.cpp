@@ -1,4 +1,4 @@
-#include "playback/engine/time_text.h"
+#include "engine/time_text.h"
 
 #include <gtest/gtest.h>
 #include <limits>

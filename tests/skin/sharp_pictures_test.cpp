@@ -1,6 +1,6 @@
 // The pictures for screens with more pixels: the same device, drawn finer.
-#include "main_window/window_outline.h"
 #include "skin/pictures.h"
+#include "skin/window_outline.h"
 
 #include <QImage>
 #include <QPolygon>
@@ -120,7 +120,7 @@ TEST_P(SharpPicture, IsOfOneBitTransparency) {
 
 TEST_P(SharpPicture, BodyIsClearExactlyOutsideTheScaledOutline) {
     QPolygon polygon;
-    for (const zvonivec::OutlineVertex& vertex : zvonivec::WINDOW_OUTLINE) {
+    for (const zvonivec::skin::OutlineVertex& vertex : zvonivec::skin::WINDOW_OUTLINE) {
         polygon.append(QPoint(vertex.x * scale, vertex.y * scale));
     }
     const QRegion inside(polygon, Qt::WindingFill);

@@ -1,7 +1,7 @@
 // An engine that plays nothing: the test scripts what it knows of files, and when its events come.
 #pragma once
 
-#include "playback/engine/PlayerEngine.h"
+#include "playback/PlayerEngine.h"
 
 #include <algorithm>
 #include <cstddef>

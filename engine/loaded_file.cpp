@@ -1,0 +1,49 @@
+#include "engine/loaded_file.h"
+
+#include <utility>
+
+namespace zvonivec {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// One question's wait, short enough to go unnoticed.
+constexpr auto shortWait = 5ms;
+/// After this long a disk is too slow to be waited for.
+constexpr auto longestWait = 3s;
+
+} // namespace
+
+LoadedFile::LoadedFile(std::shared_ptr<const FileReader> reader)
+    : reader_(std::move(reader)), kind_(detectFileKind(reader_)),
+      measure_(kind_.stream ? std::make_unique<FileMeasure>(reader_, *kind_.stream) : nullptr) {
+    facts_.known = measure_ == nullptr;
+    if (measure_) {
+        facts_.measurement = measure_->measurement();
+    }
+}
+
+void LoadedFile::setFacts(Facts facts) {
+    const std::lock_guard lock(mutex_);
+    facts_ = std::move(facts);
+    changed_.notify_all();
+}
+
+LoadedFile::Facts LoadedFile::facts() const {
+    const std::lock_guard lock(mutex_);
+    return facts_;
+}
+
+Measurement LoadedFile::measurement() const {
+    const std::lock_guard lock(mutex_);
+    return facts_.measurement;
+}
+
+bool LoadedFile::waitUntilKnown() const {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, shortWait, [this] { return facts_.known; }) ||
+           std::chrono::steady_clock::now() - loadedAt_ >= longestWait;
+}
+
+} // namespace zvonivec

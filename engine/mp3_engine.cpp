@@ -1,0 +1,300 @@
+// The engine as the user-interface thread sees it: its state, and the events of the decoder thread
+// that still matter when they arrive.
+
+#include "engine/mp3_engine.h"
+
+#include "engine/decoder_thread.h"
+#include "engine/gain.h"
+#include "engine/loaded_file.h"
+#include "engine/time_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace zvonivec {
+
+namespace {
+
+class Mp3Engine final : public PlayerEngine,
+                        private PlayerEngine::Controls,
+                        private PlayerEngine::Media,
+                        private PlayerEngine::Settings {
+public:
+    Mp3Engine(PostToUserInterface post, OpenFile open);
+    Mp3Engine(const Mp3Engine&) = delete;
+    Mp3Engine& operator=(const Mp3Engine&) = delete;
+    ~Mp3Engine() override;
+
+    [[nodiscard]] std::string URL() const override { return url_; }
+    void setURL(const std::string& path) override;
+    [[nodiscard]] PlayState playState() const override { return state_; }
+    void setEnableContextMenu(bool) override {}
+    [[nodiscard]] PlayerEngine::Controls& controls() override { return *this; }
+    [[nodiscard]] PlayerEngine::Media& currentMedia() override { return *this; }
+    [[nodiscard]] PlayerEngine::Settings& settings() override { return *this; }
+
+private:
+    using EventHandler = void (Mp3Engine::*)(std::uint64_t run);
+
+    void play() override;
+    void pause() override;
+    void stop() override;
+    [[nodiscard]] double currentPosition() const override;
+    void setCurrentPosition(double seconds) override;
+    [[nodiscard]] std::string currentPositionString() const override;
+
+    [[nodiscard]] double duration() const override;
+    [[nodiscard]] std::string durationString() const override;
+    [[nodiscard]] std::string getItemInfo(std::string_view name) const override;
+    [[nodiscard]] bool isReadOnlyItem(std::string_view name) const override;
+
+    [[nodiscard]] std::int32_t volume() const override { return volume_; }
+    void setVolume(std::int32_t percent) override;
+    [[nodiscard]] bool autoStart() const override { return autoStart_; }
+    void setAutoStart(bool on) override { autoStart_ = on; }
+
+    DecoderThread::Events postedEvents();
+    void runEnded(std::uint64_t run);
+    void runFailed(std::uint64_t run);
+    bool raise(PlayState state);
+    void rest(double position);
+
+    /// Locked by what is posted: when it is gone, so is the engine. Both happen on the
+    /// user-interface thread.
+    std::shared_ptr<Mp3Engine*> self_ = std::make_shared<Mp3Engine*>(this);
+
+    const PostToUserInterface post_; ///< called on the decoder thread
+    const OpenFile open_;
+
+    std::string url_;
+    std::shared_ptr<LoadedFile> file_;
+    PlayState state_ = PlayState::undefined;
+    std::int32_t volume_ = 50;
+    bool autoStart_ = true;
+
+    /// Changes with every command that makes earlier events of the decoder thread untrue.
+    std::uint64_t run_ = 1;
+    /// The stream of the feed that run_ plays.
+    std::uint64_t stream_ = 0;
+    /// Whether the track has come to its natural end and nothing has moved it since: its last
+    /// samples may still be on their way out.
+    bool ended_ = false;
+    /// Whether play continues what was paused; else it starts at position_.
+    bool resumes_ = false;
+    /// Where the track rests, or the last position told, so that time doesn't run backwards.
+    mutable double position_ = 0;
+
+    const std::shared_ptr<DecoderThread> thread_;
+};
+
+Mp3Engine::Mp3Engine(PostToUserInterface post, OpenFile open)
+    : post_(std::move(post)), open_(std::move(open)),
+      thread_(DecoderThread::create(postedEvents())) {
+    thread_->feed().setGain(gainOfVolume(volume_));
+}
+
+Mp3Engine::~Mp3Engine() {
+    self_.reset();
+    thread_->feed().allow(0);
+    thread_->end();
+}
+
+DecoderThread::Events Mp3Engine::postedEvents() {
+    const auto posted = [this](EventHandler handler) {
+        return [post = post_, handler, weak = std::weak_ptr(self_)](std::uint64_t run) {
+            if (!post) {
+                return;
+            }
+            post([handler, weak, run] {
+                // Not kept locked: a handler that destroys the engine must be noticed.
+                auto self = weak.lock();
+                Mp3Engine* const engine = self ? *self : nullptr;
+                self.reset();
+                if (engine != nullptr) {
+                    (engine->*handler)(run);
+                }
+            });
+        };
+    };
+    return {.ended = posted(&Mp3Engine::runEnded), .failed = posted(&Mp3Engine::runFailed)};
+}
+
+void Mp3Engine::setURL(const std::string& path) {
+    ++run_;
+    rest(0);
+    ended_ = false;
+    url_ = path;
+    file_ = path.empty() ? nullptr : std::make_shared<LoadedFile>(open_(path));
+    state_ = path.empty() ? PlayState::undefined : PlayState::ready;
+    thread_->load(file_);
+    if (autoStart_) {
+        play();
+    }
+}
+
+void Mp3Engine::play() {
+    if (!file_ || state_ == PlayState::playing) {
+        return;
+    }
+    if (resumes_) {
+        thread_->resume();
+    } else if (ended_) {
+        thread_->restart(++run_);
+    } else {
+        thread_->start(++run_, ++stream_, position_);
+    }
+    resumes_ = false;
+    ended_ = false;
+    thread_->feed().allow(stream_);
+    state_ = PlayState::playing;
+    raise(PlayState::playing);
+}
+
+void Mp3Engine::pause() {
+    if (state_ != PlayState::playing) {
+        return;
+    }
+    thread_->feed().allow(0);
+    thread_->pause();
+    resumes_ = true;
+    state_ = PlayState::paused;
+    raise(PlayState::paused);
+}
+
+void Mp3Engine::stop() {
+    ++run_;
+    rest(0);
+    state_ = file_ ? PlayState::stopped : PlayState::undefined;
+    raise(PlayState::stopped);
+}
+
+/// Silent, and at a position. What is left of a track that has ended may be heard out.
+void Mp3Engine::rest(double position) {
+    if (!ended_) {
+        thread_->feed().allow(0);
+        thread_->stop();
+    }
+    resumes_ = false;
+    position_ = position;
+}
+
+double Mp3Engine::currentPosition() const {
+    if (state_ == PlayState::playing || resumes_) {
+        if (const auto heard = thread_->position(run_)) {
+            position_ = std::max(position_, *heard);
+        }
+    }
+    return position_;
+}
+
+void Mp3Engine::setCurrentPosition(double seconds) {
+    if (!file_ || std::isnan(seconds)) {
+        return;
+    }
+    const bool known = file_->facts().known;
+    position_ = std::max(0.0, known ? std::min(seconds, duration()) : seconds);
+    ++run_;
+    ended_ = false;
+    resumes_ = false;
+    if (state_ == PlayState::playing) {
+        thread_->start(run_, ++stream_, position_);
+        thread_->feed().allow(stream_);
+    }
+}
+
+std::string Mp3Engine::currentPositionString() const {
+    return timeText(currentPosition());
+}
+
+double Mp3Engine::duration() const {
+    return file_ ? file_->measurement().seconds : 0;
+}
+
+std::string Mp3Engine::durationString() const {
+    return timeText(duration());
+}
+
+std::string Mp3Engine::getItemInfo(std::string_view name) const {
+    if (!file_) {
+        return {};
+    }
+    if (name == "Filetype") {
+        return file_->kind().extension;
+    }
+    const LoadedFile::Facts facts = file_->facts();
+    if (name == "Bitrate") {
+        return facts.measurement.bitRate > 0 ? std::to_string(facts.measurement.bitRate)
+                                             : std::string();
+    }
+    using Tag = std::pair<std::string_view, std::string TrackTags::*>;
+    static constexpr std::array<Tag, 6> tags = {{{"Author", &TrackTags::author},
+                                                 {"Title", &TrackTags::title},
+                                                 {"Album", &TrackTags::album},
+                                                 {"Description", &TrackTags::description},
+                                                 {"Genre", &TrackTags::genre},
+                                                 {"WM/Year", &TrackTags::year}}};
+    const auto* const found =
+        std::ranges::find(tags, name, [](const Tag& tag) { return tag.first; });
+    return found == tags.end() ? std::string() : facts.tags.*found->second;
+}
+
+bool Mp3Engine::isReadOnlyItem(std::string_view name) const {
+    return name != "Bitrate" || !file_ || file_->waitUntilKnown();
+}
+
+void Mp3Engine::setVolume(std::int32_t percent) {
+    volume_ = std::clamp(percent, 0, 100);
+    thread_->feed().setGain(gainOfVolume(volume_));
+}
+
+void Mp3Engine::runEnded(std::uint64_t run) {
+    // One that was told just before a pause comes again after it.
+    if (run != run_ || state_ != PlayState::playing) {
+        return;
+    }
+    ++run_;
+    ended_ = true;
+    position_ = 0;
+    for (const PlayState state :
+         {PlayState::mediaEnded, PlayState::transitioning, PlayState::stopped}) {
+        state_ = state;
+        if (!raise(state) || state_ != state) {
+            return; // the handler went on to something else
+        }
+    }
+}
+
+void Mp3Engine::runFailed(std::uint64_t run) {
+    if (run != run_) {
+        return;
+    }
+    ++run_;
+    rest(0);
+    state_ = PlayState::stopped;
+    if (const auto handler = MediaError) {
+        handler();
+    }
+}
+
+/// Raises PlayStateChange; False when the handler has destroyed the engine.
+bool Mp3Engine::raise(PlayState state) {
+    const std::weak_ptr<Mp3Engine*> alive = self_;
+    if (const auto handler = PlayStateChange) {
+        handler(state);
+    }
+    return !alive.expired();
+}
+
+} // namespace
+
+std::unique_ptr<PlayerEngine> createMp3Engine(PostToUserInterface post, OpenFile open) {
+    return std::make_unique<Mp3Engine>(std::move(post), std::move(open));
+}
+
+std::unique_ptr<PlayerEngine> createPlayerEngine(PostToUserInterface post) {
+    return createMp3Engine(std::move(post), &FileReader::open);
+}
+
+} // namespace zvonivec

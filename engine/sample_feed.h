@@ -1,0 +1,102 @@
+// What stands between the decoder thread and the sound device: a ring of decoded samples, the
+// volume, and the gate that lets sound out or keeps it in. The device's callback only ever takes
+// what is there: no locks, no memory, no system calls.
+#pragma once
+
+#include "engine/ring.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace zvonivec {
+
+/// Samples belong to streams: a stream is an unbroken sequence of frames, numbered from 1 on. A
+/// seek or another file begins a new stream. The gate lets one stream sound.
+///
+/// Silencing a stream in the middle makes no click: a few milliseconds of what would have come are
+/// faded out and still come later in full, led in by the few milliseconds before them. What is
+/// heard around a pause, the two fades left out, is the track, frame by frame.
+class SampleFeed {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// Frames of each of the two fades.
+    static constexpr std::size_t fadeFrames = 128;
+
+    explicit SampleFeed(std::size_t capacity) : ring_(capacity) {}
+
+    // --- any thread ---
+
+    /// Lets a stream sound as soon as it is there, and silences every other; 0 silences all.
+    void allow(std::uint64_t stream) { allowed_.store(stream); }
+
+    /// Moves the volume to a factor of 0 to 1, within a few milliseconds.
+    void setGain(float gain) { gain_.store(gain); }
+
+    /// The last time the callback took frames.
+    struct Taken {
+        std::uint64_t end = 0; ///< number of the frame behind the last one taken
+        std::size_t count = 0;
+        Clock::time_point when;
+    };
+    [[nodiscard]] Taken taken() const;
+
+    // --- decoder thread ---
+
+    /// Frames change their format. Only while no device calls fill. All streams are gone.
+    void setFormat(int channels, int sampleRate);
+
+    /// What is written from now on is a new stream; what is there of the old one is given up.
+    void beginStream(std::uint64_t stream);
+
+    /// Does the giving up at once. Only while no device calls fill, which does it otherwise.
+    void dropOld();
+
+    /// Number of the frame that is written next.
+    [[nodiscard]] std::uint64_t writeIndex() const { return ring_.writeIndex(); }
+    [[nodiscard]] std::uint64_t readIndex() const { return ring_.readIndex(); }
+    /// How many frames fit in now.
+    [[nodiscard]] std::size_t space() const { return ring_.space(); }
+    /// Appends frames, channels alternating, which must fit in.
+    void write(std::span<const std::int16_t> samples) { ring_.write(samples); }
+
+    // --- the device's callback ---
+
+    /// Fills a buffer of the device, with silence where there is nothing to play.
+    void fill(std::span<std::int16_t> target);
+
+private:
+    std::size_t fadeOut(std::span<std::int16_t> target, std::uint64_t limit);
+    std::size_t leadIn(std::span<std::int16_t> target);
+    void remember(std::span<const std::int16_t> samples);
+    void applyGain(std::span<std::int16_t> samples);
+    void publishTaken(std::uint64_t end, std::size_t count);
+
+    FrameRing ring_;
+    std::atomic<std::uint64_t> allowed_{0};
+    std::atomic<float> gain_{1.0F};
+
+    // The stream being written: its start is stored before its number.
+    std::atomic<std::uint64_t> streamStart_{0};
+    std::atomic<std::uint64_t> stream_{0};
+
+    // Taken, guarded by a version that is odd while the callback writes.
+    std::atomic<std::uint32_t> takenVersion_{0};
+    std::atomic<std::uint64_t> takenEnd_{0};
+    std::atomic<std::uint64_t> takenCount_{0};
+    std::atomic<Clock::rep> takenWhen_{0};
+
+    // The callback's own; setFormat resets them while it doesn't run.
+    std::uint64_t sounding_ = 0;   ///< stream that sounds now, 0: none
+    std::uint64_t remembered_ = 0; ///< stream of the frames in memory_
+    std::size_t memoryFrames_ = 0;
+    std::array<std::int16_t, fadeFrames * 2> memory_{}; ///< the last frames taken
+    float currentGain_ = 1.0F;
+    float gainStep_ = 0.001F; ///< change per frame on the way to another volume
+};
+
+} // namespace zvonivec

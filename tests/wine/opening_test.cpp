@@ -1,0 +1,108 @@
+// A file through the system's dialog, heard and shown.
+#include "tests/wine/wine_test.h"
+
+#include <filesystem>
+
+namespace support {
+
+namespace {
+
+/// At volume 100 what is heard is what the file holds.
+class OpeningTest : public WindowsTest {
+protected:
+    OpeningTest() : WindowsTest("[General]\r\nVolume=100\r\n") {}
+
+    /// Wine hands the samples on as floating-point numbers, from which the server makes whole
+    /// ones: the last bit may be rounded the other way.
+    static constexpr int ROUNDING = 1;
+
+    void open(const std::string& path) {
+        DesktopTest::click(player::LOGO.middle());
+        openInDialog(path);
+    }
+    /// A file of noise with Czech tags.
+    [[nodiscard]] Samples makeSong(const std::string& path, double seconds) const {
+        EXPECT_TRUE(encodeNoise(path, seconds,
+                                {"-b", "128", "--id3v2-only", "--id3v2-utf16", "--tt",
+                                 "Příliš žluťoučký kůň", "--ta", "Ďábelské ódy", "--tl", "Úpěl"}));
+        return decodeWithMpg123(path);
+    }
+};
+
+TEST_F(OpeningTest, SoundsAsTheFileAndAgainAtItsEnd) {
+    const std::string path = folder_.file("song.mp3");
+    samples_ = makeSong(path, 4);
+    const Samples start(samples_.begin(), samples_.begin() + 2000);
+    recording_ = std::make_unique<Recording>(sound_);
+    open(path);
+    EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    EXPECT_TRUE(player_->showsMark(player::play));
+    std::optional<std::size_t> first;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            first = findIn(recording_->samples(), start, 0, ROUNDING);
+            return first.has_value();
+        },
+        std::chrono::seconds(20)));
+    // Repeating is on without settings.
+    std::optional<std::size_t> again;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            again = findIn(recording_->samples(), start, *first + samples_.size(), ROUNDING);
+            return again.has_value();
+        },
+        std::chrono::seconds(20)));
+    const Match match = follow(recording_->samples(), *first, samples_, 0, true, ROUNDING);
+    EXPECT_EQ(match.length, samples_.size());
+    RecordProperty("silence", static_cast<int>(match.silence));
+}
+
+TEST_F(OpeningTest, CzechLettersInNamesAndTagsAreRightEverywhere) {
+    const std::string folder = folder_.file("Písničky žluťoučkých koní");
+    std::filesystem::create_directory(folder);
+    const std::string path = folder + "/01 – ďábelské ódy.mp3";
+    ASSERT_FALSE(makeSong(path, 20).empty());
+    openMenu();
+    click(menu::open);
+    openInDialog(path);
+    ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    EXPECT_TRUE(waitUntil([&] { return sound_.playingStreams() == 1; }));
+
+    choose(menu::properties);
+    const auto box = waitForTitle(std::string(player::TITLE) + " - vlastnosti souboru MP3");
+    ASSERT_TRUE(box);
+    const std::string texts = windowTexts();
+    EXPECT_NE(texts.find("Přehrávání: 128 kb/s\r\nDélka skladby: 00:20\r\n"
+                         "Interpret: Ďábelské ódy\r\nSkladba: Příliš žluťoučký kůň\r\n"
+                         "Album: Úpěl\r\n\r\nURL: " +
+                         windowsPath(path) + "\n"),
+              std::string::npos)
+        << texts;
+    answer(*box, "Return");
+    EXPECT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
+    closePlayer();
+    EXPECT_TRUE(waitUntil([&] { return sound_.playingStreams() == 0; }));
+}
+
+TEST_F(OpeningTest, OtherFilesAreRefused) {
+    const std::string path = folder_.file("slova.mp3");
+    writeFile(path, "Toto jsou slova.\n");
+    open(path);
+    const auto box = waitForTitle(player::TITLE);
+    ASSERT_TRUE(box);
+    answer(*box, "Return");
+    // The dialog comes again.
+    const auto dialog = waitForDialog();
+    ASSERT_TRUE(dialog);
+    // A dialog that is shown may still take no keys.
+    EXPECT_TRUE(waitUntil([&] {
+        keyboard_.key("Escape");
+        return waitUntil([&] { return !dialog->isShown(); }, std::chrono::seconds(1));
+    }));
+    EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
+    closePlayer();
+}
+
+} // namespace
+
+} // namespace support

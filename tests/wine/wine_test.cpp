@@ -1,0 +1,97 @@
+#include "tests/wine/wine_test.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace support {
+
+void WindowsTest::SetUp() {
+    ASSERT_NE(std::getenv("WINEPREFIX"), nullptr) << "run packaging/windows/test";
+    if (!firstSettings_.empty()) {
+        std::filesystem::create_directory(folder_.file("program"));
+        writeFile(settingsPath(), firstSettings_);
+    }
+    MenuTest::SetUp();
+}
+
+void WindowsTest::TearDown() {
+    MenuTest::TearDown();
+    // All that Wine has started hangs on the display, which goes next.
+    (void)runInSession({"wineserver", "-k"}); // fails where none runs any more
+    EXPECT_EQ(runInSession({"wineserver", "-w"}), 0);
+}
+
+int WindowsTest::runInSession(const std::vector<std::string>& argv,
+                              const std::string& outputFile) const {
+    Process::Options options;
+    options.environment = environment();
+    options.environment.emplace_back("SDL_AUDIODRIVER", "");
+    options.outputFile = outputFile;
+    options.errorFile = "/dev/null";
+    return run(argv, options);
+}
+
+std::string WindowsTest::windowTexts() const {
+    const std::string file = folder_.file("texts");
+    EXPECT_EQ(runInSession({"wine", WINDOW_TEXTS}, file), 0);
+    return readFile(file);
+}
+
+std::optional<Window> WindowsTest::waitForTitle(const std::string& title) const {
+    return waitForWindowWithKeyboard([&](const Window& window) {
+        return window.title() == title && !(window == player_->window());
+    });
+}
+
+std::string WindowsTest::windowsPath(std::string path) {
+    std::ranges::replace(path, '/', '\\');
+    return "Z:" + path;
+}
+
+void WindowsTest::openInDialog(const std::string& path) {
+    const auto dialog = waitForDialog();
+    ASSERT_TRUE(dialog) << "no dialog";
+    const std::string name = windowsPath(path);
+    if (std::ranges::all_of(name, [](char character) { return character > 0; })) {
+        keyboard_.type(name);
+    } else { // Wine knows no keys for letters that the keyboard didn't have when it started
+        ASSERT_EQ(runInSession({"wine", WINDOW_TEXTS, player::DIALOG_TITLE, name}), 0);
+    }
+    // The system reads the keys from its own queue.
+    EXPECT_TRUE(waitUntil([&] { return windowTexts().find(name) != std::string::npos; }))
+        << windowTexts();
+    answer(*dialog, "Return");
+}
+
+Point WindowsTest::corner() const {
+    const Rectangle place = player_->window().place();
+    return {place.x, place.y};
+}
+
+bool WindowsTest::becomesPlacedAt(Point place) const {
+    return waitUntil([&] { return corner() == place; });
+}
+
+bool WindowsTest::becomesGone() const {
+    const auto code = player_->process().waitForExit(std::chrono::seconds(20));
+    EXPECT_EQ(code, 0);
+    return code.has_value();
+}
+
+bool WindowsTest::lightsUp(player::Button button) const {
+    const Rectangle& place = player::BUTTONS.at(button);
+    // A hand moves more than once: Wine may keep the move for itself that comes into a window.
+    return waitUntil([&] {
+        moveTo(place.middle());
+        moveTo({place.x + 3, place.y + 3});
+        return player_->showsButton(button, player::Look::hover);
+    });
+}
+
+void WindowsTest::closePlayer() {
+    MenuTest::click(player::close);
+    EXPECT_TRUE(becomesGone());
+}
+
+} // namespace support
