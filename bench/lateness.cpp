@@ -56,9 +56,9 @@ class Watch {
 public:
     Watch() {
         timer_.setTimerType(Qt::PreciseTimer);
-        timer_.setInterval(interval);
+        timer_.setInterval(INTERVAL);
         QObject::connect(&timer_, &QTimer::timeout, &context_, [this] {
-            lateness.add(std::max(0.0, millisecondsSince(ticked_) - interval));
+            lateness.add(std::max(0.0, millisecondsSince(ticked_) - INTERVAL));
             ticked_ = Clock::now();
         });
         timer_.start();
@@ -67,7 +67,7 @@ public:
     Histogram lateness;
 
 private:
-    static constexpr int interval = 5;
+    static constexpr int INTERVAL = 5;
     QObject context_;
     QTimer timer_;
     Clock::time_point ticked_ = Clock::now();

@@ -10,23 +10,23 @@ namespace bench {
 
 namespace {
 
-constexpr double megabyte = 1.0 / (1 << 20);
+constexpr double MEGABYTE = 1.0 / (1 << 20);
 
-constexpr std::array all{
+constexpr std::array ALL{
     Column{"playing", "Playing, s/min", 1, 2},
     Column{"minimised", "Minimised, s/min", 1, 2},
     Column{"idle", "Idle, s/min", 1, 3},
     Column{"playing_display", "Display server, playing, s/min", 1, 2},
-    Column{"memory", "Memory (PSS), MB", megabyte, 1},
-    Column{"own_memory", "Private dirty, MB", megabyte, 1},
+    Column{"memory", "Memory (PSS), MB", MEGABYTE, 1},
+    Column{"own_memory", "Private dirty, MB", MEGABYTE, 1},
     Column{"window", "Window, ms", 1000, 0},
     Column{"sound", "Sound, ms", 1000, 0},
     Column{"play", "Play to sound, ms", 1000, 0},
     Column{"playing_wake_ups", "Wake-ups/s, playing", 1, 1},
     Column{"minimised_wake_ups", "Wake-ups/s, minimised", 1, 1},
     Column{"idle_wake_ups", "Wake-ups/s, idle", 1, 1},
-    Column{"program", "Program, MB", megabyte, 1},
-    Column{"own_libraries", "Libraries of its own, MB", megabyte, 1},
+    Column{"program", "Program, MB", MEGABYTE, 1},
+    Column{"own_libraries", "Libraries of its own, MB", MEGABYTE, 1},
 };
 
 std::string number(double value, int digits) {
@@ -59,7 +59,7 @@ std::optional<double> median(std::vector<double> values) {
 }
 
 std::span<const Column> columns() {
-    return all;
+    return ALL;
 }
 
 void Report::add(std::string_view subject, std::string_view key, double value) {
@@ -114,7 +114,7 @@ std::string Report::table() const {
         rule += "---:|";
     }
     text += rule + "\n";
-    for (const Column& column : all) {
+    for (const Column& column : ALL) {
         text += "| " + std::string(column.title) + " |";
         for (const std::string& subject : order_) {
             const auto value = of(subject, column.key);

@@ -15,20 +15,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto betweenLooks = 2ms;
-constexpr auto longest = 30s;
+constexpr auto BETWEEN_LOOKS = 2ms;
+constexpr auto LONGEST = 30s;
 
 double secondsSince(Clock::time_point moment) {
     return std::chrono::duration<double>(Clock::now() - moment).count();
 }
 
 bool waitUntil(const std::function<bool()>& condition) {
-    const auto end = Clock::now() + longest;
+    const auto end = Clock::now() + LONGEST;
     while (!condition()) {
         if (Clock::now() > end) {
             return false;
         }
-        std::this_thread::sleep_for(betweenLooks);
+        std::this_thread::sleep_for(BETWEEN_LOOKS);
     }
     return true;
 }

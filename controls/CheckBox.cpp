@@ -12,8 +12,8 @@ namespace zvonivec {
 
 namespace {
 
-constexpr int boxSize = 13;
-constexpr int captionGap = 4;
+constexpr int BOX_SIZE = 13;
+constexpr int CAPTION_GAP = 4;
 
 } // namespace
 
@@ -43,7 +43,7 @@ void CheckBox::press() {
 }
 
 void CheckBox::clicked(std::int16_t button) {
-    if (button == leftButton) {
+    if (button == LEFT_BUTTON) {
         press();
     }
 }
@@ -62,13 +62,13 @@ AccessibleTraits CheckBox::accessibleTraits() const {
 
 void CheckBox::paint(QPainter& painter) {
     const QRect all = painter.window();
-    painter.fillRect(all, toQColor(BackColor()));
+    painter.fillRect(all, toQColour(BackColor()));
 
-    const QRect box(0, (all.height() - boxSize) / 2, boxSize, boxSize);
-    painter.fillRect(box, toQColor(ForeColor()));
+    const QRect box(0, (all.height() - BOX_SIZE) / 2, BOX_SIZE, BOX_SIZE);
+    painter.fillRect(box, toQColour(ForeColor()));
     painter.fillRect(box.adjusted(1, 1, -1, -1), QColor(6, 26, 32));
     if (value_ != 0) {
-        QPen mark(toQColor(ForeColor()), 2);
+        QPen mark(toQColour(ForeColor()), 2);
         mark.setCapStyle(Qt::SquareCap);
         painter.setPen(mark);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -81,8 +81,8 @@ void CheckBox::paint(QPainter& painter) {
     }
 
     painter.setFont(formFont(bold_));
-    painter.setPen(toQColor(ForeColor()));
-    painter.drawText(all.adjusted(boxSize + captionGap, 0, 0, 0),
+    painter.setPen(toQColour(ForeColor()));
+    painter.drawText(all.adjusted(BOX_SIZE + CAPTION_GAP, 0, 0, 0),
                      Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
                      CaptionText::of(QString::fromStdString(caption_)).text);
 }

@@ -86,16 +86,16 @@ void Control::setToolTipText(const std::string& text) {
     }
 }
 
-void Control::setForeColor(Color color) {
-    if (color != foreColor_) {
-        foreColor_ = color;
+void Control::setForeColor(Colour colour) {
+    if (colour != foreColour_) {
+        foreColour_ = colour;
         repaint();
     }
 }
 
-void Control::setBackColor(Color color) {
-    if (color != backColor_) {
-        backColor_ = color;
+void Control::setBackColor(Colour colour) {
+    if (colour != backColour_) {
+        backColour_ = colour;
         repaint();
     }
 }

@@ -26,9 +26,9 @@ namespace zvonivec {
 class ControlWidget;
 struct ControlLayout;
 
-inline constexpr std::int16_t leftButton = 1;
-inline constexpr std::int16_t rightButton = 2;
-inline constexpr std::int16_t middleButton = 4;
+inline constexpr std::int16_t LEFT_BUTTON = 1;
+inline constexpr std::int16_t RIGHT_BUTTON = 2;
+inline constexpr std::int16_t MIDDLE_BUTTON = 4;
 
 /// The number of the Escape key.
 inline constexpr std::int16_t vbKeyEscape = 27;
@@ -81,10 +81,10 @@ public:
     [[nodiscard]] const std::string& Tag() const { return tag_; }
     void setTag(const std::string& text) { tag_ = text; }
 
-    [[nodiscard]] Color ForeColor() const { return foreColor_; }
-    void setForeColor(Color color);
-    [[nodiscard]] Color BackColor() const { return backColor_; }
-    void setBackColor(Color color);
+    [[nodiscard]] Colour ForeColor() const { return foreColour_; }
+    void setForeColor(Colour colour);
+    [[nodiscard]] Colour BackColor() const { return backColour_; }
+    void setBackColor(Colour colour);
 
     /// Gives the control all that its row of a layout table says.
     virtual void lay(const ControlLayout& row);
@@ -135,8 +135,8 @@ private:
     bool enabled_ = true;
     std::string toolTipText_;
     std::string tag_;
-    Color foreColor_ = 0;
-    Color backColor_ = 0;
+    Colour foreColour_ = 0;
+    Colour backColour_ = 0;
 };
 
 } // namespace zvonivec

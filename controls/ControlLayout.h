@@ -7,7 +7,7 @@
 
 namespace zvonivec {
 
-enum class Alignment { left, right, center };
+enum class Alignment { left, right, centre };
 
 struct ControlLayout {
     std::string_view Name = {};
@@ -19,8 +19,8 @@ struct ControlLayout {
     std::string_view Caption = {};
     std::string_view ToolTipText = {};
     std::string_view Picture = {}; ///< name of a picture among the program's resources
-    Color ForeColor = 0;
-    Color BackColor = 0;
+    Colour ForeColor = 0;
+    Colour BackColor = 0;
     bool Bold = false;
     bool AutoSize = false;   ///< a label takes the size of its caption
     bool Transparent = true; ///< a label shows what lies beneath it

@@ -153,9 +153,9 @@ void Form::setPicture(const Picture& picture) {
 
 enum Form::WindowState Form::WindowState() const {
     if (widget().isMinimized()) {
-        return WindowState::minimized;
+        return WindowState::minimised;
     }
-    return widget().isMaximized() ? WindowState::maximized : WindowState::normal;
+    return widget().isMaximized() ? WindowState::maximised : WindowState::normal;
 }
 
 void Form::setWindowState(enum WindowState state) {
@@ -166,10 +166,10 @@ void Form::setWindowState(enum WindowState state) {
     case WindowState::normal:
         widget().showNormal();
         break;
-    case WindowState::minimized:
+    case WindowState::minimised:
         widget().showMinimized();
         break;
-    case WindowState::maximized:
+    case WindowState::maximised:
         break; // A drawn window has one size.
     }
 }

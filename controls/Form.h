@@ -18,7 +18,7 @@ public:
         main, ///< has a taskbar entry and can be minimised
         popup ///< has neither, and lies exactly where it is put, above all others while it is shown
     };
-    enum class WindowState { normal = 0, minimized = 1, maximized = 2 };
+    enum class WindowState { normal = 0, minimised = 1, maximised = 2 };
 
     ~Form() override;
 

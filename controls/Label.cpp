@@ -13,13 +13,13 @@ namespace zvonivec {
 
 namespace {
 
-constexpr int minimumWidth = 3;
+constexpr int MINIMUM_WIDTH = 3;
 
 int flagsOf(Alignment alignment) {
     switch (alignment) {
     case Alignment::right:
         return Qt::AlignRight | Qt::AlignTop;
-    case Alignment::center:
+    case Alignment::centre:
         return Qt::AlignHCenter | Qt::AlignTop;
     case Alignment::left:
         break;
@@ -47,7 +47,7 @@ void Label::fit() {
     }
     const QFontMetrics metrics(formFont(bold_));
     const QString shown = CaptionText::of(QString::fromStdString(caption_)).text;
-    const float width = toTwips(std::max(minimumWidth, metrics.horizontalAdvance(shown)));
+    const float width = toTwips(std::max(MINIMUM_WIDTH, metrics.horizontalAdvance(shown)));
     const float right = Left() + Width();
     setSize(width, Height());
     if (alignment_ == Alignment::right) {
@@ -67,12 +67,12 @@ void Label::lay(const ControlLayout& row) {
 void Label::press() {
     Control::press();
     if (Enabled()) {
-        clicked(leftButton);
+        clicked(LEFT_BUTTON);
     }
 }
 
 void Label::clicked(std::int16_t button) {
-    if (Click && (button == leftButton || button == rightButton)) {
+    if (Click && (button == LEFT_BUTTON || button == RIGHT_BUTTON)) {
         Click();
     }
 }
@@ -84,10 +84,10 @@ AccessibleTraits Label::accessibleTraits() const {
 
 void Label::paint(QPainter& painter) {
     if (!transparent_) {
-        painter.fillRect(painter.window(), toQColor(BackColor()));
+        painter.fillRect(painter.window(), toQColour(BackColor()));
     }
     painter.setFont(formFont(bold_));
-    painter.setPen(toQColor(ForeColor()));
+    painter.setPen(toQColour(ForeColor()));
     const CaptionText shown = CaptionText::of(QString::fromStdString(caption_));
     const int flags = flagsOf(alignment_) | Qt::TextSingleLine;
     painter.drawText(painter.window(), flags, shown.text);

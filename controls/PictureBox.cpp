@@ -62,7 +62,7 @@ bool PictureBox::slide() {
         picture.setDevicePixelRatio(ratio);
         widget().render(&picture);
         pictureIsOld_ = false;
-        serverHasPicture_ = sliding_->setPicture(picture, toQColor(container()->BackColor()));
+        serverHasPicture_ = sliding_->setPicture(picture, toQColour(container()->BackColor()));
     }
     if (!serverHasPicture_) {
         return false;
@@ -90,7 +90,7 @@ AccessibleTraits PictureBox::accessibleTraits() const {
 
 void PictureBox::paint(QPainter& painter) {
     const QRect all = painter.window();
-    const QColor ground = toQColor(BackColor());
+    const QColor ground = toQColour(BackColor());
     painter.fillRect(all, ground);
     if (edge_) {
         // A dark contour against whatever lies behind, then a bevel under the device's lamp.

@@ -13,9 +13,9 @@ namespace zvonivec {
 namespace {
 
 std::int16_t toButtons(Qt::MouseButtons buttons) {
-    return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? leftButton : 0) |
-                                     (buttons.testFlag(Qt::RightButton) ? rightButton : 0) |
-                                     (buttons.testFlag(Qt::MiddleButton) ? middleButton : 0));
+    return static_cast<std::int16_t>((buttons.testFlag(Qt::LeftButton) ? LEFT_BUTTON : 0) |
+                                     (buttons.testFlag(Qt::RightButton) ? RIGHT_BUTTON : 0) |
+                                     (buttons.testFlag(Qt::MiddleButton) ? MIDDLE_BUTTON : 0));
 }
 
 std::int16_t toShift(Qt::KeyboardModifiers modifiers) {

@@ -7,9 +7,9 @@
 
 namespace zvonivec {
 
-[[nodiscard]] inline QColor toQColor(Color color) {
-    return {static_cast<int>(color & 0xFFU), static_cast<int>(color >> 8U & 0xFFU),
-            static_cast<int>(color >> 16U & 0xFFU)};
+[[nodiscard]] inline QColor toQColour(Colour colour) {
+    return {static_cast<int>(colour & 0xFFU), static_cast<int>(colour >> 8U & 0xFFU),
+            static_cast<int>(colour >> 16U & 0xFFU)};
 }
 
 class ControlWidget : public QWidget {

@@ -19,9 +19,9 @@ inline constexpr float TWIPS_PER_PIXEL = 15.0F;
 }
 
 /// 0x00BBGGRR.
-using Color = std::uint32_t;
+using Colour = std::uint32_t;
 
-[[nodiscard]] constexpr Color rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
+[[nodiscard]] constexpr Colour rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
     return blue << 16U | green << 8U | red;
 }
 

@@ -12,20 +12,20 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Decoded frames that wait for the device: 0.7 s at 44.1 kHz.
-constexpr std::size_t feedCapacity = 32768;
+constexpr std::size_t FEED_CAPACITY = 32768;
 /// How often a full feed is topped up and the device looked after.
-constexpr auto playingRhythm = 250ms;
+constexpr auto PLAYING_RHYTHM = 250ms;
 /// How often, when it is not full yet or about to run out.
-constexpr auto hurry = 4ms;
-constexpr std::uint64_t feedLow = feedCapacity / 4;
+constexpr auto HURRY = 4ms;
+constexpr std::uint64_t FEED_LOW = FEED_CAPACITY / 4;
 /// How long the device stays open for the next command.
-constexpr auto deviceLinger = 1500ms;
+constexpr auto DEVICE_LINGER = 1500ms;
 /// Time for the user-interface thread to answer the end of a track by playing on.
-constexpr auto endReaction = 25ms;
+constexpr auto END_REACTION = 25ms;
 /// How long the end of the thread is waited for: closing a device takes a tenth of a second.
-constexpr auto endPatience = 500ms;
+constexpr auto END_PATIENCE = 500ms;
 /// Bytes of a file that are measured between two looks at everything else.
-constexpr std::uint64_t studySlice = std::uint64_t{1} << 20U;
+constexpr std::uint64_t STUDY_SLICE = std::uint64_t{1} << 20U;
 
 std::int64_t frameAt(double seconds, int sampleRate) {
     constexpr double most = 1e15; // keeps the number within its type
@@ -35,7 +35,7 @@ std::int64_t frameAt(double seconds, int sampleRate) {
 } // namespace
 
 DecoderThread::DecoderThread(Events events)
-    : events_(std::move(events)), feed_(feedCapacity), output_(feed_) {}
+    : events_(std::move(events)), feed_(FEED_CAPACITY), output_(feed_) {}
 
 std::shared_ptr<DecoderThread> DecoderThread::create(Events events) {
     std::shared_ptr<DecoderThread> created(new DecoderThread(std::move(events)));
@@ -50,7 +50,7 @@ void DecoderThread::end() {
     }
     send({.kind = Command::Kind::quit});
     std::unique_lock lock(commandMutex_);
-    const bool finished = finishedCame_.wait_for(lock, endPatience, [this] { return finished_; });
+    const bool finished = finishedCame_.wait_for(lock, END_PATIENCE, [this] { return finished_; });
     lock.unlock();
     if (finished) {
         thread_.join();
@@ -146,16 +146,16 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
     }
     if (playing_) {
         if (!decodedAll_) {
-            return Clock::now() + (waiting() < feedLow ? hurry : playingRhythm);
+            return Clock::now() + (waiting() < FEED_LOW ? HURRY : PLAYING_RHYTHM);
         }
         const double left = static_cast<double>(waiting()) - static_cast<double>(endLead());
         const std::chrono::duration<double> time(std::max(0.0, left) / sampleRate_);
         return Clock::now() +
-               std::clamp<Clock::duration>(std::chrono::duration_cast<Clock::duration>(time), hurry,
-                                           playingRhythm);
+               std::clamp<Clock::duration>(std::chrono::duration_cast<Clock::duration>(time), HURRY,
+                                           PLAYING_RHYTHM);
     }
     if (output_.isOpen()) {
-        return idleSince_ + deviceLinger;
+        return idleSince_ + DEVICE_LINGER;
     }
     return std::nullopt;
 }
@@ -230,7 +230,7 @@ void DecoderThread::studyFile() {
     if (!tags_) {
         tags_ = readTags(file_->reader());
     } else if (!measure.done()) {
-        measure.walk(studySlice);
+        measure.walk(STUDY_SLICE);
     }
     if (measure.done()) {
         studied_ = true;
@@ -266,7 +266,7 @@ void DecoderThread::play() {
 
 /// The track's end is told when so many of its frames are still to be taken by the device.
 std::uint64_t DecoderThread::endLead() const {
-    const auto reaction = std::chrono::duration<double>(endReaction).count() * sampleRate_;
+    const auto reaction = std::chrono::duration<double>(END_REACTION).count() * sampleRate_;
     return static_cast<std::uint64_t>(output_.periodFrames()) +
            static_cast<std::uint64_t>(reaction);
 }
@@ -279,7 +279,7 @@ std::uint64_t DecoderThread::waiting() const {
 void DecoderThread::fillFeed() {
     constexpr std::size_t mostFrames = 1152; // of one block of the decoder
     // A device that isn't open yet needn't wait for a full feed.
-    const std::uint64_t enough = output_.isOpen() ? feedCapacity : feedLow;
+    const std::uint64_t enough = output_.isOpen() ? FEED_CAPACITY : FEED_LOW;
     while (!decodedAll_ && feed_.space() >= mostFrames && waiting() < enough &&
            !commandsWait_.load()) {
         const Mp3Decoder::Block block = decoder_->read();
@@ -313,7 +313,7 @@ void DecoderThread::restIfIdle() {
     if (playing_ || !output_.isOpen()) {
         return;
     }
-    if (output_.lost() || Clock::now() - idleSince_ >= deviceLinger) {
+    if (output_.lost() || Clock::now() - idleSince_ >= DEVICE_LINGER) {
         dropOutput();
     }
 }

@@ -11,12 +11,12 @@ namespace {
 using Bytes = std::span<const std::uint8_t>;
 
 /// How far behind the tags the first frame may begin.
-constexpr std::size_t junkLimit = std::size_t{64} * 1024;
+constexpr std::size_t JUNK_LIMIT = std::size_t{64} * 1024;
 /// Agreeing headers in a row that prove a stream anywhere. Random bytes agree by chance once in
 /// about 100,000 times per header.
-constexpr int provingRun = 4;
+constexpr int PROVING_RUN = 4;
 /// No frame is longer: free format at 640 kb/s and 8 kHz.
-constexpr std::size_t longestFrame = 6000;
+constexpr std::size_t LONGEST_FRAME = 6000;
 
 bool hasAt(Bytes bytes, std::size_t offset, std::string_view text) {
     return bytes.size() >= offset + text.size() &&
@@ -80,7 +80,7 @@ struct Signature {
 using namespace std::string_view_literals;
 
 /// Kinds that their first bytes prove, so that MPEG frames within them don't count.
-constexpr std::array strongSignatures = {
+constexpr std::array STRONG_SIGNATURES = {
     Signature{8, "WAVE"sv, "wav"},
     Signature{8, "AVI "sv, "avi"},
     Signature{0, "OggS"sv, "ogg"},
@@ -127,7 +127,7 @@ constexpr std::array strongSignatures = {
 };
 
 /// Kinds whose first bytes are too short to outweigh a run of frames.
-constexpr std::array weakSignatures = {
+constexpr std::array WEAK_SIGNATURES = {
     Signature{0, "MZ"sv, "exe"},       Signature{0, "BM"sv, "bmp"},
     Signature{0, "II*\0"sv, "tif"},    Signature{0, "MM\0*"sv, "tif"},
     Signature{0, "\x0B\x77"sv, "ac3"}, Signature{0, "<!DOCTYPE html"sv, "html"},
@@ -167,7 +167,7 @@ public:
     };
 
     std::optional<Found> find() {
-        const std::uint64_t last = std::min<std::uint64_t>(end_, begin_ + junkLimit + 1);
+        const std::uint64_t last = std::min<std::uint64_t>(end_, begin_ + JUNK_LIMIT + 1);
         for (std::uint64_t offset = begin_; offset + 4 <= end_ && offset < last; ++offset) {
             const Bytes bytes = buffer_.bytes(offset, 4);
             if (bytes.empty()) {
@@ -193,14 +193,14 @@ private:
     bool proves(std::uint64_t offset, const FrameHeader& first, std::size_t freeFormatSize) {
         const bool atBegin = offset == begin_;
         for (int count = 0;; ++count) {
-            if (count == provingRun) {
+            if (count == PROVING_RUN) {
                 return true;
             }
             if (offset == end_) {
                 // A whole file of a few frames. A single one must be all that there is.
                 return count >= 2 || (count == 1 && atBegin && !first.freeFormat());
             }
-            const Bytes frame = buffer_.bytes(offset, longestFrame);
+            const Bytes frame = buffer_.bytes(offset, LONGEST_FRAME);
             const std::optional<FrameHeader> header = parseFrameHeader(frame);
             if (!header || !header->agrees(first)) {
                 return false;
@@ -225,7 +225,7 @@ private:
         }
         --freeFormatTries_;
         const std::size_t shortest = first.mainDataOffset();
-        for (std::size_t size = shortest; size <= longestFrame; ++size) {
+        for (std::size_t size = shortest; size <= LONGEST_FRAME; ++size) {
             const Bytes next = buffer_.bytes(offset + size, 4);
             const std::optional<FrameHeader> header = parseFrameHeader(next);
             if (!header || !header->agrees(first)) {
@@ -267,10 +267,10 @@ FileKind detectFileKind(const std::shared_ptr<const FileReader>& file) {
     if (!file || file->size() == 0) {
         return {};
     }
-    ReadBuffer buffer(file, junkLimit + longestFrame * static_cast<std::size_t>(provingRun + 1));
+    ReadBuffer buffer(file, JUNK_LIMIT + LONGEST_FRAME * static_cast<std::size_t>(PROVING_RUN + 1));
     const std::uint64_t begin = skipLeadingTags(buffer, file->size());
     const Bytes head = buffer.bytes(begin, 4096);
-    if (const auto extension = extensionBySignature(strongSignatures, head); !extension.empty()) {
+    if (const auto extension = extensionBySignature(STRONG_SIGNATURES, head); !extension.empty()) {
         return {std::string(extension), std::nullopt};
     }
 
@@ -289,7 +289,7 @@ FileKind detectFileKind(const std::shared_ptr<const FileReader>& file) {
     }
 
     const Bytes rest = buffer.bytes(begin, 4096);
-    if (const auto extension = extensionBySignature(weakSignatures, rest); !extension.empty()) {
+    if (const auto extension = extensionBySignature(WEAK_SIGNATURES, rest); !extension.empty()) {
         return {std::string(extension), std::nullopt};
     }
     if (begin == 0 && looksLikeText(rest)) {

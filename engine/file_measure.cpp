@@ -10,10 +10,10 @@ namespace zvonivec {
 namespace {
 
 /// Samples by which every layer III decoder is late.
-constexpr std::int64_t decoderDelay = 529;
+constexpr std::int64_t DECODER_DELAY = 529;
 
 /// Entries of the index. More than these, and every second one goes.
-constexpr std::size_t longestIndex = 8192;
+constexpr std::size_t LONGEST_INDEX = 8192;
 
 std::int64_t wholeKilobits(double bitsPerSecond) {
     return static_cast<std::int64_t>(std::llround(bitsPerSecond / 1000)) * 1000;
@@ -29,7 +29,7 @@ FileMeasure::FileMeasure(const std::shared_ptr<const FileReader>& file, const Mp
     if (info_) {
         position_ += size;
         if (info_->delay) {
-            skipped_ = *info_->delay + decoderDelay;
+            skipped_ = *info_->delay + DECODER_DELAY;
         }
     }
 }
@@ -81,11 +81,11 @@ void FileMeasure::takeStep() {
 }
 
 void FileMeasure::addToIndex(std::uint64_t offset) {
-    if (index_.size() == longestIndex) {
-        for (std::size_t i = 0; i < longestIndex / 2; ++i) {
+    if (index_.size() == LONGEST_INDEX) {
+        for (std::size_t i = 0; i < LONGEST_INDEX / 2; ++i) {
             index_[i] = index_[2 * i];
         }
-        index_.resize(longestIndex / 2);
+        index_.resize(LONGEST_INDEX / 2);
         framesPerEntry_ *= 2;
     }
     index_.push_back(offset);
@@ -148,7 +148,7 @@ std::int64_t FileMeasure::samples() const {
     std::int64_t end = decoded;
     if (info_ && info_->padding && info_->frames == frames_) {
         // Where the count differs, what was padded is gone, or something else was appended.
-        end = std::min(decoded, decoded - *info_->padding + decoderDelay);
+        end = std::min(decoded, decoded - *info_->padding + DECODER_DELAY);
     }
     return std::max<std::int64_t>(0, end - skipped_);
 }

@@ -34,7 +34,7 @@ class FileMeasure {
 public:
     /// libmpg123's filter bank returns to the same state after every eight frames, so that decoding
     /// from a multiple of this gives the same bits as decoding from the start.
-    static constexpr std::int64_t indexStep = 16;
+    static constexpr std::int64_t INDEX_STEP = 16;
 
     FileMeasure(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream);
 
@@ -94,7 +94,7 @@ private:
     /// Offset of every so many frames. The index of a long file is thinned out: it never takes more
     /// memory than that of an hour, and a place in between is walked to from the one before it.
     std::vector<std::uint64_t> index_;
-    std::int64_t framesPerEntry_ = indexStep;
+    std::int64_t framesPerEntry_ = INDEX_STEP;
     std::vector<StreamPart> parts_; ///< in order, never empty
 };
 

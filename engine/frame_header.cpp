@@ -6,28 +6,29 @@ namespace zvonivec {
 
 namespace {
 
-constexpr std::uint32_t syncMask = 0xFFE00000;
+constexpr std::uint32_t SYNC_MASK = 0xFFE00000;
 /// Sync, version, layer and sampling rate.
-constexpr std::uint32_t streamMask = 0xFFFE0C00;
+constexpr std::uint32_t STREAM_MASK = 0xFFFE0C00;
 
 // Kilobits per second by bit rate index; index 15 is no bit rate.
 using BitRates = std::array<int, 15>;
-constexpr BitRates mpeg1Layer1 = {0,   32,  64,  96,  128, 160, 192, 224,
-                                  256, 288, 320, 352, 384, 416, 448};
-constexpr BitRates mpeg1Layer2 = {0,   32,  48,  56,  64,  80,  96, 112,
-                                  128, 160, 192, 224, 256, 320, 384};
-constexpr BitRates mpeg1Layer3 = {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
-constexpr BitRates mpeg2Layer1 = {0,   32,  48,  56,  64,  80,  96, 112,
-                                  128, 144, 160, 176, 192, 224, 256};
-constexpr BitRates mpeg2Layer23 = {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
+constexpr BitRates MPEG1_LAYER1 = {0,   32,  64,  96,  128, 160, 192, 224,
+                                   256, 288, 320, 352, 384, 416, 448};
+constexpr BitRates MPEG1_LAYER2 = {0,   32,  48,  56,  64,  80,  96, 112,
+                                   128, 160, 192, 224, 256, 320, 384};
+constexpr BitRates MPEG1_LAYER3 = {0,   32,  40,  48,  56,  64,  80, 96,
+                                   112, 128, 160, 192, 224, 256, 320};
+constexpr BitRates MPEG2_LAYER1 = {0,   32,  48,  56,  64,  80,  96, 112,
+                                   128, 144, 160, 176, 192, 224, 256};
+constexpr BitRates MPEG2_LAYER23 = {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
 
-constexpr std::array<int, 3> mpeg1Rates = {44100, 48000, 32000};
+constexpr std::array<int, 3> MPEG1_RATES = {44100, 48000, 32000};
 
 const BitRates& bitRates(int version, int layer) {
     if (version == 1) {
-        return layer == 1 ? mpeg1Layer1 : layer == 2 ? mpeg1Layer2 : mpeg1Layer3;
+        return layer == 1 ? MPEG1_LAYER1 : layer == 2 ? MPEG1_LAYER2 : MPEG1_LAYER3;
     }
-    return layer == 1 ? mpeg2Layer1 : mpeg2Layer23;
+    return layer == 1 ? MPEG2_LAYER1 : MPEG2_LAYER23;
 }
 
 class BitReader {
@@ -68,7 +69,7 @@ std::size_t FrameHeader::sideInfoSize() const {
 }
 
 bool FrameHeader::agrees(const FrameHeader& other) const {
-    return ((bits ^ other.bits) & streamMask) == 0 && freeFormat() == other.freeFormat();
+    return ((bits ^ other.bits) & STREAM_MASK) == 0 && freeFormat() == other.freeFormat();
 }
 
 std::optional<FrameHeader> parseFrameHeader(std::span<const std::uint8_t> bytes) {
@@ -81,7 +82,7 @@ std::optional<FrameHeader> parseFrameHeader(std::span<const std::uint8_t> bytes)
     const std::uint32_t layer = bits >> 17U & 3U;
     const std::uint32_t bitRate = bits >> 12U & 15U;
     const std::uint32_t sampleRate = bits >> 10U & 3U;
-    if ((bits & syncMask) != syncMask || version == 1 || layer == 0 || bitRate == 15 ||
+    if ((bits & SYNC_MASK) != SYNC_MASK || version == 1 || layer == 0 || bitRate == 15 ||
         sampleRate == 3) {
         return std::nullopt;
     }
@@ -90,9 +91,9 @@ std::optional<FrameHeader> parseFrameHeader(std::span<const std::uint8_t> bytes)
     header.version = version == 3 ? 1 : version == 2 ? 2 : 25;
     header.layer = 4 - static_cast<int>(layer);
     header.bitRate = bitRates(header.version, header.layer)[bitRate] * 1000;
-    header.sampleRate = mpeg1Rates[sampleRate] / (header.version == 1   ? 1
-                                                  : header.version == 2 ? 2
-                                                                        : 4);
+    header.sampleRate = MPEG1_RATES[sampleRate] / (header.version == 1   ? 1
+                                                   : header.version == 2 ? 2
+                                                                         : 4);
     header.channels = (bits >> 6U & 3U) == 3 ? 1 : 2;
     header.samples = header.layer == 1                          ? 384
                      : header.layer == 3 && header.version != 1 ? 576

@@ -10,12 +10,12 @@ namespace zvonivec {
 namespace {
 
 /// Bytes that one search looks at.
-constexpr std::size_t searchBlock = std::size_t{64} * 1024;
+constexpr std::size_t SEARCH_BLOCK = std::size_t{64} * 1024;
 /// What it needs of the bytes behind them: no frame is longer.
-constexpr std::size_t longestFrame = 6144;
+constexpr std::size_t LONGEST_FRAME = 6144;
 /// Frames in a row that prove another format. As long as can be, they are no longer than
 /// longestFrame together: these aren't in free format.
-constexpr int provingRun = 4;
+constexpr int PROVING_RUN = 4;
 
 } // namespace
 
@@ -54,7 +54,7 @@ bool FrameScanner::begins(std::span<const std::uint8_t> bytes, std::uint64_t off
         return false;
     }
     std::size_t at = 0;
-    for (int count = 0; count < provingRun; ++count) {
+    for (int count = 0; count < PROVING_RUN; ++count) {
         if (offset + at == stream_.end) {
             return count >= 2;
         }
@@ -81,11 +81,11 @@ bool FrameScanner::begins(std::span<const std::uint8_t> bytes, std::uint64_t off
 FrameScanner::Step FrameScanner::search(std::uint64_t offset, const FrameHeader& format) {
     const std::uint64_t left = stream_.end - offset;
     const auto block = buffer_.bytes(offset, static_cast<std::size_t>(std::min<std::uint64_t>(
-                                                 left, searchBlock + longestFrame)));
+                                                 left, SEARCH_BLOCK + LONGEST_FRAME)));
     if (buffer_.failed()) {
         return {Result::failed, offset, 0, {}, offset};
     }
-    const std::size_t searched = std::min(block.size(), searchBlock);
+    const std::size_t searched = std::min(block.size(), SEARCH_BLOCK);
     for (std::size_t at = 0; at + 4 <= block.size() && at < searched; ++at) {
         const void* const byte = std::memchr(block.data() + at, 0xFF, searched - at);
         if (byte == nullptr) {
@@ -115,7 +115,7 @@ FrameScanner::Step FrameScanner::search(std::uint64_t offset, const FrameHeader&
             }
         }
     }
-    if (block.size() < left && searched == searchBlock) {
+    if (block.size() < left && searched == SEARCH_BLOCK) {
         return {Result::searching, offset, 0, {}, offset + searched};
     }
     return {};

@@ -9,9 +9,9 @@ namespace {
 using namespace std::chrono_literals;
 
 /// One question's wait, short enough to go unnoticed.
-constexpr auto shortWait = 5ms;
+constexpr auto SHORT_WAIT = 5ms;
 /// After this long a disk is too slow to be waited for.
-constexpr auto longestWait = 3s;
+constexpr auto LONGEST_WAIT = 3s;
 
 } // namespace
 
@@ -42,8 +42,8 @@ Measurement LoadedFile::measurement() const {
 
 bool LoadedFile::waitUntilKnown() const {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, shortWait, [this] { return facts_.known; }) ||
-           std::chrono::steady_clock::now() - loadedAt_ >= longestWait;
+    return changed_.wait_for(lock, SHORT_WAIT, [this] { return facts_.known; }) ||
+           std::chrono::steady_clock::now() - loadedAt_ >= LONGEST_WAIT;
 }
 
 } // namespace zvonivec

@@ -10,14 +10,14 @@ namespace {
 
 /// Frames decoded in front of a wanted one: enough for the bit reservoir (at most 511 bytes of the
 /// frames before) and for what the filters remember. A multiple of FileMeasure::indexStep.
-constexpr std::int64_t leadFrames = 2 * FileMeasure::indexStep;
+constexpr std::int64_t LEAD_FRAMES = 2 * FileMeasure::INDEX_STEP;
 
 /// How far measuring is ahead of decoding. Padding, of 4095 samples at most, must be known to be
 /// padding before it is decoded.
-constexpr std::int64_t knownAhead = 16;
+constexpr std::int64_t KNOWN_AHEAD = 16;
 
 /// Samples that read gives at most.
-constexpr std::int64_t longestBlock = 1152;
+constexpr std::int64_t LONGEST_BLOCK = 1152;
 
 mpg123_handle* newHandle() {
     // Deprecated since 1.27 and needed before.
@@ -39,9 +39,9 @@ bool Mp3Decoder::seek(std::int64_t sample) {
     target_ = std::max<std::int64_t>(0, sample) + measure_.skippedSamples();
     measure_.walkToSample(target_);
     const std::int64_t wanted = measure_.frameOfSample(target_);
-    measure_.walkToFrame(wanted + knownAhead);
-    const std::int64_t lead = std::max<std::int64_t>(0, wanted - leadFrames);
-    nextFrame_ = lead - lead % FileMeasure::indexStep;
+    measure_.walkToFrame(wanted + KNOWN_AHEAD);
+    const std::int64_t lead = std::max<std::int64_t>(0, wanted - LEAD_FRAMES);
+    nextFrame_ = lead - lead % FileMeasure::INDEX_STEP;
     nextOffset_ = measure_.frames() > 0 ? measure_.frameOffset(nextFrame_).value_or(stream_.end)
                                         : stream_.end;
     return enterPart();
@@ -82,9 +82,9 @@ bool Mp3Decoder::enterPart() {
 
 Mp3Decoder::Block Mp3Decoder::read() {
     for (;;) {
-        measure_.walkToFrame(nextFrame_ + knownAhead);
+        measure_.walkToFrame(nextFrame_ + KNOWN_AHEAD);
         const std::int64_t end = measure_.skippedSamples() + measure_.samples();
-        if (const auto samples = takeDecoded(measure_.done() ? end : target_ + longestBlock);
+        if (const auto samples = takeDecoded(measure_.done() ? end : target_ + LONGEST_BLOCK);
             !samples.empty()) {
             return {Result::samples, samples};
         }
@@ -102,7 +102,7 @@ std::span<const std::int16_t> Mp3Decoder::takeDecoded(std::int64_t end) {
     const auto size = static_cast<std::int64_t>(decoded_.size()) / channels();
     const std::int64_t begin = std::clamp(target_ - firstDecoded_, std::int64_t{0}, size);
     const std::int64_t behind =
-        std::clamp(std::min(end - firstDecoded_, begin + longestBlock), begin, size);
+        std::clamp(std::min(end - firstDecoded_, begin + LONGEST_BLOCK), begin, size);
     const auto at = [this](std::int64_t sample) {
         return static_cast<std::size_t>(sample * channels());
     };

@@ -10,18 +10,18 @@ namespace zvonivec {
 namespace {
 
 /// Zero crossings of the ideal kernel on either side of its middle.
-constexpr double crossings = 16;
+constexpr double CROSSINGS = 16;
 /// Part of the lower rate's band that passes: the kernel needs room to fall.
-constexpr double passed = 0.94;
+constexpr double PASSED = 0.94;
 
 /// The ideal low-pass, faded out towards crossings. x in samples of the lower rate.
 double lowPass(double x) {
-    if (std::abs(x) >= crossings) {
+    if (std::abs(x) >= CROSSINGS) {
         return 0;
     }
-    const double angle = std::numbers::pi * x * passed;
+    const double angle = std::numbers::pi * x * PASSED;
     const double ideal = angle == 0 ? 1 : std::sin(angle) / angle;
-    const double fade = std::cos(std::numbers::pi / 2 * x / crossings);
+    const double fade = std::cos(std::numbers::pi / 2 * x / CROSSINGS);
     return ideal * fade * fade;
 }
 
@@ -38,7 +38,7 @@ Resampler::Resampler(int from, int to, int channels, std::int64_t firstInput)
 
 void Resampler::makeKernels() {
     const double scale = std::min(1.0, static_cast<double>(up_) / static_cast<double>(down_));
-    reach_ = static_cast<std::int64_t>(std::ceil(crossings / scale));
+    reach_ = static_cast<std::int64_t>(std::ceil(CROSSINGS / scale));
     const auto width = static_cast<std::size_t>(2 * reach_);
     kernels_.resize(static_cast<std::size_t>(up_) * width);
     std::vector<double> weights(width);

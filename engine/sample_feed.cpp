@@ -8,7 +8,7 @@ namespace zvonivec {
 namespace {
 
 /// Time from silence to full volume.
-constexpr float gainSeconds = 0.020F;
+constexpr float GAIN_SECONDS = 0.020F;
 
 /// The nearest number, by arithmetic that compilers do for many samples at once.
 std::int16_t scaled(std::int16_t sample, float factor) {
@@ -46,7 +46,7 @@ void SampleFeed::setFormat(int channels, int sampleRate) {
     sounding_ = 0;
     remembered_ = 0;
     memoryFrames_ = 0;
-    gainStep_ = 1.0F / (gainSeconds * static_cast<float>(sampleRate));
+    gainStep_ = 1.0F / (GAIN_SECONDS * static_cast<float>(sampleRate));
 }
 
 void SampleFeed::beginStream(std::uint64_t stream) {
@@ -99,7 +99,7 @@ void SampleFeed::fill(std::span<std::int16_t> target) {
 std::size_t SampleFeed::fadeOut(std::span<std::int16_t> target, std::uint64_t limit) {
     const std::size_t channels = ring_.channels();
     const std::uint64_t index = ring_.readIndex();
-    const std::size_t wanted = std::min(fadeFrames, target.size() / channels);
+    const std::size_t wanted = std::min(FADE_FRAMES, target.size() / channels);
     const std::size_t there = ring_.peek(index, target.data(), wanted);
     const std::size_t count =
         static_cast<std::size_t>(std::min<std::uint64_t>(there, limit > index ? limit - index : 0));
@@ -129,8 +129,8 @@ std::size_t SampleFeed::leadIn(std::span<std::int16_t> target) {
 
 void SampleFeed::remember(std::span<const std::int16_t> samples) {
     const std::size_t channels = ring_.channels();
-    const std::size_t count = std::min(samples.size() / channels, fadeFrames);
-    const std::size_t kept = std::min(memoryFrames_, fadeFrames - count);
+    const std::size_t count = std::min(samples.size() / channels, FADE_FRAMES);
+    const std::size_t kept = std::min(memoryFrames_, FADE_FRAMES - count);
     const auto old =
         memory_.begin() + static_cast<std::ptrdiff_t>((memoryFrames_ - kept) * channels);
     std::copy_n(old, kept * channels, memory_.begin());

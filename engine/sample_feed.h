@@ -25,7 +25,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// Frames of each of the two fades.
-    static constexpr std::size_t fadeFrames = 128;
+    static constexpr std::size_t FADE_FRAMES = 128;
 
     explicit SampleFeed(std::size_t capacity) : ring_(capacity) {}
 
@@ -94,7 +94,7 @@ private:
     std::uint64_t sounding_ = 0;   ///< stream that sounds now, 0: none
     std::uint64_t remembered_ = 0; ///< stream of the frames in memory_
     std::size_t memoryFrames_ = 0;
-    std::array<std::int16_t, fadeFrames * 2> memory_{}; ///< the last frames taken
+    std::array<std::int16_t, FADE_FRAMES * 2> memory_{}; ///< the last frames taken
     float currentGain_ = 1.0F;
     float gainStep_ = 0.001F; ///< change per frame on the way to another volume
 };

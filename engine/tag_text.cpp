@@ -8,10 +8,10 @@ namespace zvonivec {
 
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
+constexpr char32_t REPLACEMENT = 0xFFFD;
 
 /// Windows-1250 from 0x80 on; its five unused codes are no characters.
-constexpr std::array<std::uint16_t, 128> windows1250 = {
+constexpr std::array<std::uint16_t, 128> WINDOWS1250 = {
     0x20AC, 0xFFFD, 0x201A, 0xFFFD, 0x201E, 0x2026, 0x2020, 0x2021, 0xFFFD, 0x2030, 0x0160, 0x2039,
     0x015A, 0x0164, 0x017D, 0x0179, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
     0xFFFD, 0x2122, 0x0161, 0x203A, 0x015B, 0x0165, 0x017E, 0x017A, 0x00A0, 0x02C7, 0x02D8, 0x0141,
@@ -102,7 +102,7 @@ std::string textFromLatin1Claim(std::string_view bytes) {
     std::string text;
     for (const char byte : bytes) {
         const auto code = static_cast<unsigned char>(byte);
-        append(text, code < 0x80 ? code : windows1250[code - 0x80U]);
+        append(text, code < 0x80 ? code : WINDOWS1250[code - 0x80U]);
     }
     return text;
 }
@@ -110,14 +110,14 @@ std::string textFromLatin1Claim(std::string_view bytes) {
 std::string tidyText(std::string_view utf8) {
     std::string text;
     std::size_t blanks = 0; // not written yet: they count only between other characters
-    for (std::size_t count = 0; !utf8.empty() && count < tagTextLimit;) {
-        const char32_t character = takeCharacter(utf8).value_or(replacement);
+    for (std::size_t count = 0; !utf8.empty() && count < TAG_TEXT_LIMIT;) {
+        const char32_t character = takeCharacter(utf8).value_or(REPLACEMENT);
         const bool parts = isBreak(character);
         if (parts || character == U' ') {
             blanks += parts && blanks != 0 ? 0 : 1;
-        } else if (!isControl(character) && character != replacement) {
+        } else if (!isControl(character) && character != REPLACEMENT) {
             if (!text.empty()) {
-                if (blanks >= tagTextLimit - count) {
+                if (blanks >= TAG_TEXT_LIMIT - count) {
                     break;
                 }
                 text.append(blanks, ' ');

@@ -8,7 +8,7 @@
 namespace zvonivec {
 
 /// Longest text of a tag, in characters: more is no text but an attack on whoever shows it.
-inline constexpr std::size_t tagTextLimit = 1000;
+inline constexpr std::size_t TAG_TEXT_LIMIT = 1000;
 
 /// Text whose bytes claim to be Latin-1. Hardly any are: they are read as UTF-8 when they are valid
 /// UTF-8 with a character of several bytes, else as Windows-1250, in which Czech files were

@@ -87,10 +87,10 @@ struct FrameAccess : TagLib::ID3v2::Frame {
     using TagLib::ID3v2::Frame::Header;
 };
 
-constexpr const char* leftOutId = "ZZZZ";
+constexpr const char* LEFT_OUT_ID = "ZZZZ";
 /// Genres go under the name of a text that isn't read: as genres, TagLib would take every text in
 /// brackets at their start for a number and drop it.
-constexpr const char* genreId = "TIT3";
+constexpr const char* GENRE_ID = "TIT3";
 
 /// Lets TagLib look into the frames that are read and into no others. For one tag.
 ///
@@ -103,22 +103,22 @@ protected:
         const bool known = FrameFactory::updateFrame(header);
         const TagLib::ByteVector id = header->frameID();
         const bool wanted =
-            std::ranges::any_of(readIds, [&id](const char* readId) { return id == readId; });
+            std::ranges::any_of(READ_IDS, [&id](const char* readId) { return id == readId; });
         if (!known || !wanted || !spend(*header)) {
             const unsigned size = header->frameSize();
             header->setData(header->render(), header->version()); // drops the flags
             header->setFrameSize(size);
-            header->setFrameID(leftOutId);
+            header->setFrameID(LEFT_OUT_ID);
             return false;
         }
         if (id == "TCON") {
-            header->setFrameID(genreId);
+            header->setFrameID(GENRE_ID);
         }
         return true;
     }
 
 private:
-    static constexpr std::array readIds = {"TPE1", "TIT2", "TALB", "COMM", "TCON", "TDRC"};
+    static constexpr std::array READ_IDS = {"TPE1", "TIT2", "TALB", "COMM", "TCON", "TDRC"};
 
     bool spend(const FrameAccess::Header& header) const {
         if (!header.compression()) {
@@ -254,7 +254,7 @@ TrackTags fromId3v2(const TagLib::ID3v2::Tag& tag) {
             .title = joined(id3v2Values(tag, "TIT2")),
             .album = joined(id3v2Values(tag, "TALB")),
             .description = id3v2Comment(tag),
-            .genre = genreNames(id3v2Values(tag, genreId)),
+            .genre = genreNames(id3v2Values(tag, GENRE_ID)),
             .year = yearOf(joined(id3v2Values(tag, "TDRC")))};
 }
 

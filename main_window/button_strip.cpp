@@ -39,7 +39,7 @@ void frmPlayer::imgButtons_MouseUp(std::int16_t Index, const MouseArgs& mouse) {
         if (known && imgButtons[static_cast<std::size_t>(Index)].Enabled()) {
             Image& button = imgButtons[static_cast<std::size_t>(Index)];
             button.setPicture(imgList.ListImage(static_cast<std::size_t>(Index) + pictureNormal));
-            if (Index != buttonMinimize && Index != buttonClose) {
+            if (Index != buttonMinimise && Index != buttonClose) {
                 showMark(Index, button.ToolTipText());
             }
             carryOut(Index);
@@ -67,8 +67,8 @@ void frmPlayer::carryOut(std::int16_t Index) {
     case buttonForward:
         stopAt(PB.Max(), lblTime[1].Caption());
         break;
-    case buttonMinimize:
-        setWindowState(WindowState::minimized);
+    case buttonMinimise:
+        setWindowState(WindowState::minimised);
         break;
     case buttonClose:
         CloseApplication();

@@ -21,7 +21,7 @@ enum ButtonIndex : std::int16_t {
     buttonPlay = 2,
     buttonStop = 3,
     buttonForward = 4,
-    buttonMinimize = 5,
+    buttonMinimise = 5,
     buttonClose = 6,
 };
 inline constexpr std::size_t BUTTON_COUNT = 7;
@@ -39,9 +39,9 @@ enum PictureOffset : std::size_t {
 
 /// Colours of the popup menu. An item is available unless it has DISABLED_ITEM_COLOR; item 1's
 /// colour also tells whether a file is loaded.
-inline constexpr Color MENU_BACK_COLOR = 0xC0A000;
-inline constexpr Color HIGHLIGHT_BACK_COLOR = 0xC0C000;
-inline constexpr Color ENABLED_ITEM_COLOR = 0x80FFFF;
-inline constexpr Color DISABLED_ITEM_COLOR = 0x00C0C0;
+inline constexpr Colour MENU_BACK_COLOR = 0xC0A000;
+inline constexpr Colour HIGHLIGHT_BACK_COLOR = 0xC0C000;
+inline constexpr Colour ENABLED_ITEM_COLOR = 0x80FFFF;
+inline constexpr Colour DISABLED_ITEM_COLOR = 0x00C0C0;
 
 } // namespace zvonivec

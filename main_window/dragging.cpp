@@ -7,11 +7,11 @@ namespace zvonivec {
 
 void frmPlayer::Form_MouseDown(const MouseArgs& /*mouse*/) {
     modDeklarace::ReleaseCapture();
-    modDeklarace::SendMessageA(hWnd(), modDeklarace::systemCommand, modDeklarace::moveByPointer);
+    modDeklarace::SendMessageA(hWnd(), modDeklarace::SYSTEM_COMMAND, modDeklarace::MOVE_BY_POINTER);
 }
 
 void frmPlayer::Form_MouseUp(const MouseArgs& mouse) {
-    if (mouse.Button == rightButton) {
+    if (mouse.Button == RIGHT_BUTTON) {
         ShowPopupMenu();
     }
 }

@@ -9,7 +9,7 @@ namespace zvonivec::layout {
 
 namespace {
 
-constexpr Color DISPLAY_COLOR = rgb(0, 160, 192);
+constexpr Colour DISPLAY_COLOUR = rgb(0, 160, 192);
 
 constexpr std::array CONTROLS{
     ControlLayout{.Name = "picBGround",
@@ -17,11 +17,11 @@ constexpr std::array CONTROLS{
                   .Top = 860,
                   .Width = 2455,
                   .Height = 220,
-                  .BackColor = DISPLAY_COLOR},
+                  .BackColor = DISPLAY_COLOUR},
     ControlLayout{.Name = "picDisplay",
                   .Width = 2455,
                   .Height = 220,
-                  .BackColor = DISPLAY_COLOR,
+                  .BackColor = DISPLAY_COLOUR,
                   .Slides = true},
     ControlLayout{.Name = "lbl_Info",
                   .Width = 3855,

@@ -12,7 +12,7 @@ namespace zvonivec {
 
 namespace {
 
-constexpr std::array endSignals{SIGTERM, SIGINT, SIGHUP};
+constexpr std::array END_SIGNALS{SIGTERM, SIGINT, SIGHUP};
 
 /// Where the signal handler writes to. A pipe is what a handler may write to and an event loop can
 /// wait on.
@@ -49,7 +49,7 @@ EndRequests::EndRequests(std::function<void()> end) : watch_(std::make_unique<Wa
     struct sigaction action {};
     action.sa_handler = noteSignal;
     action.sa_flags = SA_RESTART;
-    for (const int number : endSignals) {
+    for (const int number : END_SIGNALS) {
         sigaction(number, &action, nullptr);
     }
 }
@@ -59,7 +59,7 @@ EndRequests::~EndRequests() {
         return;
     }
     // A second request while the program is ending must not kill it half way.
-    for (const int number : endSignals) {
+    for (const int number : END_SIGNALS) {
         signal(number, SIG_IGN);
     }
     signalPipe = -1;

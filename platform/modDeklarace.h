@@ -13,14 +13,14 @@ namespace zvonivec::modDeklarace {
 inline constexpr int WINDING = 2;
 
 /// Places in a stack of windows: above all that aren't topmost, or with all others again.
-inline constexpr int insertTopmost = -1;
-inline constexpr int insertNotTopmost = -2;
+inline constexpr int INSERT_TOPMOST = -1;
+inline constexpr int INSERT_NOT_TOPMOST = -2;
 /// SetWindowPos leaves size and place alone.
-inline constexpr unsigned noSizeNoMove = 3;
+inline constexpr unsigned NO_SIZE_NO_MOVE = 3;
 
 /// The system's move command, as a press on a title bar gives it.
-inline constexpr unsigned systemCommand = 274;
-inline constexpr unsigned moveByPointer = 61458;
+inline constexpr unsigned SYSTEM_COMMAND = 274;
+inline constexpr unsigned MOVE_BY_POINTER = 61458;
 
 /// A place in pixels: on the screen or in a window, from the upper left corner.
 struct Point {
@@ -45,21 +45,21 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw);
 
 /// Puts a window above all that are not topmost, or among those again, whether it is shown yet or
 /// not. The window is neither hidden nor moved by it, so the last arguments are 0, 0, 0, 0 and
-/// noSizeNoMove.
+/// NO_SIZE_NO_MOVE.
 void SetWindowPos(std::uintptr_t window, int insertAfter, int x, int y, int width, int height,
                   unsigned flags);
 
 /// Ends the pointer capture that a press gave to a window, where the move command needs that.
 void ReleaseCapture();
 
-/// Carries out a command, of which only the move is known: systemCommand and moveByPointer, given
-/// in the handler of a press. The window then goes with the pointer until all buttons are up; their
-/// releases reach the control that got the press.
+/// Carries out a command, of which only the move is known: SYSTEM_COMMAND and MOVE_BY_POINTER,
+/// given in the handler of a press. The window then goes with the pointer until all buttons are up;
+/// their releases reach the control that got the press.
 void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command);
 
 /// Of a message box's style: the icon for what is only told. Without it the icon is that of an
 /// error.
-inline constexpr int iconInformation = 64;
+inline constexpr int ICON_INFORMATION = 64;
 
 /// Shows a plain text with an OK button before its owner, which takes no pointer meanwhile; events
 /// go on. Returns when the user has closed the box, or the program its owner.

@@ -54,8 +54,8 @@ public:
 };
 
 QStyle::StandardPixmap iconOf(int style) {
-    return (style & iconInformation) != 0 ? QStyle::SP_MessageBoxInformation
-                                          : QStyle::SP_MessageBoxCritical;
+    return (style & ICON_INFORMATION) != 0 ? QStyle::SP_MessageBoxInformation
+                                           : QStyle::SP_MessageBoxCritical;
 }
 
 } // namespace

@@ -85,7 +85,7 @@ void ReleaseCapture() {
 
 void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command) {
     QWidget* widget = QWidget::find(window);
-    if (widget != nullptr && message == systemCommand && command == moveByPointer) {
+    if (widget != nullptr && message == SYSTEM_COMMAND && command == MOVE_BY_POINTER) {
         moveBySystem(*widget);
     }
 }

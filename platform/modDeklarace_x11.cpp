@@ -115,7 +115,7 @@ void SetWindowPos(std::uintptr_t window, int insertAfter, int /*x*/, int /*y*/, 
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (x11 != nullptr && x11->connection() != nullptr) {
         setWindowState(x11->connection(), static_cast<xcb_window_t>(window), "_NET_WM_STATE_ABOVE",
-                       insertAfter == insertTopmost);
+                       insertAfter == INSERT_TOPMOST);
     }
 }
 
@@ -125,7 +125,7 @@ void ReleaseCapture() {
 
 void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command) {
     QWidget* widget = QWidget::find(window);
-    if (widget != nullptr && message == systemCommand && command == moveByPointer) {
+    if (widget != nullptr && message == SYSTEM_COMMAND && command == MOVE_BY_POINTER) {
         WindowMover::start(*widget);
     }
 }

@@ -16,7 +16,7 @@ namespace zvonivec {
 namespace {
 
 /// Buttons 4 to 7 are the wheel.
-constexpr std::uint32_t lastRealButton = 3;
+constexpr std::uint32_t LAST_REAL_BUTTON = 3;
 
 xcb_connection_t* connection() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -47,7 +47,7 @@ struct OutsidePresses::Watch : QAbstractNativeEventFilter {
         }
         if (event->event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
             const auto* press = reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event);
-            if (press->detail <= lastRealButton) {
+            if (press->detail <= LAST_REAL_BUTTON) {
                 look();
             }
         } else if (event->event_type == XCB_INPUT_RAW_TOUCH_BEGIN) {

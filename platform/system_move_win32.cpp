@@ -91,7 +91,7 @@ LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM seco
 void runLoop(HWND window) {
     constexpr UINT_PTR id = 1;
     SetWindowSubclass(window, duringMove, id, 0);
-    SendMessageA(window, modDeklarace::systemCommand, modDeklarace::moveByPointer, 0);
+    SendMessageA(window, modDeklarace::SYSTEM_COMMAND, modDeklarace::MOVE_BY_POINTER, 0);
     KillTimer(window, endTimer);
     RemoveWindowSubclass(window, duringMove, id);
 }

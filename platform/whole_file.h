@@ -11,7 +11,7 @@
 namespace zvonivec::whole_file {
 
 /// A file that is larger is left alone, and none is made larger: it can't be a settings file.
-inline constexpr std::size_t largest = std::size_t{2} << 20U;
+inline constexpr std::size_t LARGEST = std::size_t{2} << 20U;
 
 enum class Found { file, nothing, unusable };
 

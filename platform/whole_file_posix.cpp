@@ -16,8 +16,8 @@ namespace zvonivec::whole_file {
 
 namespace {
 
-constexpr auto longestWait = std::chrono::seconds(1);
-constexpr auto waitStep = std::chrono::milliseconds(5);
+constexpr auto LONGEST_WAIT = std::chrono::seconds(1);
+constexpr auto WAIT_STEP = std::chrono::milliseconds(5);
 
 /// A descriptor that closes itself.
 class File {
@@ -65,7 +65,7 @@ std::optional<std::string> targetOf(const std::string& path) {
 
 /// Opens the file for the new content and locks it against other processes.
 File openLocked(const std::string& path) {
-    const auto end = std::chrono::steady_clock::now() + longestWait;
+    const auto end = std::chrono::steady_clock::now() + LONGEST_WAIT;
     do {
         constexpr mode_t permissions = 0666; // less what the user's mask takes away
         File file(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
@@ -84,7 +84,7 @@ File openLocked(const std::string& path) {
         } else if (errno != EWOULDBLOCK) {
             return File(); // a file system without locks: waiting won't help
         }
-        std::this_thread::sleep_for(waitStep);
+        std::this_thread::sleep_for(WAIT_STEP);
     } while (std::chrono::steady_clock::now() < end);
     return File();
 }
@@ -138,7 +138,7 @@ Content read(const std::string& path) {
         return {.found = errno == ENOENT ? Found::nothing : Found::unusable, .bytes = {}};
     }
     const auto status = ordinaryFile(file);
-    if (!status || status->st_size > static_cast<off_t>(largest)) {
+    if (!status || status->st_size > static_cast<off_t>(LARGEST)) {
         return {.found = Found::unusable, .bytes = {}};
     }
     Content content{.found = Found::file, .bytes = std::string()};
@@ -177,7 +177,7 @@ bool update(const std::string& path, const std::function<std::string(const std::
     if (usable) {
         const std::string bytes = change(old.bytes);
         takeOver(file, *target); // before the content, which may not be for everybody
-        done = bytes.size() <= largest && writeAll(file, bytes) && fsync(file.get()) == 0 &&
+        done = bytes.size() <= LARGEST && writeAll(file, bytes) && fsync(file.get()) == 0 &&
                rename(newPath.c_str(), target->c_str()) == 0;
     }
     if (done) {

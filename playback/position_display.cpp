@@ -8,12 +8,12 @@ namespace zvonivec {
 namespace {
 
 /// Twips that the strip moves at a tick.
-constexpr float stripStep = 30;
+constexpr float STRIP_STEP = 30;
 
 } // namespace
 
 void frmPlayer::Timer1_Timer() {
-    picDisplay.setLeft(picDisplay.Left() - stripStep);
+    picDisplay.setLeft(picDisplay.Left() - STRIP_STEP);
     if (picDisplay.Left() + picDisplay.Width() < 0) {
         sendStripToTheRight();
     }

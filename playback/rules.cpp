@@ -10,10 +10,10 @@ namespace zvonivec {
 namespace {
 
 // What the bar's border takes, in twips. The seek lands a hair later than the tooltip promises.
-constexpr float toolTipOffset = 40;
-constexpr float seekOffset = 50;
+constexpr float TOOL_TIP_OFFSET = 40;
+constexpr float SEEK_OFFSET = 50;
 
-constexpr float mostSeconds = 1e9F;
+constexpr float MOST_SECONDS = 1e9F;
 
 char lowered(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
@@ -27,8 +27,8 @@ bool isMp3(std::string_view fileType) {
 }
 
 std::optional<std::string> timeUnderPointer(float X, float width, float maximum) {
-    const float exact = (X + toolTipOffset) / (width / 100.0F) * (maximum / 100.0F);
-    if (!(std::fabs(exact) < mostSeconds)) {
+    const float exact = (X + TOOL_TIP_OFFSET) / (width / 100.0F) * (maximum / 100.0F);
+    if (!(std::fabs(exact) < MOST_SECONDS)) {
         return std::nullopt;
     }
     // Left of the bar a seek goes to the start. nearbyint rounds halves to even.
@@ -39,7 +39,7 @@ std::optional<std::string> timeUnderPointer(float X, float width, float maximum)
 }
 
 std::optional<double> seekTarget(float X, float width, float maximum) {
-    const float sum = X + seekOffset;
+    const float sum = X + SEEK_OFFSET;
     const float scale = maximum / 100.0F;
     const double target = double{sum} / (double{width} / 100.0) * double{scale};
     return std::isfinite(target) ? std::optional(target) : std::nullopt;

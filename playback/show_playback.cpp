@@ -21,7 +21,7 @@ void frmPlayer::ShowPlayback(bool playing) {
         imgButtons[i].setEnabled(playing);
     }
     if (!playing) {
-        Popup().setFileItemsColor(DISABLED_ITEM_COLOR);
+        Popup().setFileItemsColour(DISABLED_ITEM_COLOR);
         WMP->setURL("");
     }
     showMark(playing ? buttonPlay : buttonStop, playing ? "Přehrát" : "Zastavit");
@@ -38,7 +38,7 @@ void frmPlayer::ShowPlayback(bool playing) {
     if (playing) {
         lblTime[1].setCaption(WMP->currentMedia().durationString());
         PB.setMax(static_cast<float>(WMP->currentMedia().duration()));
-        Popup().setFileItemsColor(ENABLED_ITEM_COLOR);
+        Popup().setFileItemsColour(ENABLED_ITEM_COLOR);
     }
 
     lblTime[0].setVisible(playing);

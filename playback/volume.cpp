@@ -7,13 +7,13 @@ namespace zvonivec {
 namespace {
 
 /// Per cent of a click.
-constexpr std::int32_t volumeStep = 10;
+constexpr std::int32_t VOLUME_STEP = 10;
 
 } // namespace
 
 void frmPlayer::imgVolume_MouseUp(const MouseArgs& mouse) {
     PlayerEngine::Settings& settings = WMP->settings();
-    settings.setVolume(settings.volume() + (mouse.Button == 1 ? volumeStep : -volumeStep));
+    settings.setVolume(settings.volume() + (mouse.Button == 1 ? VOLUME_STEP : -VOLUME_STEP));
     showVolume();
     DoEvents();
 }

@@ -46,22 +46,22 @@ void frmPopup::carryOut(std::int16_t Index) {
     case itemAbout:
         player_.ShowAboutBox();
         break;
-    case itemMinimize:
-        player_.setWindowState(WindowState::minimized);
+    case itemMinimise:
+        player_.setWindowState(WindowState::minimised);
         break;
     case itemQuit:
         player_.CloseApplication();
         break;
     case itemVolumeUp:
-        player_.imgVolume_MouseUp({.Button = leftButton});
+        player_.imgVolume_MouseUp({.Button = LEFT_BUTTON});
         break;
     case itemVolumeDown:
-        player_.imgVolume_MouseUp({.Button = rightButton});
+        player_.imgVolume_MouseUp({.Button = RIGHT_BUTTON});
         break;
     default: // itemRewind to itemForward
         player_.gClickArmed = true;
         player_.imgButtons_MouseUp(static_cast<std::int16_t>(Index - itemRewind),
-                                   {.Button = leftButton});
+                                   {.Button = LEFT_BUTTON});
         break;
     }
 }

@@ -48,10 +48,10 @@ void frmPopup::connectHandlers() {
     }
 }
 
-void frmPopup::setFileItemsColor(Color color) {
-    lblPopup[itemProperties].setForeColor(color);
+void frmPopup::setFileItemsColour(Colour colour) {
+    lblPopup[itemProperties].setForeColor(colour);
     for (std::size_t i = itemRewind; i <= itemForward; ++i) {
-        lblPopup[i].setForeColor(color);
+        lblPopup[i].setForeColor(colour);
     }
 }
 
@@ -63,8 +63,8 @@ void frmPopup::showAt(float left, float top) {
     setLeft(left);
     setTop(top);
     if (chkPopup[popupOnTop].Value() == 1) {
-        modDeklarace::SetWindowPos(player_.hWnd(), modDeklarace::insertNotTopmost, 0, 0, 0, 0,
-                                   modDeklarace::noSizeNoMove);
+        modDeklarace::SetWindowPos(player_.hWnd(), modDeklarace::INSERT_NOT_TOPMOST, 0, 0, 0, 0,
+                                   modDeklarace::NO_SIZE_NO_MOVE);
     }
     // Before the menu is seen, so that no press that answers it is missed.
     outsidePresses_ = std::make_unique<OutsidePresses>(hWnd(), [this] { Form_Deactivate(); });
@@ -82,9 +82,9 @@ void frmPopup::Form_Deactivate() {
 
 void frmPopup::placeMainWindowInStack() {
     const bool onTop = chkPopup[popupOnTop].Value() == 1;
-    modDeklarace::SetWindowPos(player_.hWnd(),
-                               onTop ? modDeklarace::insertTopmost : modDeklarace::insertNotTopmost,
-                               0, 0, 0, 0, modDeklarace::noSizeNoMove);
+    modDeklarace::SetWindowPos(
+        player_.hWnd(), onTop ? modDeklarace::INSERT_TOPMOST : modDeklarace::INSERT_NOT_TOPMOST, 0,
+        0, 0, 0, modDeklarace::NO_SIZE_NO_MOVE);
 }
 
 void frmPopup::Form_KeyDown(std::int16_t KeyCode) {

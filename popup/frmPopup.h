@@ -32,7 +32,7 @@ enum PopupItem : std::int16_t {
     itemForward = 8,
     itemThirdSeparator = 9,
     itemAbout = 10,
-    itemMinimize = 11,
+    itemMinimise = 11,
     itemQuit = 12,
     itemVolumeUp = 13,
     itemVolumeDown = 14,
@@ -50,7 +50,7 @@ public:
     std::array<Label, POPUP_ITEM_COUNT> lblPopup;
 
     /// Colours the items that need a file: ENABLED_ITEM_COLOR or DISABLED_ITEM_COLOR.
-    void setFileItemsColor(Color color);
+    void setFileItemsColour(Colour colour);
     /// Item 1's colour is where the program keeps whether a file is loaded.
     [[nodiscard]] bool fileIsLoaded() const;
 

@@ -21,14 +21,14 @@ constexpr ControlLayout checkBox(std::string_view name, std::string_view caption
 }
 
 constexpr ControlLayout item(std::string_view name, std::string_view caption, float top,
-                             Color color = ENABLED_ITEM_COLOR) {
+                             Colour colour = ENABLED_ITEM_COLOR) {
     return {.Name = name,
             .Left = 120,
             .Top = top,
             .Width = 2220,
             .Height = 195,
             .Caption = caption,
-            .ForeColor = color,
+            .ForeColor = colour,
             .BackColor = MENU_BACK_COLOR,
             .Bold = true,
             .Transparent = false};
@@ -36,7 +36,7 @@ constexpr ControlLayout item(std::string_view name, std::string_view caption, fl
 
 constexpr ControlLayout separator(std::string_view name, float top, bool transparent) {
     ControlLayout row = item(name, "------------------------------------", top);
-    row.Alignment = Alignment::center;
+    row.Alignment = Alignment::centre;
     row.Transparent = transparent;
     return row;
 }

@@ -11,8 +11,8 @@ namespace zvonivec {
 
 namespace {
 
-constexpr const char* section = "General";
-constexpr std::size_t bufferSize = 33001;
+constexpr const char* SECTION = "General";
+constexpr std::size_t BUFFER_SIZE = 33001;
 
 /// The default in the middle of the screen.
 float centred(float screen, float window) {
@@ -26,14 +26,15 @@ public:
         : path_(SettingsPath(programFolder, modDeklarace::folderSeparator())) {}
 
     [[nodiscard]] std::string read(const char* key, const std::string& defaultText) const {
-        return modDeklarace::GetPrivateProfileStringA(section, key, defaultText, bufferSize, path_);
+        return modDeklarace::GetPrivateProfileStringA(SECTION, key, defaultText, BUFFER_SIZE,
+                                                      path_);
     }
     void write(const char* key, std::string text) const {
         std::ranges::transform(text, text.begin(), [](char character) {
             return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
                                                         : character;
         });
-        modDeklarace::WritePrivateProfileStringA(section, key, text, path_);
+        modDeklarace::WritePrivateProfileStringA(SECTION, key, text, path_);
     }
 
 private:

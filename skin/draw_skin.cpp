@@ -48,24 +48,24 @@ bool writePicture(const std::string& path, const Picture& picture) {
 
 /// Picture number 1 to 31 of the image list.
 Picture drawListPicture(int number, int scale) {
-    constexpr int ROUND_BUTTONS = 5;
+    constexpr int roundButtons = 5;
     const auto button = [&](int index, ButtonState state) {
-        return index < ROUND_BUTTONS ? drawRoundButton(index, state, scale)
-                                     : drawTile(index, state, scale);
+        return index < roundButtons ? drawRoundButton(index, state, scale)
+                                    : drawTile(index, state, scale);
     };
     if (number >= 27) {
-        return button(number - 27, ButtonState::Disabled);
+        return button(number - 27, ButtonState::disabled);
     }
     if (number >= 22) {
         return drawDisplayMark(number - 22, scale);
     }
     if (number >= 15) {
-        return button(number - 15, ButtonState::Pressed);
+        return button(number - 15, ButtonState::pressed);
     }
     if (number >= 8) {
-        return button(number - 8, ButtonState::Hover);
+        return button(number - 8, ButtonState::hover);
     }
-    return button(number - 1, ButtonState::Normal);
+    return button(number - 1, ButtonState::normal);
 }
 
 /// Everything that lies on the body, in one picture.
@@ -133,7 +133,7 @@ Picture drawPreview(int scale) {
         int left;
         int top;
     };
-    constexpr std::array<Placed, 8> PLACES{{
+    constexpr std::array<Placed, 8> places{{
         {1, 59, 144},
         {9, 106, 176},
         {17, 153, 208},
@@ -144,7 +144,7 @@ Picture drawPreview(int scale) {
         {24, 232, 77},
     }};
     Picture picture = drawBody(scale);
-    for (const Placed& placed : PLACES) {
+    for (const Placed& placed : places) {
         paste(picture, drawListPicture(placed.number, scale), placed.left * scale,
               placed.top * scale);
     }

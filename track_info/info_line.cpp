@@ -20,7 +20,7 @@ constexpr std::array INFO_ITEMS{
     InfoItem{"Author", "Interpret: "},
 };
 
-constexpr std::string_view separator = "        ";
+constexpr std::string_view SEPARATOR = "        ";
 
 } // namespace
 
@@ -36,7 +36,7 @@ std::string frmPlayer::BuildInfoLine() {
     for (const InfoItem& item : INFO_ITEMS) {
         const std::string value = WMP->currentMedia().getItemInfo(item.attribute);
         if (!value.empty()) {
-            line.append(separator).append(item.label).append(value);
+            line.append(SEPARATOR).append(item.label).append(value);
         }
     }
     return line;

@@ -20,23 +20,23 @@ constexpr std::array PROPERTIES_ITEMS{
     PropertiesItem{"Genre", "Žánr: "},       PropertiesItem{"WM/Year", "Rok: "},
 };
 
-constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view LINE_END = "\r\n";
 
 } // namespace
 
 std::string frmPlayer::BuildPropertiesText() {
     std::string text = RateLine();
-    text.append(lineEnd)
+    text.append(LINE_END)
         .append("Délka skladby: ")
         .append(WMP->currentMedia().durationString())
-        .append(lineEnd);
+        .append(LINE_END);
     for (const PropertiesItem& item : PROPERTIES_ITEMS) {
         const std::string value = WMP->currentMedia().getItemInfo(item.attribute);
         if (!value.empty()) {
-            text.append(item.label).append(value).append(lineEnd);
+            text.append(item.label).append(value).append(LINE_END);
         }
     }
-    return text.append(lineEnd).append("URL: ").append(WMP->URL());
+    return text.append(LINE_END).append("URL: ").append(WMP->URL());
 }
 
 } // namespace zvonivec

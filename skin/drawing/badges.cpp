@@ -70,7 +70,7 @@ struct IconPlace {
 };
 
 IconPlace iconPlaceOf(Point p) {
-    static constexpr std::array<Point, 12> EDGE{{
+    static constexpr std::array<Point, 12> edge{{
         {1, 28.5},
         {1, 4},
         {3.4, 1},
@@ -85,7 +85,7 @@ IconPlace iconPlaceOf(Point p) {
         {3.5, 31},
     }};
     IconPlace place{};
-    place.edge = polygonDistance(p, EDGE);
+    place.edge = polygonDistance(p, edge);
     place.rail = (p.x < 16 ? p.x : 32 - p.x) - 5;
     place.screen = boxDistance(p, ICON_SCREEN, 1);
     place.knob = circleDistance(p, ICON_KNOB, ICON_KNOB_RADIUS);
@@ -98,7 +98,7 @@ double fromIconRailEdge(Point p) {
         Point on;
         Point inwards;
     };
-    static constexpr std::array<Side, 5> SIDES{{
+    static constexpr std::array<Side, 5> sides{{
         {{1, 16}, {1, 0}},
         {{1, 4}, {0.7809, 0.6247}},
         {{4, 1}, {0, 1}},
@@ -107,7 +107,7 @@ double fromIconRailEdge(Point p) {
     }};
     const Point left{p.x < 16 ? p.x : 32 - p.x, p.y};
     double inwards = 6;
-    for (const Side& side : SIDES) {
+    for (const Side& side : sides) {
         inwards = smoothUnion(inwards, dot(left - side.on, side.inwards), 2.5);
     }
     return inwards;
@@ -131,21 +131,21 @@ double iconHeight(Point p) {
 
 /// The bars on the display, from its foot up.
 double iconBars(Point p) {
-    constexpr std::array<double, 5> HEIGHTS{2, 4, 3, 5, 2};
-    constexpr double STEP = 3;
-    constexpr double WIDTH = 2;
+    constexpr std::array<double, 5> heights{2, 4, 3, 5, 2};
+    constexpr double step = 3;
+    constexpr double width = 2;
     double nearest = 10;
-    for (std::size_t i = 0; i < HEIGHTS.size(); ++i) {
-        const double left = 9 + static_cast<double>(i) * STEP;
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+        const double left = 9 + static_cast<double>(i) * step;
         nearest =
-            std::min(nearest, boxDistance(p, {left, 12 - HEIGHTS.at(i), left + WIDTH, 12}, 0));
+            std::min(nearest, boxDistance(p, {left, 12 - heights.at(i), left + width, 12}, 0));
     }
     return nearest;
 }
 
 /// The icon of 16 pixels: no more than rails, display and a big triangle, on the pixel grid.
 Drop smallIconColour(Point p, Direction /*surface*/) {
-    static constexpr std::array<Point, 6> PLAY{
+    static constexpr std::array<Point, 6> play{
         {{12, 16}, {14, 16}, {22, 21}, {22, 23}, {14, 28}, {12, 28}}};
     const double edge = iconPlaceOf(p).edge;
     const double fromSide = p.x < 16 ? p.x : 32 - p.x;
@@ -156,12 +156,12 @@ Drop smallIconColour(Point p, Direction /*surface*/) {
     } else if (boxDistance(p, {6, 6, 26, 14}, 0.2) < 0) {
         light = lightOf(DISPLAY_COLOUR);
     }
-    light = mixed(light, lightOf(MARK_COLOUR), smoothStep(0.2, -0.2, polygonDistance(p, PLAY)));
+    light = mixed(light, lightOf(MARK_COLOUR), smoothStep(0.2, -0.2, polygonDistance(p, play)));
     return {light, edge < 0 ? 1.0 : 0.0};
 }
 
 Light iconKnobColour(Point p, double inwards, Direction n) {
-    static constexpr std::array<Point, 3> PLAY{{{14.0, 18.1}, {20.0, 21.5}, {14.0, 24.9}}};
+    static constexpr std::array<Point, 3> play{{{14.0, 18.1}, {20.0, 21.5}, {14.0, 24.9}}};
     if (inwards < 1.9) {
         return mixed(polishedMetal(lightOf(232, 238, 242), n),
                      brushedMetal(lightOf(190, 198, 204), n, 0), 0.5) *
@@ -172,7 +172,7 @@ Light iconKnobColour(Point p, double inwards, Direction n) {
         smoothStep(2.3, 2.7, inwards) * smoothStep(-0.2, 0.2, circleDistance(p, {16, 31}, 10.6));
     light = light + lightOf(206, 226, 236) * (gloss * mixed(0.03, 0.26, smoothStep(21, 16, p.y)));
     light = light * (0.2 + 0.8 * smoothStep(1.9, 2.4, inwards));
-    return mixed(light, lightOf(MARK_COLOUR), smoothStep(0.12, -0.12, polygonDistance(p, PLAY)));
+    return mixed(light, lightOf(MARK_COLOUR), smoothStep(0.12, -0.12, polygonDistance(p, play)));
 }
 
 Drop iconColour(Point p, Direction n) {
@@ -214,14 +214,14 @@ double handDistance(Point p) {
         Point to;
         double radius;
     };
-    static constexpr std::array<Finger, 5> FINGERS{{
+    static constexpr std::array<Finger, 5> fingers{{
         {{12.5, 5.8}, {12.5, 18}, 1.5},
         {{15.5, 12.5}, {15.5, 19}, 1.5},
         {{18.5, 13.5}, {18.5, 19}, 1.5},
         {{21.5, 15}, {21.5, 20}, 1.5},
         {{8.5, 17.5}, {12.5, 22.5}, 1.45},
     }};
-    static constexpr std::array<Point, 8> PALM{{
+    static constexpr std::array<Point, 8> palm{{
         {11, 17},
         {23, 17},
         {23, 22.5},
@@ -231,8 +231,8 @@ double handDistance(Point p) {
         {13, 26},
         {11, 23},
     }};
-    double distance = polygonDistance(p, PALM);
-    for (const Finger& finger : FINGERS) {
+    double distance = polygonDistance(p, palm);
+    for (const Finger& finger : fingers) {
         distance = std::min(distance, segmentDistance(p, finger.from, finger.to) - finger.radius);
     }
     return distance;
@@ -258,9 +258,9 @@ Picture drawLogo(int scale) {
 }
 
 Picture drawIcon(int size, bool softEdges) {
-    constexpr int SMALL = 16;
+    constexpr int small = 16;
     const Drawing drawing =
-        drawBadge({iconHeight, size <= SMALL ? smallIconColour : iconColour}, size);
+        drawBadge({iconHeight, size <= small ? smallIconColour : iconColour}, size);
     return softEdges ? roundedWithAlpha(drawing) : rounded(drawing);
 }
 

@@ -61,7 +61,7 @@ double fromRailEdge(Point p) {
         Point inwards;
     };
     // Left and right differ: the right tab is narrower and its corner steeper.
-    static constexpr std::array<Side, 6> LEFT{{
+    static constexpr std::array<Side, 6> left{{
         {{0, 100}, {1, 0}},
         {{2, 11}, {0.7071, 0.7071}},
         {{20, 0}, {0, 1}},
@@ -69,7 +69,7 @@ double fromRailEdge(Point p) {
         {{8, 327}, {0.7809, -0.6247}},
         {{17, 336}, {0, -1}},
     }};
-    static constexpr std::array<Side, 6> RIGHT{{
+    static constexpr std::array<Side, 6> right{{
         {{337, 100}, {-1, 0}},
         {{332, 12}, {-0.7399, 0.6727}},
         {{310, 0}, {0, 1}},
@@ -78,7 +78,7 @@ double fromRailEdge(Point p) {
         {{320, 336}, {0, -1}},
     }};
     double inwards = 40;
-    for (const Side& side : p.x < MIDDLE ? LEFT : RIGHT) {
+    for (const Side& side : p.x < MIDDLE ? left : right) {
         inwards = smoothUnion(inwards, dot(p - side.on, side.inwards), 12);
     }
     return inwards;
@@ -86,13 +86,13 @@ double fromRailEdge(Point p) {
 
 /// Grooves across the rails, where the fingers hold the device.
 double gripDepth(Point p) {
-    constexpr double FIRST = 148;
-    constexpr double STEP = 6;
-    constexpr int COUNT = 9;
+    constexpr double first = 148;
+    constexpr double step = 6;
+    constexpr int count = 9;
     const double fromSide = p.x < MIDDLE ? p.x : WIDTH - p.x;
     double distance = 10;
-    for (int i = 0; i < COUNT; ++i) {
-        const double y = FIRST + i * STEP;
+    for (int i = 0; i < count; ++i) {
+        const double y = first + i * step;
         distance = std::min(distance, segmentDistance({fromSide, p.y}, {6, y}, {15.5, y}));
     }
     return bevelledRise(1.7 - distance, 1.7, 1.1);
@@ -100,14 +100,14 @@ double gripDepth(Point p) {
 
 /// The plate that carries the buttons, a plectrum: three bulging sides with round corners.
 double plateDistance(Point p) {
-    constexpr double ARCH = 212;
-    constexpr double SIDE = 430;
-    constexpr Point OUTWARDS{-0.5628, 0.8266}; // of the lower left side
-    constexpr double REACH = 33;
-    const double top = circleDistance(p, {MIDDLE, 107 + ARCH}, ARCH);
-    const Point toLeft = BUTTONS[1] + OUTWARDS * (REACH - SIDE);
-    const double left = circleDistance(p, toLeft, SIDE);
-    const double right = circleDistance(p, {WIDTH - toLeft.x, toLeft.y}, SIDE);
+    constexpr double arch = 212;
+    constexpr double side = 430;
+    constexpr Point outwards{-0.5628, 0.8266}; // of the lower left side
+    constexpr double reach = 33;
+    const double top = circleDistance(p, {MIDDLE, 107 + arch}, arch);
+    const Point toLeft = BUTTONS[1] + outwards * (reach - side);
+    const double left = circleDistance(p, toLeft, side);
+    const double right = circleDistance(p, {WIDTH - toLeft.x, toLeft.y}, side);
     const double lower = -smoothUnion(-left, -right, 30);
     return -smoothUnion(-top, -lower, 34);
 }
@@ -116,11 +116,11 @@ double plateDistance(Point p) {
 struct Holes {
     std::vector<Point> middles;
     Holes() {
-        constexpr double STEP = 7;
-        constexpr double ROW = 6;
+        constexpr double step = 7;
+        constexpr double rowHeight = 6;
         for (int row = 0; row < 9; ++row) {
             for (int column = 0; column < 12; ++column) {
-                const Point p{38 + column * STEP + (row % 2 == 0 ? 0 : STEP / 2), 200 + row * ROW};
+                const Point p{38 + column * step + (row % 2 == 0 ? 0 : step / 2), 200 + row * rowHeight};
                 if (plateDistance(p) > 11 && p.x < 120) {
                     middles.push_back(p);
                     middles.push_back({WIDTH - p.x, p.y});
@@ -131,12 +131,12 @@ struct Holes {
 };
 
 double holeDistance(Point p) {
-    static const Holes HOLES;
+    static const Holes holes;
     if (p.y < 194 || p.y > 256) {
         return 6;
     }
     double nearest = 6;
-    for (const Point middle : HOLES.middles) {
+    for (const Point middle : holes.middles) {
         nearest = std::min(nearest, circleDistance(p, middle, 1.7));
     }
     return nearest;
@@ -206,9 +206,9 @@ double heightAt(Point p) {
 /// As film takes very bright light: near white, but never flat.
 Light exposed(Light light) {
     const auto channel = [](double value) {
-        constexpr double KNEE = 0.6;
-        const double over = (value - KNEE) / (1 - KNEE);
-        return over > 0 ? KNEE + (1 - KNEE) * over / (1 + over / 2) : value;
+        constexpr double knee = 0.6;
+        const double over = (value - knee) / (1 - knee);
+        return over > 0 ? knee + (1 - knee) * over / (1 + over / 2) : value;
     };
     return {channel(light.r), channel(light.g), channel(light.b)};
 }
@@ -253,9 +253,9 @@ Light plateColour(Point p, const Place& at, Direction n) {
 
 /// The studio's big window, mirrored by everything flat: its lower edge is a wide arc.
 double windowLight(Point p) {
-    constexpr Point MIDDLE_OF_ARC{-40, -160};
-    constexpr double ARC = 402;
-    const double inside = -circleDistance(p, MIDDLE_OF_ARC, ARC);
+    constexpr Point middleOfArc{-40, -160};
+    constexpr double arc = 402;
+    const double inside = -circleDistance(p, middleOfArc, arc);
     return smoothStep(-0.8, 0.8, inside) * (0.35 + 0.65 * smoothStep(260, 0, p.y));
 }
 
@@ -313,15 +313,15 @@ Light lipLight(Point p, double distance, const Box& box) {
 
 /// The printed scale over the bar: sixteen parts of its width, on whole pixels.
 double scaleMark(Point p) {
-    constexpr double LEFT = 40;
-    constexpr double PART = 16;
-    constexpr double BOTTOM = 283;
-    const double place = std::floor((p.x - LEFT) / PART);
-    if (place < 0 || place > 16 || p.x - LEFT - place * PART > 1 || p.y > BOTTOM) {
+    constexpr double left = 40;
+    constexpr double part = 16;
+    constexpr double bottom = 283;
+    const double place = std::floor((p.x - left) / part);
+    if (place < 0 || place > 16 || p.x - left - place * part > 1 || p.y > bottom) {
         return 0;
     }
     const bool isLong = static_cast<int>(place) % 4 == 0;
-    return p.y > BOTTOM - (isLong ? 4 : 2) ? (isLong ? 1.0 : 0.6) : 0;
+    return p.y > bottom - (isLong ? 4 : 2) ? (isLong ? 1.0 : 0.6) : 0;
 }
 
 Drop colourAt(Point p, Direction n, double edgeWidth) {
@@ -375,9 +375,9 @@ Picture drawBody(int scale) {
     const Drawing drawing = draw(scene, {0, 0}, WIDTH * scale, HEIGHT * scale, scale, samples);
     // The texts lie on their own plain ground, so this part takes no dithering. A hairline parts
     // the display's two lines.
-    constexpr Box PLAIN{84, 57, 254, 88};
-    constexpr Box HAIRLINE{86, 73, 250, 74};
-    constexpr Rgba HAIRLINE_COLOUR{0, 141, 171};
+    constexpr Box plain{84, 57, 254, 88};
+    constexpr Box hairline{86, 73, 250, 74};
+    constexpr Rgba hairlineColour{0, 141, 171};
     Picture fixed(WIDTH * scale, HEIGHT * scale, CLEAR);
     const auto fill = [&](const Box& box, Rgba colour) {
         for (int y = static_cast<int>(box.top) * scale; y < static_cast<int>(box.bottom) * scale;
@@ -388,8 +388,8 @@ Picture drawBody(int scale) {
             }
         }
     };
-    fill(PLAIN, DISPLAY_COLOUR);
-    fill(HAIRLINE, HAIRLINE_COLOUR);
+    fill(plain, DISPLAY_COLOUR);
+    fill(hairline, hairlineColour);
     // The more pixels there are, the finer their shades run into one another by themselves.
     const double mostOwed = scale == 1 ? 3 : 0.5;
     return dithered(drawing, fixed, outlineMask(scale), 255, mostOwed);

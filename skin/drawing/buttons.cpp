@@ -93,13 +93,13 @@ Picture drawRoundButton(int button, ButtonState state, int scale) {
 }
 
 Picture drawTile(int button, ButtonState state, int scale) {
-    constexpr int MINIMISE = 5;
-    constexpr int SAMPLES = 8;
-    constexpr Rgba SYMBOL{18, 32, 40};
-    const bool pressed = state == ButtonState::Pressed;
+    constexpr int minimise = 5;
+    constexpr int samples = 8;
+    constexpr Rgba symbolColour{18, 32, 40};
+    const bool pressed = state == ButtonState::pressed;
     // Under the pointer the tile shines, with a little of the display's blue.
     const Light tint = pressed                       ? lightOf(178, 184, 188)
-                       : state == ButtonState::Hover ? lightOf(232, 255, 255) * 1.3
+                       : state == ButtonState::hover ? lightOf(232, 255, 255) * 1.3
                                                      : lightOf(212, 217, 220);
     const Scene scene{
         [&](Point p) {
@@ -118,7 +118,7 @@ Picture drawTile(int button, ButtonState state, int scale) {
         },
     };
     const int size = TILE_SIZE * scale;
-    const Drawing drawing = draw(scene, {0, 0}, size, size, scale, SAMPLES);
+    const Drawing drawing = draw(scene, {0, 0}, size, size, scale, samples);
     Picture picture = rounded(drawing);
     for (int y = 0; y < size; ++y) {
         for (int x = 0; x < size; ++x) {
@@ -129,14 +129,14 @@ Picture drawTile(int button, ButtonState state, int scale) {
             }
         }
     }
-    static const Figure BAR({{{3, 9}, {8, 9}, {8, 11}, {3, 11}}});
-    static const Figure CROSS({{{3, 3}, {4.5, 3}, {11, 9.5}, {11, 11}, {9.5, 11}, {3, 4.5}},
+    static const Figure bar({{{3, 9}, {8, 9}, {8, 11}, {3, 11}}});
+    static const Figure cross({{{3, 3}, {4.5, 3}, {11, 9.5}, {11, 11}, {9.5, 11}, {3, 4.5}},
                                {{11, 3}, {11, 4.5}, {4.5, 11}, {3, 11}, {3, 9.5}, {9.5, 3}}});
-    const Figure& symbol = button == MINIMISE ? BAR : CROSS;
+    const Figure& symbol = button == minimise ? bar : cross;
     if (scale == 1) {
-        paint(picture, symbol, SYMBOL, scale);
+        paint(picture, symbol, symbolColour, scale);
     } else {
-        paintSmooth(picture, symbol, SYMBOL, CLEAR, scale);
+        paintSmooth(picture, symbol, symbolColour, CLEAR, scale);
     }
     return picture;
 }

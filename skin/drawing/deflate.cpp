@@ -283,7 +283,7 @@ void writeBlock(Writer& writer, std::span<const Token> tokens, bool isLast) {
     }
     const Lengths runLengths = codeLengths(runCounts, 7);
     const std::vector<unsigned> runCodes = codesOf(runLengths);
-    constexpr std::array<std::size_t, 19> ORDER{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+    constexpr std::array<std::size_t, 19> order{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                 11, 4,  12, 3, 13, 2, 14, 1, 15};
 
     writer.bits(isLast ? 1 : 0, 1);
@@ -291,7 +291,7 @@ void writeBlock(Writer& writer, std::span<const Token> tokens, bool isLast) {
     writer.bits(286 - 257, 5);
     writer.bits(30 - 1, 5);
     writer.bits(19 - 4, 4);
-    for (const std::size_t symbol : ORDER) {
+    for (const std::size_t symbol : order) {
         writer.bits(runLengths[symbol], 3);
     }
     for (const Run& run : runs) {
@@ -322,12 +322,12 @@ void writeBlock(Writer& writer, std::span<const Token> tokens, bool isLast) {
 } // namespace
 
 std::string deflated(const std::vector<std::uint8_t>& data) {
-    constexpr std::size_t BLOCK = 16384;
+    constexpr std::size_t blockLength = 16384;
     const std::vector<Token> tokens = Matcher(data).run();
     Writer writer;
     std::span<const Token> rest(tokens);
     do {
-        const std::span<const Token> block = rest.first(std::min(BLOCK, rest.size()));
+        const std::span<const Token> block = rest.first(std::min(blockLength, rest.size()));
         rest = rest.subspan(block.size());
         writeBlock(writer, block, rest.empty());
     } while (!rest.empty());

@@ -13,7 +13,7 @@ inline constexpr Rgba DISPLAY_COLOUR{0, 160, 192};
 inline constexpr Rgba MARK_COLOUR{224, 255, 64};
 
 /// A button's picture in the image list is the one of its state.
-enum class ButtonState { Normal, Hover, Pressed, Disabled };
+enum class ButtonState { normal, hover, pressed, disabled };
 
 /// Of the symbols on the round buttons, in the order of the states.
 inline constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{

@@ -63,7 +63,7 @@ double smoothUnion(double a, double b, double rounding) {
 
 Point onCircle(Point centre, double radius, int fifteenths) {
     // The cosines of 0, 15, 30 ... 90 degrees.
-    constexpr std::array<double, 7> COSINES{1.0,
+    constexpr std::array<double, 7> cosines{1.0,
                                             0.96592582628906829,
                                             0.86602540378443865,
                                             0.70710678118654752,
@@ -73,8 +73,8 @@ Point onCircle(Point centre, double radius, int fifteenths) {
     const int turn = ((fifteenths % 24) + 24) % 24;
     const auto quarter = static_cast<std::size_t>(turn / 6);
     const auto rest = static_cast<std::size_t>(turn % 6);
-    const double near = COSINES.at(rest) * radius;
-    const double far = COSINES.at(6 - rest) * radius;
+    const double near = cosines.at(rest) * radius;
+    const double far = cosines.at(6 - rest) * radius;
     switch (quarter) {
     case 0:
         return {centre.x + near, centre.y + far};

@@ -52,19 +52,19 @@ private:
 };
 
 std::string compressed(const std::vector<std::uint8_t>& indices, unsigned depth) {
-    constexpr unsigned CODE_LIMIT = 4096;
-    constexpr std::uint16_t NO_CODE = 0xFFFF;
+    constexpr unsigned codeLimit = 4096;
+    constexpr std::uint16_t noCode = 0xFFFF;
     const unsigned clearCode = 1U << depth;
     const unsigned endCode = clearCode + 1;
 
-    std::vector<std::array<std::uint16_t, 256>> next(CODE_LIMIT);
+    std::vector<std::array<std::uint16_t, 256>> next(codeLimit);
     unsigned nextCode = 0;
     unsigned width = 0;
     CodeBlocks blocks;
 
     const auto restart = [&] {
         for (auto& row : next) {
-            row.fill(NO_CODE);
+            row.fill(noCode);
         }
         nextCode = endCode + 1;
         width = depth + 1;
@@ -76,12 +76,12 @@ std::string compressed(const std::vector<std::uint8_t>& indices, unsigned depth)
     for (std::size_t i = 1; i < indices.size(); ++i) {
         const std::uint8_t index = indices[i];
         const std::uint16_t known = next[current][index];
-        if (known != NO_CODE) {
+        if (known != noCode) {
             current = known;
             continue;
         }
         blocks.append(current, width);
-        if (nextCode < CODE_LIMIT) {
+        if (nextCode < codeLimit) {
             // A reader learns each code one step later than this writer does, so the width grows
             // when the code just given doesn't fit any more, not when the next one wouldn't.
             if (nextCode == (1U << width)) {

@@ -17,12 +17,12 @@ void append(std::string& out, std::uint32_t value, unsigned bytes) {
 } // namespace
 
 std::string icoBytes(const std::vector<Picture>& pictures) {
-    constexpr std::uint32_t ICON = 1;
-    constexpr std::size_t HEAD_SIZE = 6;
-    constexpr std::size_t ENTRY_SIZE = 16;
+    constexpr std::uint32_t icon = 1;
+    constexpr std::size_t headSize = 6;
+    constexpr std::size_t entrySize = 16;
     std::string head;
     append(head, 0, 2);
-    append(head, ICON, 2);
+    append(head, icon, 2);
     append(head, static_cast<std::uint32_t>(pictures.size()), 2);
     std::string body;
     for (const Picture& picture : pictures) {
@@ -34,8 +34,7 @@ std::string icoBytes(const std::vector<Picture>& pictures) {
         append(head, 32, 2); // bits of a pixel
         append(head, static_cast<std::uint32_t>(png.size()), 4);
         append(head,
-               static_cast<std::uint32_t>(HEAD_SIZE + ENTRY_SIZE * pictures.size() + body.size()),
-               4);
+               static_cast<std::uint32_t>(headSize + entrySize * pictures.size() + body.size()), 4);
         body += png;
     }
     return head + body;

@@ -137,18 +137,18 @@ private:
 } // namespace
 
 double wordmarkDistance(Point p) {
-    static const Lettering NAME("Zvonivec", {71.5, 35.5}, 3.5, 3.4, 1.5);
-    return p.y < 20 || p.y > 42 || p.x > 170 || p.x < 66 ? 1000 : NAME.distance(p);
+    static const Lettering name("Zvonivec", {71.5, 35.5}, 3.5, 3.4, 1.5);
+    return p.y < 20 || p.y > 42 || p.x > 170 || p.x < 66 ? 1000 : name.distance(p);
 }
 
 double smallPrintDistance(Point p) {
-    static const Lettering PRINT("DIGITAL AUDIO", {135.5, 322.5}, 2, 3, 1);
-    return p.y < 315 || p.y > 326 || p.x > 220 || p.x < 110 ? 1000 : PRINT.distance(p);
+    static const Lettering print("DIGITAL AUDIO", {135.5, 322.5}, 2, 3, 1);
+    return p.y < 315 || p.y > 326 || p.x > 220 || p.x < 110 ? 1000 : print.distance(p);
 }
 
 double mp3Distance(Point p) {
-    static const Lettering NAME("mp3", {4.4, 19.2}, 2.8, 2.7, 2.1);
-    return NAME.distance(p);
+    static const Lettering name("mp3", {4.4, 19.2}, 2.8, 2.7, 2.1);
+    return name.distance(p);
 }
 
 } // namespace zvonivec::skin

@@ -116,7 +116,7 @@ Picture roundedWithAlpha(const Drawing& drawing) {
 Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
                  std::size_t colours, double mostOwed) {
     // Channels carry eight binary places, so that sums of shared-out errors stay exact.
-    constexpr int UNIT = 256;
+    constexpr int unit = 256;
     using Channels = std::array<int, 3>;
     const int width = drawing.width();
     const int height = drawing.height();
@@ -129,7 +129,7 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
             const Light light = drawing.at(x, y).light;
             const std::array<double, 3> values{shown(light.r), shown(light.g), shown(light.b)};
             for (std::size_t i = 0; i < 3; ++i) {
-                wanted.at(x, y)[i] = static_cast<int>(std::floor(values[i] * UNIT + 0.5));
+                wanted.at(x, y)[i] = static_cast<int>(std::floor(values[i] * unit + 0.5));
             }
             if (mask.at(x, y) == 0) {
                 continue;
@@ -152,7 +152,7 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
 
     // What earlier pixels lost, to be made good by this one. What goes beyond the limit is let go:
     // a debt in hue alone, piled up over many dark pixels, would come back as a bright speck.
-    const int limit = static_cast<int>(mostOwed * UNIT);
+    const int limit = static_cast<int>(mostOwed * unit);
     Grid<Channels> owed(width, height, Channels{});
     Picture picture(width, height, CLEAR);
     // Every second row runs backwards: an error that always moved right would draw slanted worms.
@@ -171,9 +171,9 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
             for (std::size_t i = 0; i < 3; ++i) {
                 want[i] += std::clamp(owed.at(x, y)[i], -limit, limit);
             }
-            const Rgba got = nearestColour(palette, want[0], want[1], want[2], UNIT);
+            const Rgba got = nearestColour(palette, want[0], want[1], want[2], unit);
             picture.at(x, y) = got;
-            const Channels given{got.r * UNIT, got.g * UNIT, got.b * UNIT};
+            const Channels given{got.r * unit, got.g * unit, got.b * unit};
             const int ahead = forth ? 1 : -1;
             const auto share = [&](int column, int row, int sixteenths) {
                 if (column < 0 || column >= width || row >= height) {

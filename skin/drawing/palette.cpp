@@ -119,8 +119,8 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
     }
 
     // A few rounds in which every colour joins its nearest centre and the centres follow.
-    constexpr int ROUNDS = 6;
-    for (int round = 0; round < ROUNDS; ++round) {
+    constexpr int rounds = 6;
+    for (int round = 0; round < rounds; ++round) {
         std::vector<std::array<std::int64_t, 3>> sums(centres.size());
         std::vector<std::int64_t> numbers(centres.size(), 0);
         for (const Counted& colour : colours) {

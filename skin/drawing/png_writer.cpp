@@ -98,8 +98,8 @@ struct Encoded {
 };
 
 Encoded inFullColour(const Picture& picture) {
-    constexpr unsigned RED_GREEN_BLUE_ALPHA = 6;
-    Encoded encoded{RED_GREEN_BLUE_ALPHA, {}, {}, {}};
+    constexpr unsigned redGreenBlueAlpha = 6;
+    Encoded encoded{redGreenBlueAlpha, {}, {}, {}};
     Bytes above(static_cast<std::size_t>(picture.width()) * 4, 0);
     for (int y = 0; y < picture.height(); ++y) {
         Bytes row;
@@ -122,7 +122,7 @@ std::uint32_t keyOf(const Rgba& pixel) {
 
 /// Nothing where the picture has too many colours.
 std::optional<Encoded> inPalette(const Picture& picture) {
-    constexpr unsigned PALETTE = 3;
+    constexpr unsigned palette = 3;
     std::map<std::uint32_t, std::uint8_t> numbers;
     for (const Rgba& pixel : picture.pixels()) {
         numbers.emplace(keyOf(pixel), std::uint8_t{0});
@@ -130,7 +130,7 @@ std::optional<Encoded> inPalette(const Picture& picture) {
             return std::nullopt;
         }
     }
-    Encoded encoded{PALETTE, {}, {}, {}};
+    Encoded encoded{palette, {}, {}, {}};
     std::uint8_t next = 0;
     for (auto& [key, number] : numbers) {
         number = next++;

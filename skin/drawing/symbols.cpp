@@ -43,9 +43,9 @@ Polygon markLeft(double left) {
 
 /// A sound wave of one pixel's width, bent around the back of the loudspeaker.
 Polygon wave(double radius, int fifteenths) {
-    constexpr Point SOURCE{1.5, 4};
-    Polygon band = arc(SOURCE, radius + 0.5, -fifteenths, fifteenths);
-    const Polygon inner = arc(SOURCE, radius - 0.5, fifteenths, -fifteenths);
+    constexpr Point source{1.5, 4};
+    Polygon band = arc(source, radius + 0.5, -fifteenths, fifteenths);
+    const Polygon inner = arc(source, radius - 0.5, fifteenths, -fifteenths);
     band.insert(band.end(), inner.begin(), inner.end());
     return band;
 }
@@ -66,32 +66,32 @@ double Figure::distance(Point p) const {
 const Figure& buttonSymbol(int button) {
     // The middle of the picture is at 15.5. The play triangle stands a little to the right of it:
     // its weight lies at its base.
-    static const std::array<Figure, 5> SYMBOLS{
+    static const std::array<Figure, 5> symbols{
         Figure({box(9, 11, 11, 20), smallLeft(12, 11), smallLeft(17, 11)}),
         Figure({box(11, 11, 14, 20), box(17, 11, 20, 20)}),
         Figure({{{11, 10}, {12, 10}, {22, 15}, {22, 16}, {12, 21}, {11, 21}}}),
         Figure({box(11, 11, 20, 20)}),
         Figure({smallRight(9, 11), smallRight(14, 11), box(20, 11, 22, 20)}),
     };
-    return SYMBOLS.at(static_cast<std::size_t>(button));
+    return symbols.at(static_cast<std::size_t>(button));
 }
 
 const Figure& displayMark(int button) {
-    static const std::array<Figure, 5> MARKS{
+    static const std::array<Figure, 5> marks{
         Figure({box(0, 0, 2, 6), markLeft(2), markLeft(7)}),
         Figure({box(0, 0, 3, 8), box(5, 0, 8, 8)}),
         Figure({{{0, 0}, {1, 0}, {8, 3.5}, {8, 4.5}, {1, 8}, {0, 8}}}),
         Figure({box(0, 0, 8, 8)}),
         Figure({markRight(0), markRight(5), box(10, 0, 12, 6)}),
     };
-    return MARKS.at(static_cast<std::size_t>(button));
+    return marks.at(static_cast<std::size_t>(button));
 }
 
 const Figure& loudspeaker(int scale) {
-    static const Polygon CONE{{0, 2}, {1.8, 2}, {3.8, 0}, {4, 0},
+    static const Polygon cone{{0, 2}, {1.8, 2}, {3.8, 0}, {4, 0},
                               {4, 8}, {3.8, 8}, {1.8, 6}, {0, 6}};
-    static const Figure STAIRS({
-        CONE,
+    static const Figure stairs({
+        cone,
         box(5, 3, 6, 5),
         box(7, 2, 8, 6),
         box(6, 1, 7, 2),
@@ -100,8 +100,8 @@ const Figure& loudspeaker(int scale) {
         box(8, 0, 9, 1),
         box(8, 7, 9, 8),
     });
-    static const Figure CURVES({CONE, wave(4, 1), wave(6, 2), wave(8, 2)});
-    return scale == 1 ? STAIRS : CURVES;
+    static const Figure curves({cone, wave(4, 1), wave(6, 2), wave(8, 2)});
+    return scale == 1 ? stairs : curves;
 }
 
 void paint(Picture& onto, const Figure& figure, Rgba colour, int scale) {
@@ -115,14 +115,14 @@ void paint(Picture& onto, const Figure& figure, Rgba colour, int scale) {
 }
 
 void paintSmooth(Picture& onto, const Figure& figure, Rgba colour, Rgba ground, int scale) {
-    constexpr int SAMPLES = 8;
+    constexpr int samples = 8;
     for (int y = 0; y < onto.height(); ++y) {
         for (int x = 0; x < onto.width(); ++x) {
             int inside = 0;
-            for (int row = 0; row < SAMPLES; ++row) {
-                for (int column = 0; column < SAMPLES; ++column) {
-                    const Point p{(x + (column + 0.5) / SAMPLES) / scale,
-                                  (y + (row + 0.5) / SAMPLES) / scale};
+            for (int row = 0; row < samples; ++row) {
+                for (int column = 0; column < samples; ++column) {
+                    const Point p{(x + (column + 0.5) / samples) / scale,
+                                  (y + (row + 0.5) / samples) / scale};
                     inside += figure.distance(p) < 0 ? 1 : 0;
                 }
             }
@@ -130,9 +130,9 @@ void paintSmooth(Picture& onto, const Figure& figure, Rgba colour, Rgba ground, 
                 continue;
             }
             Rgba& pixel = onto.at(x, y);
-            const double share = inside / static_cast<double>(SAMPLES * SAMPLES);
+            const double share = inside / static_cast<double>(samples * samples);
             const Light below = lightOf(pixel.a == 0 ? ground : pixel);
-            pixel = inside == SAMPLES * SAMPLES ? colour
+            pixel = inside == samples * samples ? colour
                                                 : pixelOf(mixed(below, lightOf(colour), share));
         }
     }

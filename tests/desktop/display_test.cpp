@@ -15,14 +15,14 @@ using support::Window;
 
 namespace {
 
-constexpr support::Colour green = 0x20A040;
-constexpr support::Colour violet = 0x8020C0;
+constexpr support::Colour GREEN = 0x20A040;
+constexpr support::Colour VIOLET = 0x8020C0;
 
 TEST(DisplayTest, ClicksGoToTheWindowUnderThePointer) {
     const Display display({.windowManager = ""});
     ASSERT_TRUE(display.ok()) << display.problem();
-    PlainWindow backdrop(display, {0, 0, 1280, 800}, green);
-    PlainWindow ordinary(display, {100, 100, 50, 40}, violet, PlainWindow::Kind::ordinary);
+    PlainWindow backdrop(display, {0, 0, 1280, 800}, GREEN);
+    PlainWindow ordinary(display, {100, 100, 50, 40}, VIOLET, PlainWindow::Kind::ordinary);
     const support::Pointer pointer(display);
 
     pointer.click({20, 30});
@@ -38,17 +38,17 @@ TEST(DisplayTest, ClicksGoToTheWindowUnderThePointer) {
 TEST(DisplayTest, ScreenshotsShowThePartAskedFor) {
     const Display display({.windowManager = ""});
     ASSERT_TRUE(display.ok()) << display.problem();
-    const PlainWindow backdrop(display, {0, 0, 1280, 800}, green);
-    const PlainWindow ordinary(display, {100, 100, 50, 40}, violet, PlainWindow::Kind::ordinary);
+    const PlainWindow backdrop(display, {0, 0, 1280, 800}, GREEN);
+    const PlainWindow ordinary(display, {100, 100, 50, 40}, VIOLET, PlainWindow::Kind::ordinary);
 
     const Screenshot part(display, {99, 99, 52, 42});
 
     EXPECT_EQ(part.width(), 52);
     EXPECT_EQ(part.height(), 42);
-    EXPECT_EQ(part.at(0, 0), green);
-    EXPECT_EQ(part.at(1, 1), violet);
-    EXPECT_EQ(part.at(50, 40), violet);
-    EXPECT_EQ(part.at(51, 41), green);
+    EXPECT_EQ(part.at(0, 0), GREEN);
+    EXPECT_EQ(part.at(1, 1), VIOLET);
+    EXPECT_EQ(part.at(50, 40), VIOLET);
+    EXPECT_EQ(part.at(51, 41), GREEN);
     EXPECT_EQ(Screenshot(display, {1270, 790, 50, 50}).width(), 10);
 }
 
@@ -57,8 +57,8 @@ class WindowManagerTest : public testing::TestWithParam<std::string> {};
 TEST_P(WindowManagerTest, ListsMinimisesAndRestoresWindows) {
     const Display display({.windowManager = GetParam()});
     ASSERT_TRUE(display.ok()) << display.problem();
-    const PlainWindow backdrop(display, {0, 0, 1280, 800}, green);
-    const PlainWindow ordinary(display, {300, 200, 200, 100}, violet, PlainWindow::Kind::ordinary);
+    const PlainWindow backdrop(display, {0, 0, 1280, 800}, GREEN);
+    const PlainWindow ordinary(display, {300, 200, 200, 100}, VIOLET, PlainWindow::Kind::ordinary);
     const Window& window = ordinary.window();
 
     EXPECT_TRUE(waitUntil([&] { return managedWindows(display) == std::vector{window}; }));

@@ -28,28 +28,28 @@ struct Line {
     }
 };
 
-inline constexpr Line open{" Otevřít...", 8};
-inline constexpr Line properties{" Vlastnosti", 24, false, true};
-inline constexpr Line separator1{"-", 40};
-inline constexpr Line onTop{"Vždy navrchu", 56, true};
-inline constexpr Line repeat{"Přehrávat opakovaně", 72, true};
-inline constexpr Line louder{" Zesílit hlasitost o 10%", 88};
-inline constexpr Line quieter{" Zeslabit hlasitost o 10%", 104};
-inline constexpr Line separator2{"-", 120};
-inline constexpr Line rewind{" Přetočit dozadu", 136, false, true};
-inline constexpr Line pause{" Pozastavit", 152, false, true};
-inline constexpr Line play{" Přehrát", 168, false, true};
-inline constexpr Line stop{" Zastavit", 184, false, true};
-inline constexpr Line forward{" Přetočit dopředu", 200, false, true};
-inline constexpr Line separator3{"-", 216};
-inline constexpr Line about{" O programu", 232};
-inline constexpr Line minimise{" Minimalizovat", 248};
-inline constexpr Line quit{" Konec", 264};
+inline constexpr Line OPEN{" Otevřít...", 8};
+inline constexpr Line PROPERTIES{" Vlastnosti", 24, false, true};
+inline constexpr Line SEPARATOR1{"-", 40};
+inline constexpr Line ON_TOP{"Vždy navrchu", 56, true};
+inline constexpr Line REPEAT{"Přehrávat opakovaně", 72, true};
+inline constexpr Line LOUDER{" Zesílit hlasitost o 10%", 88};
+inline constexpr Line QUIETER{" Zeslabit hlasitost o 10%", 104};
+inline constexpr Line SEPARATOR2{"-", 120};
+inline constexpr Line REWIND{" Přetočit dozadu", 136, false, true};
+inline constexpr Line PAUSE{" Pozastavit", 152, false, true};
+inline constexpr Line PLAY{" Přehrát", 168, false, true};
+inline constexpr Line STOP{" Zastavit", 184, false, true};
+inline constexpr Line FORWARD{" Přetočit dopředu", 200, false, true};
+inline constexpr Line SEPARATOR3{"-", 216};
+inline constexpr Line ABOUT{" O programu", 232};
+inline constexpr Line MINIMISE{" Minimalizovat", 248};
+inline constexpr Line QUIT{" Konec", 264};
 
 /// From top to bottom.
-inline constexpr std::array LINES{open,    properties, separator1, onTop,    repeat, louder,
-                                  quieter, separator2, rewind,     pause,    play,   stop,
-                                  forward, separator3, about,      minimise, quit};
+inline constexpr std::array LINES{OPEN,    PROPERTIES, SEPARATOR1, ON_TOP,   REPEAT, LOUDER,
+                                  QUIETER, SEPARATOR2, REWIND,     PAUSE,    PLAY,   STOP,
+                                  FORWARD, SEPARATOR3, ABOUT,      MINIMISE, QUIT};
 
 } // namespace menu
 

@@ -109,7 +109,7 @@ TEST_P(MenuWindowTest, ASecondRightClickBringsItToThePointer) {
         return shown && shown->place().x == wanted.x && shown->place().y == wanted.y;
     }));
     expectMenuAt(wanted);
-    click(menu::louder);
+    click(menu::LOUDER);
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
 }
 
@@ -249,31 +249,31 @@ TEST_F(MenuLooksTest, TheLineUnderThePointerIsLit) {
         }
     }
     // Events come in order: when the last one shows, the others have been dealt with.
-    moveTo(menu::about);
-    moveTo(menu::separator3);
-    moveTo(menu::forward);
-    moveTo(menu::properties);
-    EXPECT_TRUE(waitUntilLit(menu::about));
-    moveTo(menu::open);
-    EXPECT_TRUE(waitUntilLit(menu::open));
+    moveTo(menu::ABOUT);
+    moveTo(menu::SEPARATOR3);
+    moveTo(menu::FORWARD);
+    moveTo(menu::PROPERTIES);
+    EXPECT_TRUE(waitUntilLit(menu::ABOUT));
+    moveTo(menu::OPEN);
+    EXPECT_TRUE(waitUntilLit(menu::OPEN));
     keyboard_.key("Escape");
     EXPECT_TRUE(waitUntilMenuIsGone());
     openMenu();
-    EXPECT_TRUE(waitUntil([&] { return shows(menu::quit, menu::AVAILABLE); }));
+    EXPECT_TRUE(waitUntil([&] { return shows(menu::QUIT, menu::AVAILABLE); }));
     EXPECT_TRUE(lit().empty());
 }
 
 TEST_F(MenuLooksTest, TheSwitchesShowTheirStates) {
     openMenu();
-    EXPECT_TRUE(waitUntil([&] { return isOn(menu::repeat); }));
-    EXPECT_FALSE(isOn(menu::onTop));
-    click(menu::repeat);
+    EXPECT_TRUE(waitUntil([&] { return isOn(menu::REPEAT); }));
+    EXPECT_FALSE(isOn(menu::ON_TOP));
+    click(menu::REPEAT);
     EXPECT_TRUE(waitUntilMenuIsGone());
-    choose(menu::onTop);
+    choose(menu::ON_TOP);
     EXPECT_TRUE(waitUntilMenuIsGone());
     openMenu();
-    EXPECT_TRUE(waitUntil([&] { return isOn(menu::onTop); }));
-    EXPECT_FALSE(isOn(menu::repeat));
+    EXPECT_TRUE(waitUntil([&] { return isOn(menu::ON_TOP); }));
+    EXPECT_FALSE(isOn(menu::REPEAT));
 }
 
 // --- What its lines do ------------------------------------------------------------------------
@@ -287,7 +287,7 @@ TEST_F(MenuLinesTest, WithoutAFileItsLinesDoNothingAndTheMenuStays) {
             click(line);
         }
     }
-    click(menu::louder); // the one that counts: those before it have been dealt with
+    click(menu::LOUDER); // the one that counts: those before it have been dealt with
     EXPECT_TRUE(waitUntilMenuIsGone());
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
     EXPECT_TRUE(player_->showsIdleLook());
@@ -296,44 +296,44 @@ TEST_F(MenuLinesTest, WithoutAFileItsLinesDoNothingAndTheMenuStays) {
 TEST_F(MenuLinesTest, OpenPlaysAFile) {
     const std::string file = folder_.file("noise.mp3");
     ASSERT_FALSE(makeFile(file, 20).empty());
-    choose(menu::open);
+    choose(menu::OPEN);
     chooseFile(file);
     EXPECT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
 }
 
 TEST_F(MenuLinesTest, TheButtonsOfTheMenuAreThoseOfThePlayer) {
     playFile(20);
-    choose(menu::pause);
+    choose(menu::PAUSE);
     EXPECT_TRUE(waitUntilMenuIsGone());
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::pause); }));
     EXPECT_TRUE(recording_->waitForSilence());
-    choose(menu::play);
+    choose(menu::PLAY);
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::play); }));
     EXPECT_TRUE(waitForSound());
-    choose(menu::stop);
+    choose(menu::STOP);
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::stop); }));
     EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:00"); }));
-    choose(menu::forward);
+    choose(menu::FORWARD);
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::forward); }));
     EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:20"); }));
-    choose(menu::rewind);
+    choose(menu::REWIND);
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::rewind); }));
     EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:00"); }));
-    choose(menu::play);
+    choose(menu::PLAY);
     EXPECT_TRUE(waitForSound());
 }
 
 TEST_F(MenuLinesTest, LouderAndQuieterChangeTheVolume) {
-    choose(menu::louder);
+    choose(menu::LOUDER);
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
-    choose(menu::quieter);
+    choose(menu::QUIETER);
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("50% hlasitost"); }));
-    choose(menu::quieter);
+    choose(menu::QUIETER);
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("40% hlasitost"); }));
 }
 
 TEST_F(MenuLinesTest, MinimiseMinimises) {
-    choose(menu::minimise);
+    choose(menu::MINIMISE);
     EXPECT_TRUE(waitUntil([&] { return player_->window().isMinimised(); }));
     EXPECT_FALSE(menu());
     player_->window().activate();
@@ -341,13 +341,13 @@ TEST_F(MenuLinesTest, MinimiseMinimises) {
 }
 
 TEST_F(MenuLinesTest, QuitEndsTheProgram) {
-    choose(menu::quit);
+    choose(menu::QUIT);
     EXPECT_EQ(player_->process().waitForExit(), 0);
     EXPECT_EQ(player_->messages(), "");
 }
 
 TEST_F(MenuLinesTest, WithoutRepeatATrackStopsAtItsEnd) {
-    choose(menu::repeat);
+    choose(menu::REPEAT);
     ASSERT_TRUE(waitUntilMenuIsGone());
     playFile(2);
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::stop); }));
@@ -377,7 +377,7 @@ protected:
 
 TEST_F(InformationBoxTest, PropertiesBelongToThePlayingTrackWhichGoesOn) {
     playFile(30);
-    choose(menu::properties);
+    choose(menu::PROPERTIES);
     const auto box = waitForBox(std::string(player::TITLE) + " - vlastnosti souboru MP3");
     ASSERT_TRUE(box);
     expectWithinScreen(*box);
@@ -394,13 +394,13 @@ TEST_F(InformationBoxTest, PropertiesBelongToThePlayingTrackWhichGoesOn) {
 }
 
 TEST_F(InformationBoxTest, AboutIsAnsweredByEscapeToo) {
-    choose(menu::about);
+    choose(menu::ABOUT);
     const auto box = waitForBox(std::string("O programu ") + player::TITLE);
     ASSERT_TRUE(box);
     expectWithinScreen(*box);
     answer(*box, "Escape");
     ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
-    choose(menu::louder);
+    choose(menu::LOUDER);
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
 }
 

@@ -15,7 +15,7 @@ protected:
     OnTopTest() : MenuTest({.windowManager = GetParam()}) {}
 
     void switchOnTop() {
-        choose(menu::onTop);
+        choose(menu::ON_TOP);
         ASSERT_TRUE(waitUntilMenuIsGone());
     }
     [[nodiscard]] bool becomesAbove(bool above) const {
@@ -69,8 +69,8 @@ TEST_P(OnTopTest, IsGivenUpWhileTheMenuIsOpenAndComesBackWhicheverWayItGoes) {
     const PlainWindow other(display_, {20, 600, 100, 60}, OTHER, PlainWindow::Kind::ordinary);
     const std::function<void()> waysOut[] = {
         [&] { keyboard_.key("Escape"); },
-        [&] { click(menu::louder); },
-        [&] { click(menu::repeat); },
+        [&] { click(menu::LOUDER); },
+        [&] { click(menu::REPEAT); },
         [&] { click(player::VOLUME.middle()); },
         [&] { pointer_.click(other.window().place().middle()); },
         [&] {

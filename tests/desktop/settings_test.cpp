@@ -65,9 +65,9 @@ TEST_F(SettingsTest, EverythingComesBack) {
     dragTo({200, 100});
     click(player::VOLUME.middle());
     ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
-    choose(menu::onTop);
+    choose(menu::ON_TOP);
     ASSERT_TRUE(waitUntilMenuIsGone());
-    choose(menu::repeat);
+    choose(menu::REPEAT);
     ASSERT_TRUE(waitUntilMenuIsGone());
     click(player::close);
     ASSERT_EQ(player_->process().waitForExit(), 0);
@@ -84,7 +84,7 @@ TEST_F(SettingsTest, EverythingComesBack) {
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::play); }));
     // Without repeat it ends.
     EXPECT_TRUE(waitUntil([&] { return player_->showsMark(player::stop); }));
-    choose(menu::onTop);
+    choose(menu::ON_TOP);
     ASSERT_TRUE(waitUntilMenuIsGone());
     endPlayer();
     EXPECT_EQ(settings(),
@@ -204,14 +204,14 @@ TEST_P(WayOutTest, Saves) {
     } else if (way == "CloseButton") {
         click(player::close);
     } else if (way == "Menu") {
-        choose(menu::quit);
+        choose(menu::QUIT);
     } else if (way == "WindowManager") {
         player_->window().requestClose();
     } else if (way == "MenuOpen") {
         openMenu();
         player_->process().signal(SIGTERM);
     } else if (way == "BoxOpen") {
-        choose(menu::about);
+        choose(menu::ABOUT);
         ASSERT_TRUE(waitForWindowWithKeyboard([&](const Window& window) {
             return window.title() == std::string("O programu ") + player::TITLE;
         }));

@@ -46,7 +46,7 @@ struct Track {
     Mp3Decoder::Result result = Mp3Decoder::Result::samples;
 };
 
-const std::vector<std::vector<std::string>> encodings = {
+const std::vector<std::vector<std::string>> ENCODINGS = {
     {"-b", "128"},
     {"-b", "128", "-t"},
     {"-V", "2"},
@@ -68,8 +68,8 @@ protected:
     std::string path = folder.file("encoded.mp3");
 };
 
-TEST_F(Decoder, samplesAreThoseOfMpg123) {
-    for (const auto& arguments : encodings) {
+TEST_F(Decoder, SamplesAreThoseOfMpg123) {
+    for (const auto& arguments : ENCODINGS) {
         ASSERT_TRUE(support::encodeNoise(path, 1.7, arguments));
         const Samples expected = support::decodeWithMpg123(path);
         Track track(path);
@@ -82,8 +82,8 @@ TEST_F(Decoder, samplesAreThoseOfMpg123) {
     }
 }
 
-TEST_F(Decoder, seeksAreExactInBothDirections) {
-    for (const auto& arguments : encodings) {
+TEST_F(Decoder, SeeksAreExactInBothDirections) {
+    for (const auto& arguments : ENCODINGS) {
         ASSERT_TRUE(support::encodeNoise(path, 4, arguments));
         Track track(path);
         const Samples all = track.decodeFrom(0);
@@ -101,7 +101,7 @@ TEST_F(Decoder, seeksAreExactInBothDirections) {
     }
 }
 
-TEST_F(Decoder, seeksPastTheEndEndAndBelowZeroBegin) {
+TEST_F(Decoder, SeeksPastTheEndEndAndBelowZeroBegin) {
     ASSERT_TRUE(support::encodeNoise(path, 1, {"-b", "128"}));
     Track track(path);
     const Samples all = track.decodeFrom(0);
@@ -113,7 +113,7 @@ TEST_F(Decoder, seeksPastTheEndEndAndBelowZeroBegin) {
     }
 }
 
-TEST_F(Decoder, seeksBeforeTheFileIsMeasuredAreExactToo) {
+TEST_F(Decoder, SeeksBeforeTheFileIsMeasuredAreExactToo) {
     ASSERT_TRUE(support::encodeNoise(path, 4, {"-V", "2", "-t"}));
     const Samples all = Track(path).decodeFrom(0);
     Track track(path);
@@ -123,8 +123,8 @@ TEST_F(Decoder, seeksBeforeTheFileIsMeasuredAreExactToo) {
     EXPECT_EQ(support::equalLength(part, 0, all, 200000), part.size());
 }
 
-TEST_F(Decoder, anIndependentDecoderAgreesToOneStep) {
-    for (const auto& arguments : encodings) {
+TEST_F(Decoder, AnIndependentDecoderAgreesToOneStep) {
+    for (const auto& arguments : ENCODINGS) {
         if (arguments.front() == "--freeformat") {
             continue; // which it doesn't know
         }
@@ -146,7 +146,7 @@ TEST_F(Decoder, anIndependentDecoderAgreesToOneStep) {
     }
 }
 
-TEST_F(Decoder, damageIsSkipped) {
+TEST_F(Decoder, DamageIsSkipped) {
     ASSERT_TRUE(support::encodeNoise(path, 3, {"-b", "128", "-t"}));
     const Samples whole = support::decodeWithMpg123(path);
     std::string bytes = support::readFile(path);
@@ -163,7 +163,7 @@ TEST_F(Decoder, damageIsSkipped) {
               last);
 }
 
-TEST_F(Decoder, noiseWithinFramesDoesNoHarm) {
+TEST_F(Decoder, NoiseWithinFramesDoesNoHarm) {
     ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", "128"}));
     const std::string good = support::readFile(path);
     for (unsigned seed = 1; seed <= 30; ++seed) {
@@ -182,7 +182,7 @@ TEST_F(Decoder, noiseWithinFramesDoesNoHarm) {
     }
 }
 
-TEST_F(Decoder, aFileThatShrinksIsAFailure) {
+TEST_F(Decoder, AFileThatShrinksIsAFailure) {
     ASSERT_TRUE(support::encodeNoise(path, 10, {"-b", "128"}));
     Track track(path);
     track.measure.walkToFrame(100000);
@@ -234,7 +234,7 @@ struct Spectrum {
     }
 };
 
-TEST_F(Decoder, joinedFilesOfOtherFormatsKeepTheirLengthAndPitch) {
+TEST_F(Decoder, JoinedFilesOfOtherFormatsKeepTheirLengthAndPitch) {
     struct Row {
         Tone first;
         Tone second;
@@ -299,7 +299,7 @@ TEST_F(Decoder, joinedFilesOfOtherFormatsKeepTheirLengthAndPitch) {
     }
 }
 
-TEST_F(Decoder, framesOfOtherFormatsByChanceAreNoPart) {
+TEST_F(Decoder, FramesOfOtherFormatsByChanceAreNoPart) {
     ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", "128"}));
     const std::string good = support::readFile(path);
     // Three frames at 48 kHz in the middle, and then none.
@@ -316,7 +316,7 @@ TEST_F(Decoder, framesOfOtherFormatsByChanceAreNoPart) {
     EXPECT_GT(decodedWith(other + other).size(), decodedWith(other).size());
 }
 
-TEST_F(Decoder, aFormatThatChangesAllTheTimeTakesNoTime) {
+TEST_F(Decoder, AFormatThatChangesAllTheTimeTakesNoTime) {
     const auto four = [](int sampleRateIndex, std::size_t size) {
         return support::repeated(support::frameBytes({.version = 2,
                                                       .bitRateIndex = 1,
@@ -337,7 +337,7 @@ TEST_F(Decoder, aFormatThatChangesAllTheTimeTakesNoTime) {
     EXPECT_LT(time.seconds(), 2);
 }
 
-TEST_F(Decoder, framesWithoutSoundAreSilence) {
+TEST_F(Decoder, FramesWithoutSoundAreSilence) {
     support::writeFile(path, support::repeated(support::frameBytes({}), 30));
     const Samples decoded = Track(path).decodeFrom(0);
     EXPECT_EQ(decoded, Samples(std::size_t{30} * 1152 * 2));

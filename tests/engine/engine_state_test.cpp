@@ -34,7 +34,7 @@ protected:
     EngineUnderTest engine;
 };
 
-TEST_F(Engine, hasTheValuesOfItsCreation) {
+TEST_F(Engine, HasTheValuesOfItsCreation) {
     const auto fresh = createPlayerEngine(engine.queue.poster());
     EXPECT_EQ(fresh->URL(), "");
     EXPECT_EQ(fresh->playState(), PlayState::undefined);
@@ -48,7 +48,7 @@ TEST_F(Engine, hasTheValuesOfItsCreation) {
     EXPECT_TRUE(fresh->currentMedia().isReadOnlyItem("Bitrate"));
 }
 
-TEST_F(Engine, volumeStaysWithinItsBounds) {
+TEST_F(Engine, VolumeStaysWithinItsBounds) {
     PlayerEngine::Settings& settings = engine.engine->settings();
     for (const auto& [asked, got] : {std::pair(70, 70), std::pair(110, 100), std::pair(-10, 0),
                                      std::pair(std::numeric_limits<int>::max(), 100),
@@ -58,7 +58,7 @@ TEST_F(Engine, volumeStaysWithinItsBounds) {
     }
 }
 
-TEST_F(Engine, knowsAFileOnceBitrateIsFixed) {
+TEST_F(Engine, KnowsAFileOnceBitrateIsFixed) {
     const std::string path = folder.file("known.mp3");
     support::writeFile(path, support::id3v2(4, {{"TIT2", "\3Titul"}, {"TPE1", "\3Umělec"}}) +
                                  support::repeated(support::frameBytes({}), 500) +
@@ -86,7 +86,7 @@ TEST_F(Engine, knowsAFileOnceBitrateIsFixed) {
     EXPECT_TRUE(engine.states.empty());
 }
 
-TEST_F(Engine, loadingRaisesNothing) {
+TEST_F(Engine, LoadingRaisesNothing) {
     engine.open(track(1));
     engine.open(folder.file("missing.mp3"));
     engine.open(track(2));
@@ -96,7 +96,7 @@ TEST_F(Engine, loadingRaisesNothing) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Engine, loadingTakesNoTime) {
+TEST_F(Engine, LoadingTakesNoTime) {
     const std::string large = folder.file("large.mp3");
     support::writeFile(large, support::id3v2(3, {{"APIC", std::string(5 << 20, 'x')}}) +
                                   support::repeated(support::frameBytes({}), 25000));
@@ -115,14 +115,14 @@ TEST_F(Engine, loadingTakesNoTime) {
     EXPECT_LT(slowest / support::SLOWNESS, 0.05);
 }
 
-TEST_F(Engine, autoStartPlaysWhatIsLoaded) {
+TEST_F(Engine, AutoStartPlaysWhatIsLoaded) {
     engine.engine->settings().setAutoStart(true);
     engine.engine->setURL(track(0.3));
     EXPECT_EQ(engine.engine->playState(), PlayState::playing);
     EXPECT_TRUE(engine.runUntilStopped());
 }
 
-TEST_F(Engine, stopIsRaisedByEachStopBeforeItReturns) {
+TEST_F(Engine, StopIsRaisedByEachStopBeforeItReturns) {
     engine.controls().stop(); // without a file
     EXPECT_EQ(engine.stops(), 1);
     EXPECT_EQ(engine.engine->playState(), PlayState::undefined);
@@ -139,7 +139,7 @@ TEST_F(Engine, stopIsRaisedByEachStopBeforeItReturns) {
     EXPECT_EQ(engine.stops(), 4);
 }
 
-TEST_F(Engine, playPauseAndStopHaveTheirStates) {
+TEST_F(Engine, PlayPauseAndStopHaveTheirStates) {
     engine.controls().play();
     engine.controls().pause();
     EXPECT_TRUE(engine.states.empty()) << "without a file";
@@ -158,7 +158,7 @@ TEST_F(Engine, playPauseAndStopHaveTheirStates) {
                                           PlayState::stopped}));
 }
 
-TEST_F(Engine, theNaturalEndIsRaisedOnce) {
+TEST_F(Engine, TheNaturalEndIsRaisedOnce) {
     engine.open(track(0.4));
     const auto begin = std::chrono::steady_clock::now();
     engine.controls().play();
@@ -174,7 +174,7 @@ TEST_F(Engine, theNaturalEndIsRaisedOnce) {
     EXPECT_EQ(engine.stops(), 2);
 }
 
-TEST_F(Engine, anEndThatCrossesACommandIsDropped) {
+TEST_F(Engine, AnEndThatCrossesACommandIsDropped) {
     // Each command comes when the end has been posted and not been delivered.
     const auto playToTheEnd = [&] {
         engine.open(track(0.2));
@@ -208,7 +208,7 @@ TEST_F(Engine, anEndThatCrossesACommandIsDropped) {
     EXPECT_EQ(engine.stops(), 1);
 }
 
-TEST_F(Engine, isHarmlessWhenItsEventsComeAfterItsEnd) {
+TEST_F(Engine, IsHarmlessWhenItsEventsComeAfterItsEnd) {
     engine.open(track(0.2));
     engine.controls().play();
     ASSERT_TRUE(support::waitUntil([&] { return !engine.queue.empty(); }));
@@ -218,7 +218,7 @@ TEST_F(Engine, isHarmlessWhenItsEventsComeAfterItsEnd) {
     EXPECT_TRUE(engine.states.empty());
 }
 
-TEST_F(Engine, mayBeDestroyedByItsOwnEvent) {
+TEST_F(Engine, MayBeDestroyedByItsOwnEvent) {
     engine.onState = [&](PlayState state) {
         if (state == PlayState::mediaEnded) {
             engine.engine.reset();
@@ -229,7 +229,7 @@ TEST_F(Engine, mayBeDestroyedByItsOwnEvent) {
     EXPECT_TRUE(engine.queue.runUntil([&] { return !engine.engine; }));
 }
 
-TEST_F(Engine, handlersMayCommand) {
+TEST_F(Engine, HandlersMayCommand) {
     // The end is answered with another file.
     const std::string next = track(0.3);
     engine.onState = [&](PlayState state) {
@@ -244,7 +244,7 @@ TEST_F(Engine, handlersMayCommand) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Engine, seeksReadBackAtOnceAndAreBounded) {
+TEST_F(Engine, SeeksReadBackAtOnceAndAreBounded) {
     engine.controls().setCurrentPosition(5); // without a file
     EXPECT_EQ(engine.controls().currentPosition(), 0);
     engine.open(track(10));
@@ -274,7 +274,7 @@ TEST_F(Engine, seeksReadBackAtOnceAndAreBounded) {
     EXPECT_TRUE(engine.runUntilStopped());
 }
 
-TEST_F(Engine, positionRunsAndRests) {
+TEST_F(Engine, PositionRunsAndRests) {
     engine.open(track(10));
     engine.controls().setCurrentPosition(3);
     engine.controls().play();
@@ -291,7 +291,7 @@ TEST_F(Engine, positionRunsAndRests) {
     EXPECT_EQ(engine.controls().currentPosition(), 0);
 }
 
-TEST_F(Engine, playingWhatIsNoMp3FileIsOneError) {
+TEST_F(Engine, PlayingWhatIsNoMp3FileIsOneError) {
     const std::string text = folder.file("text.mp3");
     support::writeFile(text, "Toto je text.");
     for (const std::string& path : {text, folder.file("missing.mp3"), folder.path()}) {
@@ -309,7 +309,7 @@ TEST_F(Engine, playingWhatIsNoMp3FileIsOneError) {
     EXPECT_EQ(engine.stops(), 0);
 }
 
-TEST_F(Engine, withoutADevicePlayingIsOneError) {
+TEST_F(Engine, WithoutADevicePlayingIsOneError) {
     setenv("SDL_AUDIODRIVER", "pulseaudio", 1);
     setenv("PULSE_SERVER", ("unix:" + folder.file("nothing")).c_str(), 1);
     engine.open(track(1));
@@ -326,7 +326,7 @@ TEST_F(Engine, withoutADevicePlayingIsOneError) {
     EXPECT_EQ(engine.errors, 1);
 }
 
-TEST_F(Engine, signalsStayTheProgramsOwn) {
+TEST_F(Engine, SignalsStayTheProgramsOwn) {
     engine.open(track(0.2));
     engine.controls().play();
     ASSERT_TRUE(engine.runUntilStopped());
@@ -337,7 +337,7 @@ TEST_F(Engine, signalsStayTheProgramsOwn) {
     }
 }
 
-TEST_F(Engine, commandsInAnyOrderDoNoHarm) {
+TEST_F(Engine, CommandsInAnyOrderDoNoHarm) {
     const std::vector<std::string> files = {track(0.3), track(3), folder.file("missing.mp3"), ""};
     unsigned state = 12345;
     const auto random = [&state](unsigned count) {

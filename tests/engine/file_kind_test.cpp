@@ -33,7 +33,7 @@ protected:
     support::TemporaryFolder folder;
 };
 
-TEST_F(FileKindOf, layerThreeIsMp3) {
+TEST_F(FileKindOf, LayerThreeIsMp3) {
     struct Row {
         const char* what;
         std::string content;
@@ -74,7 +74,7 @@ TEST_F(FileKindOf, layerThreeIsMp3) {
     }
 }
 
-TEST_F(FileKindOf, theStreamIsFoundWhereItIs) {
+TEST_F(FileKindOf, TheStreamIsFoundWhereItIs) {
     const std::string tag = support::id3v2(3, {}, 300);
     const std::string frames = repeated(frameBytes({}), 20);
     const std::string end =
@@ -88,7 +88,7 @@ TEST_F(FileKindOf, theStreamIsFoundWhereItIs) {
         700U);
 }
 
-TEST_F(FileKindOf, realEncodersFilesAreMp3) {
+TEST_F(FileKindOf, RealEncodersFilesAreMp3) {
     const std::string path = folder.file("encoded");
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{"-b", "128"},
                                                       {"-V", "2"},
@@ -105,14 +105,14 @@ TEST_F(FileKindOf, realEncodersFilesAreMp3) {
     EXPECT_EQ(detectFileKind(FileReader::open(path)).extension, "mp3") << "a few frames";
 }
 
-TEST_F(FileKindOf, otherLayersAreNot) {
+TEST_F(FileKindOf, OtherLayersAreNot) {
     EXPECT_EQ(extensionOf(repeated(frameBytes({.layer = 2, .bitRateIndex = 10, .size = 626}), 20)),
               "mp2");
     EXPECT_EQ(extensionOf(repeated(frameBytes({.layer = 1, .bitRateIndex = 12, .size = 416}), 20)),
               "mp1");
 }
 
-TEST_F(FileKindOf, otherKindsAreNotEvenWithFramesInside) {
+TEST_F(FileKindOf, OtherKindsAreNotEvenWithFramesInside) {
     const std::string frames = repeated(frameBytes({}), 20);
     struct Row {
         std::string content;
@@ -148,7 +148,7 @@ TEST_F(FileKindOf, otherKindsAreNotEvenWithFramesInside) {
     }
 }
 
-TEST_F(FileKindOf, chanceSyncWordsDontPass) {
+TEST_F(FileKindOf, ChanceSyncWordsDontPass) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
         EXPECT_NE(extensionOf(support::randomBytes(200000, seed)), "mp3") << seed;
     }
@@ -173,11 +173,11 @@ TEST_F(FileKindOf, chanceSyncWordsDontPass) {
     EXPECT_NE(extensionOf(nonsense), "mp3");
 }
 
-TEST_F(FileKindOf, moreJunkThanAllowedIsNoMp3) {
+TEST_F(FileKindOf, MoreJunkThanAllowedIsNoMp3) {
     EXPECT_EQ(extensionOf(support::randomBytes(66000) + repeated(frameBytes({}), 20)), "");
 }
 
-TEST_F(FileKindOf, hostileFilesTakeNoTime) {
+TEST_F(FileKindOf, HostileFilesTakeNoTime) {
     const support::ProcessorTime time;
     extensionOf(repeated("\xFF\xFB\x90\x40", 200000));               // headers everywhere
     extensionOf(repeated(std::string("\xFF\xFB\0\x40", 4), 200000)); // of free format
@@ -185,7 +185,7 @@ TEST_F(FileKindOf, hostileFilesTakeNoTime) {
     EXPECT_LT(time.seconds(), 1);
 }
 
-TEST_F(FileKindOf, whatCantBeReadIsNothing) {
+TEST_F(FileKindOf, WhatCantBeReadIsNothing) {
     EXPECT_EQ(FileReader::open(folder.file("nothing.mp3")), nullptr);
     EXPECT_EQ(FileReader::open(folder.path()), nullptr) << "a folder";
     EXPECT_EQ(FileReader::open(""), nullptr);

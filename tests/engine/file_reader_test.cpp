@@ -36,7 +36,7 @@ protected:
     std::string path = folder.file("file");
 };
 
-TEST_F(OnDisk, readsFromAnyOffsetInAnyOrder) {
+TEST_F(OnDisk, ReadsFromAnyOffsetInAnyOrder) {
     support::writeFile(path, "0123456789");
     const auto file = FileReader::open(path);
     ASSERT_TRUE(file);
@@ -48,7 +48,7 @@ TEST_F(OnDisk, readsFromAnyOffsetInAnyOrder) {
     EXPECT_EQ(readText(*file, 0, 0), "");
 }
 
-TEST_F(OnDisk, readsBeyondFourGigabytes) {
+TEST_F(OnDisk, ReadsBeyondFourGigabytes) {
     constexpr std::uint64_t far = 5'000'000'000;
     support::writeFile(path, "begin");
     std::error_code error;
@@ -61,13 +61,13 @@ TEST_F(OnDisk, readsBeyondFourGigabytes) {
     EXPECT_EQ(readText(*file, 0, 5), "begin");
 }
 
-TEST_F(OnDisk, aNameIsAnyBytes) {
+TEST_F(OnDisk, ANameIsAnyBytes) {
     path = folder.file("n\xFF\xE8zev \xC5\xBE.mp3");
     support::writeFile(path, "x");
     ASSERT_TRUE(FileReader::open(path));
 }
 
-TEST_F(OnDisk, whatIsThereNowIsRead) {
+TEST_F(OnDisk, WhatIsThereNowIsRead) {
     support::writeFile(path, std::string(100000, 'a'));
     const auto file = FileReader::open(path);
     EXPECT_EQ(readText(*file, 0, 3), "aaa");
@@ -82,7 +82,7 @@ TEST_F(OnDisk, whatIsThereNowIsRead) {
     EXPECT_EQ(readText(*file, 0, 3), "aa");
 }
 
-TEST_F(OnDisk, severalThreadsReadAtOnce) {
+TEST_F(OnDisk, SeveralThreadsReadAtOnce) {
     std::string content;
     for (std::uint32_t i = 0; i < 50000; ++i) {
         content += support::littleEndian(i);
@@ -192,7 +192,7 @@ protected:
     }
 };
 
-TEST_F(FailingDisk, anErrorWhilePlayingIsOneMediaError) {
+TEST_F(FailingDisk, AnErrorWhilePlayingIsOneMediaError) {
     engine.open("file");
     engine.controls().play();
     ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; }));
@@ -212,7 +212,7 @@ TEST_F(FailingDisk, anErrorWhilePlayingIsOneMediaError) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(FailingDisk, whatCanBeReadIsHeardFirst) {
+TEST_F(FailingDisk, WhatCanBeReadIsHeardFirst) {
     disk.failsFrom = content.size() - 1000;
     engine.open("file");
     EXPECT_EQ(engine.media().getItemInfo("Filetype"), "mp3");
@@ -225,7 +225,7 @@ TEST_F(FailingDisk, whatCanBeReadIsHeardFirst) {
     EXPECT_GT(std::chrono::steady_clock::now() - begin, 350ms);
 }
 
-TEST_F(FailingDisk, anErrorAtTheBeginningIsOneMediaError) {
+TEST_F(FailingDisk, AnErrorAtTheBeginningIsOneMediaError) {
     disk.failsFrom = 0;
     engine.open("file");
     EXPECT_EQ(engine.media().getItemInfo("Filetype"), "");
@@ -235,7 +235,7 @@ TEST_F(FailingDisk, anErrorAtTheBeginningIsOneMediaError) {
     expectOneError();
 }
 
-TEST_F(FailingDisk, anErrorOfAFileThatWentIsNone) {
+TEST_F(FailingDisk, AnErrorOfAFileThatWentIsNone) {
     engine.open("file");
     engine.controls().play();
     ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; }));
@@ -246,7 +246,7 @@ TEST_F(FailingDisk, anErrorOfAFileThatWentIsNone) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(FailingDisk, aDiskThatHangsHoldsNobodyUp) {
+TEST_F(FailingDisk, ADiskThatHangsHoldsNobodyUp) {
     engine.open("file");
     engine.controls().play();
     ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; }));

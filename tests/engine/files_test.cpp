@@ -23,7 +23,7 @@ using support::readFile;
 using support::Samples;
 using support::writeFile;
 
-constexpr double seconds = 2.5;
+constexpr double SECONDS = 2.5;
 
 /// The file's audio alone, where something stands around it that other programs trip over.
 std::string plain(const std::string& path) {
@@ -54,7 +54,7 @@ struct Mp3File {
 
 bool lame(const std::string& path, const std::vector<std::string>& arguments, int rate = 44100,
           int channels = 2) {
-    return encodeNoise(path, seconds, arguments, rate, channels);
+    return encodeNoise(path, SECONDS, arguments, rate, channels);
 }
 
 /// A described file whose description is another one than the encoder's.
@@ -64,8 +64,8 @@ bool described(const std::string& path, const std::string& description) {
     return made;
 }
 
-const std::string czech = "Příliš žluťoučký kůň";
-const std::string czech1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
+const std::string CZECH = "Příliš žluťoučký kůň";
+const std::string CZECH1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
 
 const Mp3File MP3_FILES[] = {
     {"ConstantRate",
@@ -155,32 +155,32 @@ const Mp3File MP3_FILES[] = {
     {"BehindATagOfTwentyMegabytes",
      [](auto& path) {
          const bool made = lame(path, {"-b", "128"});
-         wrap(path, support::id3v2(4, {{"TIT2", text(czech)}}, 20U << 20U));
+         wrap(path, support::id3v2(4, {{"TIT2", text(CZECH)}}, 20U << 20U));
          return made;
      },
-     "128000", 44100, 2, czech},
+     "128000", 44100, 2, CZECH},
     {"OldCzechTag",
      [](auto& path) {
          const bool made = lame(path, {"-b", "128"});
-         wrap(path, "", support::id3v1(czech1250, "", "", "", "", 17));
+         wrap(path, "", support::id3v1(CZECH1250, "", "", "", "", 17));
          return made;
      },
-     "128000", 44100, 2, czech, "Rock"},
+     "128000", 44100, 2, CZECH, "Rock"},
     {"CzechThatClaimsToBeWestern",
      [](auto& path) {
          const bool made = lame(path, {"-b", "128"});
-         wrap(path, support::id3v2(3, {{"TIT2", std::string(1, '\0') + czech1250},
+         wrap(path, support::id3v2(3, {{"TIT2", std::string(1, '\0') + CZECH1250},
                                        {"TCON", std::string(1, '\0') + "(17)"}}));
          return made;
      },
-     "128000", 44100, 2, czech, "Rock"},
+     "128000", 44100, 2, CZECH, "Rock"},
     {"ShortTagNames",
      [](auto& path) {
          const bool made = lame(path, {"-b", "128"});
-         wrap(path, support::id3v2(2, {{"TT2", std::string(1, '\0') + czech1250}}));
+         wrap(path, support::id3v2(2, {{"TT2", std::string(1, '\0') + CZECH1250}}));
          return made;
      },
-     "128000", 44100, 2, czech},
+     "128000", 44100, 2, CZECH},
     {"AllTagsAtOnce",
      [](auto& path) {
          const bool made = lame(path, {"-b", "128"});

@@ -21,7 +21,7 @@ std::optional<FrameHeader> parse(const FrameSpec& spec) {
     return parseFrameHeader(bytesOf(support::frameBytes(spec)));
 }
 
-TEST(FrameHeader, tellsWhatAFrameIs) {
+TEST(FrameHeader, TellsWhatAFrameIs) {
     struct Row {
         FrameSpec spec;
         int bitRate;
@@ -56,7 +56,7 @@ TEST(FrameHeader, tellsWhatAFrameIs) {
     EXPECT_EQ(parse({.bitRateIndex = 0, .padded = true})->size(700), 701U);
 }
 
-TEST(FrameHeader, refusesWhatIsNone) {
+TEST(FrameHeader, RefusesWhatIsNone) {
     EXPECT_FALSE(parse({.bitRateIndex = 15}));
     EXPECT_FALSE(parse({.sampleRateIndex = 3}));
     EXPECT_FALSE(parse({.layer = 4}));
@@ -68,7 +68,7 @@ TEST(FrameHeader, refusesWhatIsNone) {
     EXPECT_FALSE(parseFrameHeader(tooShort));
 }
 
-TEST(FrameHeader, agreesOnWhatAStreamCantChange) {
+TEST(FrameHeader, AgreesOnWhatAStreamCantChange) {
     const FrameHeader first = *parse({});
     EXPECT_TRUE(
         first.agrees(*parse({.bitRateIndex = 5, .padded = true, .mono = true, .crc = true})));
@@ -78,7 +78,7 @@ TEST(FrameHeader, agreesOnWhatAStreamCantChange) {
     EXPECT_FALSE(first.agrees(*parse({.bitRateIndex = 0})));
 }
 
-TEST(FrameHeader, sideInformationOfRealFramesIsPlausible) {
+TEST(FrameHeader, SideInformationOfRealFramesIsPlausible) {
     const support::TemporaryFolder folder;
     const std::string path = folder.file("a.mp3");
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{"-b", "128"},
@@ -102,7 +102,7 @@ TEST(FrameHeader, sideInformationOfRealFramesIsPlausible) {
     }
 }
 
-TEST(FrameHeader, sideInformationOfNoiseIsNot) {
+TEST(FrameHeader, SideInformationOfNoiseIsNot) {
     int plausible = 0;
     for (unsigned seed = 1; seed <= 1000; ++seed) {
         std::string frame = support::frameBytes({});

@@ -19,7 +19,7 @@ using support::frameBytes;
 using support::FrameSpec;
 using support::repeated;
 
-constexpr std::uint64_t everything = std::numeric_limits<std::uint64_t>::max() / 2;
+constexpr std::uint64_t EVERYTHING = std::numeric_limits<std::uint64_t>::max() / 2;
 
 class Measure : public testing::Test {
 protected:
@@ -32,7 +32,7 @@ protected:
         }
         FileMeasure result(file, *kind.stream);
         estimated = result.measurement();
-        result.walk(everything);
+        result.walk(EVERYTHING);
         EXPECT_TRUE(result.done());
         EXPECT_FALSE(result.failed());
         return result.measurement();
@@ -46,7 +46,7 @@ protected:
     Measurement estimated;
 };
 
-TEST_F(Measure, lengthsAreThoseOfAFullDecode) {
+TEST_F(Measure, LengthsAreThoseOfAFullDecode) {
     struct Row {
         std::vector<std::string> arguments;
         int rate;
@@ -71,13 +71,13 @@ TEST_F(Measure, lengthsAreThoseOfAFullDecode) {
     }
 }
 
-TEST_F(Measure, statedPaddingIsLeftOut) {
+TEST_F(Measure, StatedPaddingIsLeftOut) {
     const std::string path = folder.file("encoded");
     ASSERT_TRUE(support::encodeNoise(path, 2.5, {"-b", "128"}));
     EXPECT_DOUBLE_EQ(measure(path).seconds, 2.5);
 }
 
-TEST_F(Measure, constantRateIsTheNominalOne) {
+TEST_F(Measure, ConstantRateIsTheNominalOne) {
     const std::string path = folder.file("encoded");
     for (const char* kilobits : {"32", "128", "192", "320"}) {
         ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", kilobits}));
@@ -85,7 +85,7 @@ TEST_F(Measure, constantRateIsTheNominalOne) {
     }
 }
 
-TEST_F(Measure, variableRateIsTheAverageInWholeKilobits) {
+TEST_F(Measure, VariableRateIsTheAverageInWholeKilobits) {
     // Ten frames of 128 kb/s and thirty of 192 kb/s; a slot is cut off each.
     const std::string content = repeated(frameBytes({.bitRateIndex = 9, .size = 417}), 10) +
                                 repeated(frameBytes({.bitRateIndex = 11, .size = 626}), 30);
@@ -97,7 +97,7 @@ TEST_F(Measure, variableRateIsTheAverageInWholeKilobits) {
     EXPECT_DOUBLE_EQ(result.seconds, seconds);
 }
 
-TEST_F(Measure, headersThatLieDontMatter) {
+TEST_F(Measure, HeadersThatLieDontMatter) {
     const FrameSpec spec = {};
     const std::string frames = repeated(frameBytes(spec), 100);
     const auto bytes = static_cast<std::uint32_t>(frames.size() + 417);
@@ -124,7 +124,7 @@ TEST_F(Measure, headersThatLieDontMatter) {
         seconds - (4095 + 4095) / 44100.0);
 }
 
-TEST_F(Measure, estimatesAreCloseBeforeTheWalk) {
+TEST_F(Measure, EstimatesAreCloseBeforeTheWalk) {
     const std::string frames = repeated(frameBytes({}), 1000);
     measureContent(frames);
     EXPECT_NEAR(estimated.seconds, 1000 * 1152 / 44100.0, 0.1);
@@ -134,7 +134,7 @@ TEST_F(Measure, estimatesAreCloseBeforeTheWalk) {
     EXPECT_NEAR(estimated.seconds, 1000 * 1152 / 44100.0, 0.1);
 }
 
-TEST_F(Measure, damageAndForeignBytesAreSkipped) {
+TEST_F(Measure, DamageAndForeignBytesAreSkipped) {
     const std::string frame = frameBytes({});
     const double frameSeconds = 1152 / 44100.0;
     const std::string frames = repeated(frame, 50);
@@ -152,7 +152,7 @@ TEST_F(Measure, damageAndForeignBytesAreSkipped) {
                      50 * frameSeconds);
 }
 
-TEST_F(Measure, aHundredMegabytesAreWalkedInNoTime) {
+TEST_F(Measure, AHundredMegabytesAreWalkedInNoTime) {
     const std::string path = folder.file("large");
     {
         const std::string block = repeated(frameBytes({}), 2400);
@@ -170,7 +170,7 @@ TEST_F(Measure, aHundredMegabytesAreWalkedInNoTime) {
     EXPECT_LT(seconds, 0.4);
 }
 
-TEST_F(Measure, everyFrameIsFoundAgainInALongFile) {
+TEST_F(Measure, EveryFrameIsFoundAgainInALongFile) {
     // So many frames that their index has been thinned out twice; padding makes places irregular.
     FrameSpec spec{.version = 25, .bitRateIndex = 1, .size = 52};
     const std::string plain = frameBytes(spec);
@@ -200,7 +200,7 @@ TEST_F(Measure, everyFrameIsFoundAgainInALongFile) {
     EXPECT_FALSE(measure.frameOffset(count)) << "behind the last one there is none";
 }
 
-TEST_F(Measure, slicesMeasureTheSame) {
+TEST_F(Measure, SlicesMeasureTheSame) {
     const std::string path = folder.file("encoded");
     ASSERT_TRUE(support::encodeNoise(path, 3, {"-V", "2"}));
     const auto file = FileReader::open(path);

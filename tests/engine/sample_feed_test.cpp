@@ -16,8 +16,8 @@ namespace {
 
 using support::Samples;
 
-constexpr std::size_t period = 512;
-constexpr std::size_t fade = SampleFeed::fadeFrames;
+constexpr std::size_t PERIOD = 512;
+constexpr std::size_t FADE = SampleFeed::FADE_FRAMES;
 
 /// Mono samples that count on from a number, so that each tells its place.
 Samples counting(int from, std::size_t count) {
@@ -32,7 +32,7 @@ class Feed : public testing::Test {
 protected:
     void SetUp() override { feed.setFormat(1, 44100); }
 
-    Samples fill(std::size_t frames = period) {
+    Samples fill(std::size_t frames = PERIOD) {
         Samples target(frames, 12345);
         feed.fill(target);
         return target;
@@ -41,20 +41,20 @@ protected:
     SampleFeed feed{4096};
 };
 
-const Samples silence(period, 0);
+const Samples SILENCE(PERIOD, 0);
 
-TEST_F(Feed, isSilentUntilAStreamIsAllowed) {
+TEST_F(Feed, IsSilentUntilAStreamIsAllowed) {
     feed.beginStream(1);
     feed.write(counting(1, 1000));
-    EXPECT_EQ(fill(), silence);
+    EXPECT_EQ(fill(), SILENCE);
     feed.allow(2);
-    EXPECT_EQ(fill(), silence);
+    EXPECT_EQ(fill(), SILENCE);
     feed.allow(1);
-    EXPECT_EQ(fill(), counting(1, period));
-    EXPECT_EQ(feed.readIndex(), period);
+    EXPECT_EQ(fill(), counting(1, PERIOD));
+    EXPECT_EQ(feed.readIndex(), PERIOD);
 }
 
-TEST_F(Feed, passesEverySampleOnceAndUnchanged) {
+TEST_F(Feed, PassesEverySampleOnceAndUnchanged) {
     feed.beginStream(1);
     feed.allow(1);
     int written = 0;
@@ -68,39 +68,39 @@ TEST_F(Feed, passesEverySampleOnceAndUnchanged) {
     }
 }
 
-TEST_F(Feed, fillsUpWithSilenceWhenThereIsTooLittle) {
+TEST_F(Feed, FillsUpWithSilenceWhenThereIsTooLittle) {
     feed.beginStream(1);
     feed.allow(1);
     feed.write(counting(1, 100));
     Samples expected = counting(1, 100);
-    expected.resize(period, 0);
+    expected.resize(PERIOD, 0);
     EXPECT_EQ(fill(), expected);
-    EXPECT_EQ(fill(), silence);
-    feed.write(counting(101, period));
-    EXPECT_EQ(fill(), counting(101, period));
+    EXPECT_EQ(fill(), SILENCE);
+    feed.write(counting(101, PERIOD));
+    EXPECT_EQ(fill(), counting(101, PERIOD));
 }
 
-TEST_F(Feed, pauseFadesOutAndResumeLeadsInAndNothingIsLost) {
+TEST_F(Feed, PauseFadesOutAndResumeLeadsInAndNothingIsLost) {
     feed.beginStream(1);
     feed.allow(1);
     feed.write(Samples(3000, 10000));
-    EXPECT_EQ(fill(), Samples(period, 10000));
+    EXPECT_EQ(fill(), Samples(PERIOD, 10000));
     feed.allow(0);
     const Samples out = fill();
-    EXPECT_EQ(feed.readIndex(), period) << "the fade takes nothing";
+    EXPECT_EQ(feed.readIndex(), PERIOD) << "the fade takes nothing";
     EXPECT_GT(out[0], 9800);
     EXPECT_TRUE(std::is_sorted(out.rbegin(), out.rend()));
-    EXPECT_EQ(Samples(out.begin() + fade, out.end()), Samples(period - fade, 0));
-    EXPECT_EQ(fill(), silence);
+    EXPECT_EQ(Samples(out.begin() + FADE, out.end()), Samples(PERIOD - FADE, 0));
+    EXPECT_EQ(fill(), SILENCE);
     feed.allow(1);
     const Samples in = fill();
     EXPECT_TRUE(std::is_sorted(in.begin(), in.end()));
     EXPECT_LT(in[0], 200);
-    EXPECT_EQ(Samples(in.begin() + fade, in.end()), Samples(period - fade, 10000));
-    EXPECT_EQ(feed.readIndex(), period + period - fade);
+    EXPECT_EQ(Samples(in.begin() + FADE, in.end()), Samples(PERIOD - FADE, 10000));
+    EXPECT_EQ(feed.readIndex(), PERIOD + PERIOD - FADE);
 }
 
-TEST_F(Feed, theLeadInIsWhatCameBefore) {
+TEST_F(Feed, TheLeadInIsWhatCameBefore) {
     feed.beginStream(1);
     feed.allow(1);
     feed.write(counting(1, 3000));
@@ -109,16 +109,16 @@ TEST_F(Feed, theLeadInIsWhatCameBefore) {
     fill();
     feed.allow(1);
     const Samples in = fill();
-    const int before = static_cast<int>(period - fade);
-    for (std::size_t i = 0; i < fade; ++i) {
+    const int before = static_cast<int>(PERIOD - FADE);
+    for (std::size_t i = 0; i < FADE; ++i) {
         const double expected =
-            (before + 1 + static_cast<int>(i)) * static_cast<double>(i + 1) / (fade + 1);
+            (before + 1 + static_cast<int>(i)) * static_cast<double>(i + 1) / (FADE + 1);
         EXPECT_NEAR(in[i], expected, 1) << i;
     }
-    EXPECT_EQ(in[fade], static_cast<int>(period) + 1);
+    EXPECT_EQ(in[FADE], static_cast<int>(PERIOD) + 1);
 }
 
-TEST_F(Feed, aNewStreamReplacesTheOldOne) {
+TEST_F(Feed, ANewStreamReplacesTheOldOne) {
     feed.beginStream(1);
     feed.allow(1);
     feed.write(Samples(2000, 1000));
@@ -128,12 +128,12 @@ TEST_F(Feed, aNewStreamReplacesTheOldOne) {
     feed.write(counting(1, 1000));
     const Samples out = fill(); // the old one fades
     EXPECT_GT(out[0], 900);
-    EXPECT_EQ(out[fade], 0);
-    EXPECT_EQ(fill(), counting(1, period));
-    EXPECT_EQ(feed.writeIndex() - feed.readIndex(), 1000 - period);
+    EXPECT_EQ(out[FADE], 0);
+    EXPECT_EQ(fill(), counting(1, PERIOD));
+    EXPECT_EQ(feed.writeIndex() - feed.readIndex(), 1000 - PERIOD);
 }
 
-TEST_F(Feed, theOldStreamIsGivenUpWithoutADeviceToo) {
+TEST_F(Feed, TheOldStreamIsGivenUpWithoutADeviceToo) {
     feed.beginStream(1);
     feed.write(Samples(4096, 1000));
     EXPECT_EQ(feed.space(), 0U);
@@ -142,12 +142,12 @@ TEST_F(Feed, theOldStreamIsGivenUpWithoutADeviceToo) {
     EXPECT_EQ(feed.space(), 4096U);
 }
 
-TEST_F(Feed, volumeIsRampedAndExact) {
+TEST_F(Feed, VolumeIsRampedAndExact) {
     feed.beginStream(1);
     feed.setGain(0.5F);
     feed.allow(1);
     feed.write(Samples(4000, 10000));
-    EXPECT_EQ(fill(), Samples(period, 5000)) << "the volume at the start applies at once";
+    EXPECT_EQ(fill(), Samples(PERIOD, 5000)) << "the volume at the start applies at once";
     feed.setGain(0.0F);
     Samples heard = fill();
     const Samples more = fill();
@@ -161,32 +161,32 @@ TEST_F(Feed, volumeIsRampedAndExact) {
     feed.setGain(1.0F);
     fill();
     fill();
-    EXPECT_EQ(fill(), Samples(period, 10000));
+    EXPECT_EQ(fill(), Samples(PERIOD, 10000));
 }
 
-TEST_F(Feed, theVolumeRoundsToTheNearestStep) {
+TEST_F(Feed, TheVolumeRoundsToTheNearestStep) {
     constexpr float third = 1.0F / 3;
     feed.setGain(third);
     feed.beginStream(1);
     feed.allow(1);
-    const Samples samples = counting(-static_cast<int>(period) / 2, period);
+    const Samples samples = counting(-static_cast<int>(PERIOD) / 2, PERIOD);
     feed.write(samples);
     const Samples heard = fill();
-    for (std::size_t i = 0; i < period; ++i) {
+    for (std::size_t i = 0; i < PERIOD; ++i) {
         EXPECT_EQ(heard[i], std::lround(samples[i] / 3.0)) << samples[i];
     }
 }
 
-TEST_F(Feed, extremeSamplesDontOverflow) {
+TEST_F(Feed, ExtremeSamplesDontOverflow) {
     feed.beginStream(1);
     feed.allow(1);
-    feed.write(Samples(period, -32768));
-    feed.write(Samples(period, 32767));
-    EXPECT_EQ(fill(), Samples(period, -32768));
-    EXPECT_EQ(fill(), Samples(period, 32767));
+    feed.write(Samples(PERIOD, -32768));
+    feed.write(Samples(PERIOD, 32767));
+    EXPECT_EQ(fill(), Samples(PERIOD, -32768));
+    EXPECT_EQ(fill(), Samples(PERIOD, 32767));
 }
 
-TEST_F(Feed, stereoFramesStayTogether) {
+TEST_F(Feed, StereoFramesStayTogether) {
     feed.setFormat(2, 44100);
     feed.beginStream(1);
     feed.allow(1);
@@ -202,35 +202,35 @@ TEST_F(Feed, stereoFramesStayTogether) {
     fill();
     feed.allow(1);
     const Samples in = fill();
-    EXPECT_EQ(support::equalLength(in, 2 * fade, frames, period), in.size() - 2 * fade);
+    EXPECT_EQ(support::equalLength(in, 2 * FADE, frames, PERIOD), in.size() - 2 * FADE);
 }
 
-TEST_F(Feed, tellsWhatWasTakenAndWhen) {
+TEST_F(Feed, TellsWhatWasTakenAndWhen) {
     feed.beginStream(1);
     feed.allow(1);
     feed.write(counting(1, 700));
     const auto before = SampleFeed::Clock::now();
     fill();
     const SampleFeed::Taken taken = feed.taken();
-    EXPECT_EQ(taken.end, period);
-    EXPECT_EQ(taken.count, period);
+    EXPECT_EQ(taken.end, PERIOD);
+    EXPECT_EQ(taken.count, PERIOD);
     EXPECT_GE(taken.when, before);
     EXPECT_LE(taken.when, SampleFeed::Clock::now());
     fill();
     EXPECT_EQ(feed.taken().end, 700U);
-    EXPECT_EQ(feed.taken().count, 700 - period);
+    EXPECT_EQ(feed.taken().count, 700 - PERIOD);
     fill();
     EXPECT_EQ(feed.taken().end, 700U) << "silence isn't taken";
 }
 
-TEST_F(Feed, threeThreadsAtOnce) {
+TEST_F(Feed, ThreeThreadsAtOnce) {
     // The device takes, the decoder thread writes and begins streams, the user commands.
     std::atomic<bool> done{false};
     std::atomic<std::uint64_t> stream{1};
     feed.beginStream(1);
     feed.allow(1);
     std::thread device([&] {
-        Samples target(period);
+        Samples target(PERIOD);
         while (!done) {
             feed.fill(target);
         }
@@ -240,7 +240,7 @@ TEST_F(Feed, threeThreadsAtOnce) {
             feed.allow(i % 3 == 0 ? 0 : stream.load());
             feed.setGain(static_cast<float>(i % 100) / 100.0F);
             const SampleFeed::Taken taken = feed.taken();
-            EXPECT_LE(taken.count, period);
+            EXPECT_LE(taken.count, PERIOD);
             EXPECT_LE(taken.end, feed.writeIndex());
         }
     });

@@ -22,13 +22,13 @@ namespace {
 using namespace std::chrono_literals;
 using support::Samples;
 
-constexpr std::size_t rate = 44100;
+constexpr std::size_t RATE = 44100;
 /// Samples by which a place in the noise is told from every other.
-constexpr std::size_t keyLength = 200;
+constexpr std::size_t KEY_LENGTH = 200;
 
 /// Samples of a stretch of time, both channels.
 constexpr std::size_t samplesOf(std::chrono::milliseconds time) {
-    return static_cast<std::size_t>(time.count()) * rate / 1000 * 2;
+    return static_cast<std::size_t>(time.count()) * RATE / 1000 * 2;
 }
 
 /// How much of a recording may go by before a command is heard. A build with sanitizers mixes late.
@@ -54,7 +54,7 @@ protected:
     /// A file of noise that states its padding, so that its length is that of the noise.
     std::string noiseFile(double seconds, unsigned seed = 1) {
         std::string path = folder.file("noise" + std::to_string(seed) + ".mp3");
-        EXPECT_TRUE(support::encodeNoise(path, seconds, {"-b", "128"}, rate, 2, seed));
+        EXPECT_TRUE(support::encodeNoise(path, seconds, {"-b", "128"}, RATE, 2, seed));
         return path;
     }
 
@@ -63,17 +63,17 @@ protected:
     EngineUnderTest engine;
 };
 
-TEST_F(Sound, isTheDecodedFileAtFullVolume) {
+TEST_F(Sound, IsTheDecodedFileAtFullVolume) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
-    ASSERT_EQ(expected.size(), 4 * rate);
+    ASSERT_EQ(expected.size(), 4 * RATE);
     const support::Recording recording(server);
     engine.open(path);
     engine.controls().play();
     ASSERT_TRUE(engine.runUntilStopped());
     ASSERT_TRUE(recording.waitForSilence());
     const Samples heard = recording.samples();
-    const auto start = support::findIn(heard, part(expected, 0, keyLength));
+    const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH));
     ASSERT_TRUE(start);
     const support::Match match = support::follow(heard, *start, expected, 0);
     EXPECT_EQ(match.length, expected.size());
@@ -82,7 +82,7 @@ TEST_F(Sound, isTheDecodedFileAtFullVolume) {
               match.end - expected.size() + support::behindLastSound(expected));
 }
 
-TEST_F(Sound, isHeardSoonAfterPlay) {
+TEST_F(Sound, IsHeardSoonAfterPlay) {
     const std::string path = noiseFile(1);
     const support::Recording recording(server);
     engine.open(path);
@@ -92,11 +92,11 @@ TEST_F(Sound, isHeardSoonAfterPlay) {
         return support::firstSound(recording.samples(), before * 2) < recording.samples().size();
     }));
     const std::size_t heard = support::firstSound(recording.samples(), before * 2);
-    RecordProperty("milliseconds", static_cast<int>((heard / 2 - before) * 1000 / rate));
+    RecordProperty("milliseconds", static_cast<int>((heard / 2 - before) * 1000 / RATE));
     EXPECT_LT(heard - before * 2, promptly(150ms));
 }
 
-TEST_F(Sound, pausesPromptlyAndResumesWithoutLossOrRepetition) {
+TEST_F(Sound, PausesPromptlyAndResumesWithoutLossOrRepetition) {
     const std::string path = noiseFile(3);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -109,7 +109,7 @@ TEST_F(Sound, pausesPromptlyAndResumesWithoutLossOrRepetition) {
     const double position = engine.controls().currentPosition();
     ASSERT_TRUE(recording.waitForSilence());
     const std::size_t silent = support::behindLastSound(recording.samples()) / 2;
-    RecordProperty("milliseconds", static_cast<int>((silent - paused) * 1000 / rate));
+    RecordProperty("milliseconds", static_cast<int>((silent - paused) * 1000 / RATE));
     EXPECT_LT(silent, paused + promptly(100ms) / 2);
     EXPECT_NEAR(engine.controls().currentPosition(), position, 0.1);
     recording.waitFor(300ms);
@@ -119,18 +119,18 @@ TEST_F(Sound, pausesPromptlyAndResumesWithoutLossOrRepetition) {
     ASSERT_TRUE(engine.runUntilStopped());
     ASSERT_TRUE(recording.waitForSilence());
     const Samples heard = recording.samples();
-    const auto start = support::findIn(heard, part(expected, 0, keyLength));
+    const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH));
     ASSERT_TRUE(start);
     // The two fades, and the silence between them, are all that stands in the middle.
     const std::size_t first = support::follow(heard, *start, expected, 0).length;
     ASSERT_LT(first, expected.size());
-    const auto second = support::findIn(heard, part(expected, first, keyLength), silent * 2);
+    const auto second = support::findIn(heard, part(expected, first, KEY_LENGTH), silent * 2);
     ASSERT_TRUE(second) << "what follows the pause isn't what came before it";
     EXPECT_EQ(support::follow(heard, *second, expected, first).length, expected.size() - first);
-    EXPECT_NEAR(position * rate * 2, static_cast<double>(first), 0.1 * rate * 2);
+    EXPECT_NEAR(position * RATE * 2, static_cast<double>(first), 0.1 * RATE * 2);
 }
 
-TEST_F(Sound, goesOnAfterAPauseThatClosedTheDevice) {
+TEST_F(Sound, GoesOnAfterAPauseThatClosedTheDevice) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -145,17 +145,17 @@ TEST_F(Sound, goesOnAfterAPauseThatClosedTheDevice) {
     ASSERT_TRUE(engine.runUntilStopped());
     ASSERT_TRUE(recording.waitForSilence());
     const Samples heard = recording.samples();
-    const auto start = support::findIn(heard, part(expected, 0, keyLength));
+    const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH));
     ASSERT_TRUE(start);
     const support::Match first = support::follow(heard, *start, expected, 0);
-    const auto second = support::findIn(heard, part(expected, first.length, keyLength), first.end);
+    const auto second = support::findIn(heard, part(expected, first.length, KEY_LENGTH), first.end);
     ASSERT_TRUE(second);
     EXPECT_EQ(support::follow(heard, *second, expected, first.length).length,
               expected.size() - first.length);
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, jumpsToTheSampleAskedFor) {
+TEST_F(Sound, JumpsToTheSampleAskedFor) {
     const std::string path = noiseFile(4);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -178,15 +178,16 @@ TEST_F(Sound, jumpsToTheSampleAskedFor) {
     const Samples heard = recording.samples();
     std::size_t after = 0;
     for (const std::size_t second : {3U, 1U, 2U}) {
-        const auto at = support::findIn(heard, part(expected, second * rate * 2, keyLength), after);
+        const auto at =
+            support::findIn(heard, part(expected, second * RATE * 2, KEY_LENGTH), after);
         ASSERT_TRUE(at) << second;
-        EXPECT_GT(support::follow(heard, *at, expected, second * rate * 2).length,
+        EXPECT_GT(support::follow(heard, *at, expected, second * RATE * 2).length,
                   samplesOf(150ms));
-        after = *at + keyLength;
+        after = *at + KEY_LENGTH;
     }
 }
 
-TEST_F(Sound, positionIsWhatIsHeard) {
+TEST_F(Sound, PositionIsWhatIsHeard) {
     const std::string path = noiseFile(3);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -207,13 +208,13 @@ TEST_F(Sound, positionIsWhatIsHeard) {
     });
     engine.controls().stop();
     const Samples heard = recording.samples();
-    const auto start = support::findIn(heard, part(expected, 0, keyLength));
+    const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH));
     ASSERT_TRUE(start);
     double worst = 0;
     for (const Moment& moment : moments) {
         if (moment.position > 0.1) {
             const double there =
-                (static_cast<double>(moment.frame) - static_cast<double>(*start) / 2) / rate;
+                (static_cast<double>(moment.frame) - static_cast<double>(*start) / 2) / RATE;
             worst = std::max(worst, std::abs(there - moment.position));
         }
     }
@@ -221,12 +222,12 @@ TEST_F(Sound, positionIsWhatIsHeard) {
     EXPECT_LT(worst, 0.1);
 }
 
-TEST_F(Sound, repeatsWithoutAGap) {
+TEST_F(Sound, RepeatsWithoutAGap) {
     const std::string path = noiseFile(1);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
     // One calm moment must do: on a busy machine the server itself makes gaps.
-    std::size_t smallest = rate;
+    std::size_t smallest = RATE;
     for (int attempt = 0; attempt < 4 && smallest != 0; ++attempt) {
         const std::size_t before = recording.frames() * 2;
         int ends = 0;
@@ -243,7 +244,7 @@ TEST_F(Sound, repeatsWithoutAGap) {
         std::size_t end = before;
         std::size_t gap = 0;
         for (int round = 0; round < 3; ++round) {
-            const auto start = support::findIn(heard, part(expected, 0, keyLength), end);
+            const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH), end);
             ASSERT_TRUE(start) << round;
             const support::Match match = support::follow(heard, *start, expected, 0);
             ASSERT_EQ(match.length, expected.size());
@@ -256,7 +257,7 @@ TEST_F(Sound, repeatsWithoutAGap) {
     EXPECT_EQ(smallest, 0U) << "samples of silence between the end and the start";
 }
 
-TEST_F(Sound, isScaledByTheVolume) {
+TEST_F(Sound, IsScaledByTheVolume) {
     const std::string path = noiseFile(1);
     const Samples expected = support::decodeWithMpg123(path);
     for (const auto& [volume, factor] : {std::pair(50, 0.125), std::pair(0, 0.0)}) {
@@ -275,18 +276,18 @@ TEST_F(Sound, isScaledByTheVolume) {
         for (std::int16_t& sample : scaled) {
             sample = static_cast<std::int16_t>(std::lround(sample * factor));
         }
-        const auto start = support::findIn(heard, part(scaled, 0, keyLength), 0, 1);
+        const auto start = support::findIn(heard, part(scaled, 0, KEY_LENGTH), 0, 1);
         ASSERT_TRUE(start);
         EXPECT_EQ(support::follow(heard, *start, scaled, 0, true, 1).length, scaled.size());
     }
 }
 
-TEST_F(Sound, volumeStepsDontClick) {
+TEST_F(Sound, VolumeStepsDontClick) {
     // Of a low tone, no sample differs much from the one before, unless something clicks.
-    Samples tone(3 * rate * 2);
+    Samples tone(3 * RATE * 2);
     for (std::size_t i = 0; i < tone.size(); ++i) {
         tone[i] = static_cast<std::int16_t>(
-            std::lround(20000 * std::sin(static_cast<double>(i) * 3.14159265 * 50 / rate)));
+            std::lround(20000 * std::sin(static_cast<double>(i) * 3.14159265 * 50 / RATE)));
     }
     support::writeWav(folder.file("tone.wav"), tone);
     const std::string path = folder.file("tone.mp3");
@@ -314,7 +315,7 @@ TEST_F(Sound, volumeStepsDontClick) {
     EXPECT_LT(worst, 500);
 }
 
-TEST_F(Sound, anotherFileFollowsAtOnce) {
+TEST_F(Sound, AnotherFileFollowsAtOnce) {
     const std::string first = noiseFile(5, 1);
     const std::string second = noiseFile(1, 2);
     const Samples expected = support::decodeWithMpg123(second);
@@ -331,14 +332,14 @@ TEST_F(Sound, anotherFileFollowsAtOnce) {
     ASSERT_TRUE(engine.runUntilStopped());
     ASSERT_TRUE(recording.waitForSilence());
     const Samples heard = recording.samples();
-    const auto start = support::findIn(heard, part(expected, 0, keyLength));
+    const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH));
     ASSERT_TRUE(start);
     EXPECT_EQ(support::follow(heard, *start, expected, 0).length, expected.size());
     EXPECT_EQ(engine.stops(), 1);
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, losingTheServerIsOneErrorAndTheNextFilePlays) {
+TEST_F(Sound, LosingTheServerIsOneErrorAndTheNextFilePlays) {
     const std::string path = noiseFile(3);
     engine.open(path);
     engine.controls().play();
@@ -365,10 +366,10 @@ TEST_F(Sound, losingTheServerIsOneErrorAndTheNextFilePlays) {
     EXPECT_EQ(engine.errors, 2);
     ASSERT_TRUE(recording.waitForSilence());
     EXPECT_TRUE(
-        support::findIn(recording.samples(), part(support::decodeWithMpg123(path), 0, keyLength)));
+        support::findIn(recording.samples(), part(support::decodeWithMpg123(path), 0, KEY_LENGTH)));
 }
 
-TEST_F(Sound, losingTheServerInAPauseIsNoErrorWhenItComesBack) {
+TEST_F(Sound, LosingTheServerInAPauseIsNoErrorWhenItComesBack) {
     const std::string path = noiseFile(2);
     engine.open(path);
     engine.controls().play();
@@ -381,7 +382,7 @@ TEST_F(Sound, losingTheServerInAPauseIsNoErrorWhenItComesBack) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, aServerThatHangsHoldsNobodyUp) {
+TEST_F(Sound, AServerThatHangsHoldsNobodyUp) {
     const std::string path = noiseFile(3);
     const auto seconds = [](const auto& action) {
         const auto begin = std::chrono::steady_clock::now();
@@ -444,13 +445,13 @@ TEST_F(Sound, aServerThatHangsHoldsNobodyUp) {
     engine.open(path);
     engine.controls().play();
     EXPECT_TRUE(support::waitUntil([&] {
-        return support::findIn(recording.samples(), part(expected, 0, keyLength)).has_value();
+        return support::findIn(recording.samples(), part(expected, 0, KEY_LENGTH)).has_value();
     }));
 }
 
 using SoundDeathTest = Sound;
 
-TEST_F(SoundDeathTest, aServerThatHangsDoesNotKeepTheProcess) {
+TEST_F(SoundDeathTest, AServerThatHangsDoesNotKeepTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto endWhileItHangs = [&] {
         engine.open(noiseFile(3));
@@ -464,7 +465,7 @@ TEST_F(SoundDeathTest, aServerThatHangsDoesNotKeepTheProcess) {
     EXPECT_EXIT(endWhileItHangs(), testing::ExitedWithCode(42), "");
 }
 
-TEST_F(Sound, deletedAndReplacedFilesPlayOn) {
+TEST_F(Sound, DeletedAndReplacedFilesPlayOn) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -475,12 +476,12 @@ TEST_F(Sound, deletedAndReplacedFilesPlayOn) {
     ASSERT_TRUE(engine.runUntilStopped());
     ASSERT_TRUE(recording.waitForSilence());
     const Samples heard = recording.samples();
-    const auto start = support::findIn(heard, part(expected, 0, keyLength));
+    const auto start = support::findIn(heard, part(expected, 0, KEY_LENGTH));
     ASSERT_TRUE(start);
     EXPECT_EQ(support::follow(heard, *start, expected, 0).length, expected.size());
 }
 
-TEST_F(Sound, aTruncatedFileIsOneError) {
+TEST_F(Sound, ATruncatedFileIsOneError) {
     const std::string path = noiseFile(20);
     engine.open(path);
     engine.controls().play();
@@ -492,7 +493,7 @@ TEST_F(Sound, aTruncatedFileIsOneError) {
     EXPECT_EQ(engine.stops(), 0);
 }
 
-TEST_F(Sound, otherFormatsPlayToo) {
+TEST_F(Sound, OtherFormatsPlayToo) {
     for (const int fileRate : {8000, 22050, 48000}) {
         const std::string path = folder.file("format.mp3");
         ASSERT_TRUE(support::encodeNoise(
@@ -507,7 +508,7 @@ TEST_F(Sound, otherFormatsPlayToo) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, theStreamBearsTheProgramsName) {
+TEST_F(Sound, TheStreamBearsTheProgramsName) {
     engine.open(noiseFile(2));
     engine.controls().play();
     engine.queue.runUntil([&] { return engine.controls().currentPosition() > 0.1; });

@@ -15,13 +15,13 @@ namespace {
 using support::id3v1;
 using support::id3v2;
 
-const std::string frames = support::repeated(support::frameBytes({}), 20);
-const std::string horse = "Příliš žluťoučký kůň";
-const std::string horse1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
-const std::string latin1(1, '\0');
-const std::string languageEnglish("\0eng\0", 5);
-const std::string utf16("\1", 1);
-const std::string utf8("\3", 1);
+const std::string FRAMES = support::repeated(support::frameBytes({}), 20);
+const std::string HORSE = "Příliš žluťoučký kůň";
+const std::string HORSE1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
+const std::string LATIN1(1, '\0');
+const std::string LANGUAGE_ENGLISH("\0eng\0", 5);
+const std::string UTF16("\1", 1);
+const std::string UTF8("\3", 1);
 
 std::string utf16Of(const std::u16string& text) {
     std::string bytes = "\xFF\xFE";
@@ -122,47 +122,47 @@ protected:
     support::TemporaryFolder folder;
 };
 
-TEST(TagText, latin1ClaimsAreUtf8OrWindows1250) {
+TEST(TagText, Latin1ClaimsAreUtf8OrWindows1250) {
     EXPECT_EQ(textFromLatin1Claim("plain"), "plain");
-    EXPECT_EQ(textFromLatin1Claim(horse), horse);
-    EXPECT_EQ(textFromLatin1Claim(horse1250), horse);
+    EXPECT_EQ(textFromLatin1Claim(HORSE), HORSE);
+    EXPECT_EQ(textFromLatin1Claim(HORSE1250), HORSE);
     EXPECT_EQ(textFromLatin1Claim("\x8A\x8D\x8E\xD8\x84"), "ŠŤŽŘ„");
     EXPECT_EQ(textFromLatin1Claim("\xC4\x8D\xE8"), "Ä\xC5\xA4\xC4\x8D") << "not all of it is UTF-8";
     EXPECT_EQ(textFromLatin1Claim(std::string("end\0rest", 8)), "end");
     EXPECT_EQ(textFromLatin1Claim(""), "");
 }
 
-TEST(TagText, tidyTextIsOneLine) {
+TEST(TagText, TidyTextIsOneLine) {
     EXPECT_EQ(tidyText("  padded \t "), "padded");
     EXPECT_EQ(tidyText("one\r\ntwo\tthree"), "one two three");
     EXPECT_EQ(tidyText(std::string("a\0b\x01\x1B\x7F", 6)), "ab");
     EXPECT_EQ(tidyText("\xC2\x85x\xC2\x9By\xE2\x80\xA8z"), "xy z");
     EXPECT_EQ(tidyText("two  blanks"), "two  blanks");
     EXPECT_EQ(tidyText("bad \xFF\xC3 bytes \xED\xA0\x80"), "bad  bytes");
-    EXPECT_EQ(tidyText(horse), horse);
+    EXPECT_EQ(tidyText(HORSE), HORSE);
     EXPECT_EQ(tidyText("<b>&amp;</b>"), "<b>&amp;</b>");
     EXPECT_EQ(tidyText("   "), "");
 }
 
-TEST(TagText, tidyTextIsCutAtACharacter) {
+TEST(TagText, TidyTextIsCutAtACharacter) {
     std::string text;
     for (int i = 0; i < 3000; ++i) {
         text += "ž";
     }
-    EXPECT_EQ(tidyText(text), text.substr(0, 2 * tagTextLimit));
+    EXPECT_EQ(tidyText(text), text.substr(0, 2 * TAG_TEXT_LIMIT));
     EXPECT_EQ(tidyText("a" + std::string(1000000, ' ') + "b"), "a");
 }
 
-TEST_F(Tags, noneIsNothing) {
-    const TrackTags tags = tagsOf(frames);
+TEST_F(Tags, NoneIsNothing) {
+    const TrackTags tags = tagsOf(FRAMES);
     EXPECT_EQ(tags.author + tags.title + tags.album + tags.description + tags.genre + tags.year,
               "");
 }
 
-TEST_F(Tags, ofTheFirstKind) {
+TEST_F(Tags, OfTheFirstKind) {
     const TrackTags tags =
-        tagsOf(frames + id3v1(horse1250, "Umělec", "Album  ", "1999", "Poznámka", 17));
-    EXPECT_EQ(tags.title, horse);
+        tagsOf(FRAMES + id3v1(HORSE1250, "Umělec", "Album  ", "1999", "Poznámka", 17));
+    EXPECT_EQ(tags.title, HORSE);
     EXPECT_EQ(tags.author, "Umělec");
     EXPECT_EQ(tags.album, "Album");
     EXPECT_EQ(tags.year, "1999");
@@ -170,34 +170,34 @@ TEST_F(Tags, ofTheFirstKind) {
     EXPECT_EQ(tags.genre, "Rock");
     // With the number of the track.
     const std::string comment = std::string("Poznámka").append(19, '\0') + '\7';
-    EXPECT_EQ(tagsOf(frames + id3v1("t", "", "", "", comment, 17)).description, "Poznámka");
+    EXPECT_EQ(tagsOf(FRAMES + id3v1("t", "", "", "", comment, 17)).description, "Poznámka");
 }
 
-TEST_F(Tags, id3v2OfAllVersions) {
+TEST_F(Tags, Id3v2OfAllVersions) {
     for (const int version : {3, 4}) {
         const TrackTags tags =
-            tagsOf(id3v2(version, {{"TIT2", latin1 + horse1250},
-                                   {"TPE1", utf16 + utf16Of(u"Kůň")},
-                                   {"TALB", latin1 + horse},
-                                   {version == 3 ? "TYER" : "TDRC", latin1 + "2004"},
-                                   {"COMM", languageEnglish + "Popis"},
-                                   {"TCON", latin1 + (version == 3 ? "(17)" : "17")}}) +
-                   frames);
-        EXPECT_EQ(tags.title, horse) << version;
+            tagsOf(id3v2(version, {{"TIT2", LATIN1 + HORSE1250},
+                                   {"TPE1", UTF16 + utf16Of(u"Kůň")},
+                                   {"TALB", LATIN1 + HORSE},
+                                   {version == 3 ? "TYER" : "TDRC", LATIN1 + "2004"},
+                                   {"COMM", LANGUAGE_ENGLISH + "Popis"},
+                                   {"TCON", LATIN1 + (version == 3 ? "(17)" : "17")}}) +
+                   FRAMES);
+        EXPECT_EQ(tags.title, HORSE) << version;
         EXPECT_EQ(tags.author, "Kůň") << version;
-        EXPECT_EQ(tags.album, horse) << version;
+        EXPECT_EQ(tags.album, HORSE) << version;
         EXPECT_EQ(tags.year, "2004") << version;
         EXPECT_EQ(tags.description, "Popis") << version;
         EXPECT_EQ(tags.genre, "Rock") << version;
     }
-    const TrackTags old = tagsOf(id3v2(2, {{"TT2", latin1 + horse1250},
-                                           {"TP1", latin1 + "A"},
-                                           {"TAL", latin1 + "B"},
-                                           {"TYE", latin1 + "1997"},
-                                           {"COM", languageEnglish + "C"},
-                                           {"TCO", latin1 + "(8)"}}) +
-                                 frames);
-    EXPECT_EQ(old.title, horse);
+    const TrackTags old = tagsOf(id3v2(2, {{"TT2", LATIN1 + HORSE1250},
+                                           {"TP1", LATIN1 + "A"},
+                                           {"TAL", LATIN1 + "B"},
+                                           {"TYE", LATIN1 + "1997"},
+                                           {"COM", LANGUAGE_ENGLISH + "C"},
+                                           {"TCO", LATIN1 + "(8)"}}) +
+                                 FRAMES);
+    EXPECT_EQ(old.title, HORSE);
     EXPECT_EQ(old.author, "A");
     EXPECT_EQ(old.album, "B");
     EXPECT_EQ(old.year, "1997");
@@ -205,14 +205,14 @@ TEST_F(Tags, id3v2OfAllVersions) {
     EXPECT_EQ(old.genre, "Jazz");
 }
 
-TEST_F(Tags, apeTags) {
-    const TrackTags tags = tagsOf(frames + support::apeTag({{"Title", horse},
+TEST_F(Tags, ApeTags) {
+    const TrackTags tags = tagsOf(FRAMES + support::apeTag({{"Title", HORSE},
                                                             {"Artist", "A"},
                                                             {"Album", "B"},
                                                             {"Year", "2001"},
                                                             {"Comment", "C"},
                                                             {"Genre", "17"}}));
-    EXPECT_EQ(tags.title, horse);
+    EXPECT_EQ(tags.title, HORSE);
     EXPECT_EQ(tags.author, "A");
     EXPECT_EQ(tags.album, "B");
     EXPECT_EQ(tags.year, "2001");
@@ -220,9 +220,9 @@ TEST_F(Tags, apeTags) {
     EXPECT_EQ(tags.genre, "Rock");
 }
 
-TEST_F(Tags, theBestSourceOfEachAttributeCounts) {
-    const TrackTags tags = tagsOf(id3v2(4, {{"TIT2", utf8 + "two"}, {"TPE1", utf8 + "  "}}) +
-                                  frames + support::apeTag({{"Title", "ape"}, {"Album", "ape"}}) +
+TEST_F(Tags, TheBestSourceOfEachAttributeCounts) {
+    const TrackTags tags = tagsOf(id3v2(4, {{"TIT2", UTF8 + "two"}, {"TPE1", UTF8 + "  "}}) +
+                                  FRAMES + support::apeTag({{"Title", "ape"}, {"Album", "ape"}}) +
                                   id3v1("one", "one", "one", "1999", "", 255));
     EXPECT_EQ(tags.title, "two");
     EXPECT_EQ(tags.album, "ape");
@@ -231,9 +231,9 @@ TEST_F(Tags, theBestSourceOfEachAttributeCounts) {
     EXPECT_EQ(tags.genre, "");
 }
 
-TEST_F(Tags, genresAndDatesAndSeveralValues) {
+TEST_F(Tags, GenresAndDatesAndSeveralValues) {
     const auto genre = [&](const std::string& text) {
-        return tagsOf(id3v2(4, {{"TCON", utf8 + text}}) + frames).genre;
+        return tagsOf(id3v2(4, {{"TCON", UTF8 + text}}) + FRAMES).genre;
     };
     EXPECT_EQ(genre("17"), "Rock");
     EXPECT_EQ(genre("Dechovka"), "Dechovka");
@@ -242,13 +242,13 @@ TEST_F(Tags, genresAndDatesAndSeveralValues) {
     EXPECT_EQ(genre("999"), "999");
     EXPECT_EQ(genre(std::string("17\0Punk", 7)), "Rock, Punk");
     const TrackTags tags = tagsOf(
-        id3v2(4, {{"TDRC", utf8 + "2004-05-01T10:00"}, {"TPE1", utf8 + std::string("A\0B", 3)}}) +
-        frames);
+        id3v2(4, {{"TDRC", UTF8 + "2004-05-01T10:00"}, {"TPE1", UTF8 + std::string("A\0B", 3)}}) +
+        FRAMES);
     EXPECT_EQ(tags.year, "2004");
     EXPECT_EQ(tags.author, "A, B");
 }
 
-TEST_F(Tags, genresInEveryWriting) {
+TEST_F(Tags, GenresInEveryWriting) {
     struct Row {
         std::string text;
         std::string genre;
@@ -287,48 +287,48 @@ TEST_F(Tags, genresInEveryWriting) {
     for (const Row& row : rows) {
         for (const int version : {2, 3, 4}) {
             const std::string tag =
-                id3v2(version, {{version == 2 ? "TCO" : "TCON", latin1 + row.text}});
-            EXPECT_EQ(tagsOf(tag + frames).genre, row.genre) << row.text << ", " << version;
+                id3v2(version, {{version == 2 ? "TCO" : "TCON", LATIN1 + row.text}});
+            EXPECT_EQ(tagsOf(tag + FRAMES).genre, row.genre) << row.text << ", " << version;
         }
-        EXPECT_EQ(tagsOf(frames + support::apeTag({{"Genre", row.text}})).genre, row.genre)
+        EXPECT_EQ(tagsOf(FRAMES + support::apeTag({{"Genre", row.text}})).genre, row.genre)
             << row.text;
     }
 }
 
-TEST_F(Tags, aProgramsOwnCommentIsNoDescription) {
-    const TrackTags tags = tagsOf(id3v2(3, {{"COMM", latin1 + "engiTunNORM" + latin1 + " 0000"},
-                                            {"COMM", latin1 + "engnote" + latin1 + "second"},
-                                            {"COMM", languageEnglish + "first"}}) +
-                                  frames);
+TEST_F(Tags, AProgramsOwnCommentIsNoDescription) {
+    const TrackTags tags = tagsOf(id3v2(3, {{"COMM", LATIN1 + "engiTunNORM" + LATIN1 + " 0000"},
+                                            {"COMM", LATIN1 + "engnote" + LATIN1 + "second"},
+                                            {"COMM", LANGUAGE_ENGLISH + "first"}}) +
+                                  FRAMES);
     EXPECT_EQ(tags.description, "first");
 }
 
-TEST_F(Tags, hostileTagsAreHarmless) {
+TEST_F(Tags, HostileTagsAreHarmless) {
     const std::string huge(5000000, 'x');
-    EXPECT_EQ(tagsOf(id3v2(4, {{"TIT2", utf8 + huge}}) + frames).title.size(), tagTextLimit);
+    EXPECT_EQ(tagsOf(id3v2(4, {{"TIT2", UTF8 + huge}}) + FRAMES).title.size(), TAG_TEXT_LIMIT);
     // Random bytes where frames should be, and in their texts.
     for (unsigned seed = 1; seed <= 100; ++seed) {
         const std::string noise = support::randomBytes(2000, seed);
-        tagsOf(id3v2(2 + static_cast<int>(seed % 3), {{"TIT2", noise}, {"TCON", noise}}) + frames);
-        std::string tag = id3v2(4, {{"TIT2", utf8 + "x"}}, 2000);
+        tagsOf(id3v2(2 + static_cast<int>(seed % 3), {{"TIT2", noise}, {"TCON", noise}}) + FRAMES);
+        std::string tag = id3v2(4, {{"TIT2", UTF8 + "x"}}, 2000);
         tag.replace(10, 1990, noise.substr(0, 1990));
-        tagsOf(tag + frames + support::apeTag({{noise.substr(0, 50), noise}}));
+        tagsOf(tag + FRAMES + support::apeTag({{noise.substr(0, 50), noise}}));
     }
 }
 
-TEST_F(Tags, compressedTextsAreRead) {
-    const std::string title = latin1 + "Titul " + std::string(900, 'x');
+TEST_F(Tags, CompressedTextsAreRead) {
+    const std::string title = LATIN1 + "Titul " + std::string(900, 'x');
     for (const int version : {3, 4}) {
         const TrackTags tags = tagsOf(
-            compressedId3v2(version, {{"TIT2", stored(title)}, {"TPE1", stored(latin1 + "A")}},
+            compressedId3v2(version, {{"TIT2", stored(title)}, {"TPE1", stored(LATIN1 + "A")}},
                             static_cast<std::uint32_t>(title.size())) +
-            frames);
+            FRAMES);
         EXPECT_EQ(tags.title, title.substr(1)) << version;
         EXPECT_EQ(tags.author, "A") << version;
     }
 }
 
-TEST_F(Tags, whatInflatesToNoEndIsLeftOut) {
+TEST_F(Tags, WhatInflatesToNoEndIsLeftOut) {
     constexpr std::size_t letters = 500'000'000;
     const std::string data = bomb(letters);
     // A chapter holds frames of its own.
@@ -339,19 +339,19 @@ TEST_F(Tags, whatInflatesToNoEndIsLeftOut) {
         std::string tag;
     };
     const std::vector<Row> rows = {
-        {"2.3", compressedId3v2(3, {{"TIT2", data}, {"TPE1", stored(latin1 + "A")}}, letters)},
-        {"2.4", compressedId3v2(4, {{"TIT2", data}, {"TPE1", stored(latin1 + "A")}}, letters)},
-        {"a lie", compressedId3v2(4, {{"COMM", data}, {"TPE1", stored(latin1 + "A")}}, 10)},
-        {"a picture", compressedId3v2(4, {{"APIC", data}, {"TPE1", stored(latin1 + "A")}}, 10)},
-        {"unknown", compressedId3v2(4, {{"QQQQ", data}, {"TPE1", stored(latin1 + "A")}}, 10)},
-        {"a chapter", id3v2(4, {{"CHAP", nested}, {"TPE1", latin1 + "A"}})},
+        {"2.3", compressedId3v2(3, {{"TIT2", data}, {"TPE1", stored(LATIN1 + "A")}}, letters)},
+        {"2.4", compressedId3v2(4, {{"TIT2", data}, {"TPE1", stored(LATIN1 + "A")}}, letters)},
+        {"a lie", compressedId3v2(4, {{"COMM", data}, {"TPE1", stored(LATIN1 + "A")}}, 10)},
+        {"a picture", compressedId3v2(4, {{"APIC", data}, {"TPE1", stored(LATIN1 + "A")}}, 10)},
+        {"unknown", compressedId3v2(4, {{"QQQQ", data}, {"TPE1", stored(LATIN1 + "A")}}, 10)},
+        {"a chapter", id3v2(4, {{"CHAP", nested}, {"TPE1", LATIN1 + "A"}})},
         {"many", compressedId3v2(3,
                                  std::vector<std::pair<std::string, std::string>>(
                                      1000, {"TIT2", bomb(letters / 1000)}),
                                  10)},
     };
     for (const Row& row : rows) {
-        support::writeFile(folder.file("file"), row.tag + frames);
+        support::writeFile(folder.file("file"), row.tag + FRAMES);
         const auto file = FileReader::open(folder.file("file"));
         const std::size_t before = peakMemory(true);
         const support::ProcessorTime time;
@@ -365,9 +365,9 @@ TEST_F(Tags, whatInflatesToNoEndIsLeftOut) {
     }
 }
 
-TEST_F(Tags, aLargeTagIsReadInNoTime) {
+TEST_F(Tags, ALargeTagIsReadInNoTime) {
     const std::string picture(20 << 20, 'x');
-    const std::string content = id3v2(3, {{"APIC", picture}, {"TIT2", latin1 + "t"}}) + frames;
+    const std::string content = id3v2(3, {{"APIC", picture}, {"TIT2", LATIN1 + "t"}}) + FRAMES;
     support::writeFile(folder.file("file"), content);
     const support::ProcessorTime time;
     EXPECT_EQ(readTags(FileReader::open(folder.file("file"))).title, "t");

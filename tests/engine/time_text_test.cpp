@@ -7,7 +7,7 @@ namespace zvonivec {
 
 namespace {
 
-TEST(TimeText, isMinutesAndSecondsCutNotRounded) {
+TEST(TimeText, IsMinutesAndSecondsCutNotRounded) {
     EXPECT_EQ(timeText(0), "00:00");
     EXPECT_EQ(timeText(0.999), "00:00");
     EXPECT_EQ(timeText(7), "00:07");
@@ -17,13 +17,13 @@ TEST(TimeText, isMinutesAndSecondsCutNotRounded) {
     EXPECT_EQ(timeText(3599.99), "59:59");
 }
 
-TEST(TimeText, hasMoreDigitsFromAHundredMinutesOn) {
+TEST(TimeText, HasMoreDigitsFromAHundredMinutesOn) {
     EXPECT_EQ(timeText(99 * 60 + 59), "99:59");
     EXPECT_EQ(timeText(100 * 60), "100:00");
     EXPECT_EQ(timeText(999 * 60 + 1), "999:01");
 }
 
-TEST(TimeText, isZeroForWhatIsNoTime) {
+TEST(TimeText, IsZeroForWhatIsNoTime) {
     EXPECT_EQ(timeText(-1), "00:00");
     EXPECT_EQ(timeText(std::numeric_limits<double>::quiet_NaN()), "00:00");
     EXPECT_FALSE(timeText(std::numeric_limits<double>::infinity()).empty());

@@ -23,7 +23,7 @@ namespace {
 constexpr QRgb MARK = qRgb(224, 255, 64);
 constexpr QRgb DISPLAY = qRgb(0, 160, 192);
 
-enum State { NORMAL, HOVER, PRESSED, DISABLED };
+enum State { normal, hover, pressed, disabled };
 constexpr std::array<QRgb, 4> SYMBOLS{qRgb(0, 192, 192), qRgb(64, 255, 255), qRgb(224, 255, 64),
                                       qRgb(160, 160, 160)};
 constexpr std::array<int, 4> FIRST_NUMBER{1, 8, 15, 27};
@@ -353,10 +353,10 @@ TEST(SkinBody, HasSeatsForButtonsLogoAndTiles) {
 }
 
 TEST(SkinRoundButtons, Have168ClearPixelsInOneMask) {
-    const Pixels mask = clearPixels(roundButton(0, NORMAL));
+    const Pixels mask = clearPixels(roundButton(0, normal));
     EXPECT_EQ(mask.size(), 168U);
     for (int button = 0; button < 5; ++button) {
-        for (const State state : {NORMAL, HOVER, PRESSED, DISABLED}) {
+        for (const State state : {normal, hover, pressed, disabled}) {
             EXPECT_EQ(clearPixels(roundButton(button, state)), mask) << button << ' ' << state;
         }
     }
@@ -364,16 +364,16 @@ TEST(SkinRoundButtons, Have168ClearPixelsInOneMask) {
 
 TEST(SkinRoundButtons, DifferBetweenStatesInTheSymbolsColourAlone) {
     for (int button = 0; button < 5; ++button) {
-        const QImage normal = roundButton(button, NORMAL);
-        const Pixels symbol = pixelsOf(normal, SYMBOLS[NORMAL]);
+        const QImage picture = roundButton(button, normal);
+        const Pixels symbol = pixelsOf(picture, SYMBOLS[normal]);
         EXPECT_GT(symbol.size(), 40U) << button;
-        for (const State state : {HOVER, PRESSED, DISABLED}) {
+        for (const State state : {hover, pressed, disabled}) {
             const QImage other = roundButton(button, state);
             EXPECT_EQ(pixelsOf(other, SYMBOLS.at(state)), symbol) << button << ' ' << state;
             for (int y = 0; y < 31; ++y) {
                 for (int x = 0; x < 31; ++x) {
                     if (!symbol.contains({x, y})) {
-                        ASSERT_EQ(other.pixel(x, y), normal.pixel(x, y))
+                        ASSERT_EQ(other.pixel(x, y), picture.pixel(x, y))
                             << button << ' ' << state << ": " << x << ',' << y;
                     }
                 }
@@ -384,8 +384,8 @@ TEST(SkinRoundButtons, DifferBetweenStatesInTheSymbolsColourAlone) {
 
 TEST(SkinRoundButtons, AreDarkAroundTheirSymbols) {
     for (int button = 0; button < 5; ++button) {
-        const QImage image = roundButton(button, NORMAL);
-        const Pixels symbol = pixelsOf(image, SYMBOLS[NORMAL]);
+        const QImage image = roundButton(button, normal);
+        const Pixels symbol = pixelsOf(image, SYMBOLS[normal]);
         int sum = 0;
         int count = 0;
         for (int y = 8; y < 23; ++y) {
@@ -402,7 +402,7 @@ TEST(SkinRoundButtons, AreDarkAroundTheirSymbols) {
 
 TEST(SkinRoundButtons, ShowTheirSymbols) {
     const auto symbol = [](int button) {
-        return pixelsOf(roundButton(button, NORMAL), SYMBOLS[0]);
+        return pixelsOf(roundButton(button, normal), SYMBOLS[0]);
     };
     const std::vector<std::string> rewind{
         "##.....#....#", //

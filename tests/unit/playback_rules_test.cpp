@@ -7,7 +7,7 @@
 namespace zvonivec {
 namespace {
 
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
+constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 TEST(IsMp3, AnyCaseOfLetters) {
     EXPECT_TRUE(isMp3("mp3"));
@@ -53,7 +53,7 @@ TEST(TimeUnderPointer, IsTheStartLeftOfTheBar) {
 TEST(TimeUnderPointer, IsNothingForABarWithoutWidth) {
     EXPECT_EQ(timeUnderPointer(10, 0, 300), std::nullopt);
     EXPECT_EQ(timeUnderPointer(-40, 0, 300), std::nullopt);
-    EXPECT_EQ(timeUnderPointer(notANumber, 3000, 300), std::nullopt);
+    EXPECT_EQ(timeUnderPointer(NOT_A_NUMBER, 3000, 300), std::nullopt);
 }
 
 TEST(SeekTarget, LandsATouchLaterThanTheToolTipPromised) {
@@ -74,7 +74,7 @@ TEST(SeekTarget, HoldsSumAndQuotientInSinglePrecision) {
 
 TEST(SeekTarget, IsNothingForABarWithoutWidth) {
     EXPECT_EQ(seekTarget(10, 0, 300), std::nullopt);
-    EXPECT_EQ(seekTarget(notANumber, 3000, 300), std::nullopt);
+    EXPECT_EQ(seekTarget(NOT_A_NUMBER, 3000, 300), std::nullopt);
 }
 
 } // namespace

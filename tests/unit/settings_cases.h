@@ -37,10 +37,10 @@ void expectTable(const SettingsTable& tested);
 
 class SettingsFormat : public testing::Test {
 protected:
-    static constexpr std::size_t bufferSize = 33001;
+    static constexpr std::size_t BUFFER_SIZE = 33001;
 
     std::string read(const std::string& key) const {
-        return modDeklarace::GetPrivateProfileStringA("General", key, "DEF", bufferSize, path_);
+        return modDeklarace::GetPrivateProfileStringA("General", key, "DEF", BUFFER_SIZE, path_);
     }
     void write(const std::string& key, const std::string& value) const {
         modDeklarace::WritePrivateProfileStringA("General", key, value, path_);

@@ -410,7 +410,7 @@ TEST_F(SettingsFile, WithoutLocksNothingIsWrittenAndNothingWaitedFor) {
 
 TEST_F(SettingsFile, IsNotMadeLargerThanWhatIsRead) {
     std::string bytes = "[General]\r\nLeft=1\r\n";
-    bytes.resize(whole_file::largest, ';');
+    bytes.resize(whole_file::LARGEST, ';');
     support::writeFile(path_, bytes);
     EXPECT_EQ(read("Left"), "1");
     write("Left", "2");
@@ -419,10 +419,10 @@ TEST_F(SettingsFile, IsNotMadeLargerThanWhatIsRead) {
     EXPECT_EQ(read("Left"), "2");
     EXPECT_EQ(names(), Names{"MP3.ini"});
 
-    fs::resize_file(path_, whole_file::largest + 1);
+    fs::resize_file(path_, whole_file::LARGEST + 1);
     EXPECT_EQ(read("Left"), "DEF");
     write("Left", "3");
-    EXPECT_EQ(fs::file_size(path_), whole_file::largest + 1);
+    EXPECT_EQ(fs::file_size(path_), whole_file::LARGEST + 1);
 }
 
 TEST_F(SettingsFile, RubbishIsReadAtOnceAsNothing) {

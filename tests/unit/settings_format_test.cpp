@@ -34,7 +34,7 @@ TEST_F(SettingsFormat, TheFirstSectionOfANameHolds) {
 
 TEST_F(SettingsFormat, CutsALongValueToTheBuffer) {
     put("[General]\r\nLeft=" + std::string(40000, '1') + "\r\n");
-    EXPECT_EQ(read("Left").size(), bufferSize - 1);
+    EXPECT_EQ(read("Left").size(), BUFFER_SIZE - 1);
     EXPECT_EQ(modDeklarace::GetPrivateProfileStringA("General", "Left", "DEF", 1, path_), "");
     EXPECT_EQ(modDeklarace::GetPrivateProfileStringA("General", "Left", "DEF", 0, path_), "");
 }

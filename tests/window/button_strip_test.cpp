@@ -181,7 +181,7 @@ TEST_F(ButtonStrip, MinimiseAndCloseLeaveTheMark) {
     click(button(5));
     EXPECT_TRUE(marks(1));
     EXPECT_TRUE(
-        serveUntil([this] { return player().WindowState() == Form::WindowState::minimized; }));
+        serveUntil([this] { return player().WindowState() == Form::WindowState::minimised; }));
     player().setWindowState(Form::WindowState::normal);
     EXPECT_TRUE(serveUntil([this] {
         return player().WindowState() == Form::WindowState::normal && window().isVisible();

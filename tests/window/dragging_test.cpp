@@ -57,11 +57,11 @@ TEST_F(Dragging, TheMenuOpensByARightClickOnTheBodyAndTheDisplay) {
     const Control* const surfaces[] = {&player(), &player().picBGround, &player().picDisplay,
                                        &player().lbl_Info, &player().lbl_Info_SH};
     for (const Control* surface : surfaces) {
-        for (const std::int16_t button : {leftButton, middleButton, rightButton}) {
+        for (const std::int16_t button : {LEFT_BUTTON, MIDDLE_BUTTON, RIGHT_BUTTON}) {
             const MouseArgs mouse{.Button = button};
             surface->MouseDown(mouse);
             surface->MouseUp(mouse);
-            EXPECT_EQ(popup().Visible(), button == rightButton) << surface->Name() << button;
+            EXPECT_EQ(popup().Visible(), button == RIGHT_BUTTON) << surface->Name() << button;
             popup().Form_Deactivate();
         }
     }

@@ -79,7 +79,7 @@ TEST(PanelEdge, IsTwoPixelsWideAndLitFromAboveLeft) {
     TestForm form;
     PictureBox plain(form, "plain");
     PictureBox edged(form, "edged");
-    const Color ground = rgb(0, 160, 192);
+    const Colour ground = rgb(0, 160, 192);
     plain.lay({.Name = "plain", .Width = 300, .Height = 300, .BackColor = ground});
     edged.lay({.Name = "edged", .Width = 300, .Height = 300, .BackColor = ground, .Edge = true});
     QWidget* window = QWidget::find(form.hWnd());

@@ -55,7 +55,7 @@ const Command EVENTS[] = {
     {"MenuOpens", [](frmPlayer& player) { player.ShowPopupMenu(); }},
     {"MenuAgain", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemOpen); }},
     {"MenuQuits", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemQuit); }},
-    {"Minimise", [](frmPlayer& player) { player.setWindowState(Form::WindowState::minimized); }},
+    {"Minimise", [](frmPlayer& player) { player.setWindowState(Form::WindowState::minimised); }},
 };
 
 /// The engine's call after which the next message pass brings the event; empty: the first pass.

@@ -85,7 +85,7 @@ TEST_F(Layout, HasTheWindowsProperties) {
     EXPECT_FALSE(window().windowIcon().isNull());
 }
 
-TEST_F(Layout, HasItsTextsAndColors) {
+TEST_F(Layout, HasItsTextsAndColours) {
     EXPECT_EQ(player().lbl_Info.Caption(), "Vítejte v programu Zvonivec MP3 Player 0.0.7");
     EXPECT_EQ(player().lbl_Info.ForeColor(), rgb(255, 255, 0));
     EXPECT_EQ(player().lbl_Info_SH.Caption(), player().lbl_Info.Caption());

@@ -191,7 +191,7 @@ TEST_F(Menu, AboutShowsItsBox) {
 TEST_F(Menu, MinimiseMinimises) {
     show();
     click(item(11));
-    EXPECT_EQ(player().WindowState(), Form::WindowState::minimized);
+    EXPECT_EQ(player().WindowState(), Form::WindowState::minimised);
     EXPECT_TRUE(player().Loaded());
 }
 

@@ -135,9 +135,9 @@ void PlayerTest::expectLook(bool playing) const {
     EXPECT_EQ(player_->lblTime[0].Visible(), playing);
     EXPECT_EQ(player_->lblTime[1].Visible(), playing);
     EXPECT_EQ(player_->PB.Visible(), playing);
-    const Color color = playing ? ENABLED_ITEM_COLOR : DISABLED_ITEM_COLOR;
+    const Colour colour = playing ? ENABLED_ITEM_COLOR : DISABLED_ITEM_COLOR;
     for (const std::size_t item : {1U, 4U, 5U, 6U, 7U, 8U}) {
-        EXPECT_EQ(player_->Popup().lblPopup[item].ForeColor(), color) << item;
+        EXPECT_EQ(player_->Popup().lblPopup[item].ForeColor(), colour) << item;
     }
     EXPECT_EQ(player_->WMP->URL().empty(), !playing);
     EXPECT_EQ(player_->lbl_Info.Caption() == WELCOME_TEXT, !playing);

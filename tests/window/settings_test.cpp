@@ -135,7 +135,7 @@ TEST_F(Settings, AMinimisedWindowKeepsItsStoredPosition) {
     put("[General]\r\nLeft=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
     start();
     player().setLeft(600);
-    player().setWindowState(Form::WindowState::minimized);
+    player().setWindowState(Form::WindowState::minimised);
     engine().settings().setVolume(20);
     player().CloseApplication();
     EXPECT_EQ(bytes(), "[General]\r\nLeft=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\nVolume=20\r\n");
@@ -143,7 +143,7 @@ TEST_F(Settings, AMinimisedWindowKeepsItsStoredPosition) {
 
 TEST_F(Settings, AMinimisedFirstRunWritesThreeKeys) {
     start();
-    player().setWindowState(Form::WindowState::minimized);
+    player().setWindowState(Form::WindowState::minimised);
     player().CloseApplication();
     EXPECT_EQ(bytes(), "[General]\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
 }

@@ -126,7 +126,7 @@ TEST_F(Strip, ComesBackWithTheWindow) {
 TEST_F(Strip, NothingTicksFastWhileTheWindowIsMinimised) {
     player().Timer1.setEnabled(true);
     EXPECT_EQ(player().Timer1.Interval(), layout::TIMER_INTERVAL);
-    player().setWindowState(Form::WindowState::minimized);
+    player().setWindowState(Form::WindowState::minimised);
     EXPECT_TRUE(
         serveUntil([this] { return player().Timer1.Interval() == layout::UNSEEN_TIMER_INTERVAL; }));
     EXPECT_TRUE(player().Timer1.Enabled());
