@@ -113,7 +113,7 @@ void timerHandler(benchmark::State& state) {
         player.Timer1.setEnabled(false);
     }
     while (state.KeepRunning()) {
-        player.Timer1_Timer();
+        player.Timer1.Tick();
     }
     state.SetLabel(state.range(0) == 1 ? "playing" : "idle");
 }

@@ -11,17 +11,20 @@ namespace zvonivec {
 
 frmPlayer::frmPlayer(Parts parts)
     : Form("frmPlayer", Kind::main, layout::WINDOW_WIDTH, layout::WINDOW_HEIGHT),
-      picBGround(*this, "picBGround"), picDisplay(picBGround, "picDisplay"),
-      lbl_Info(picDisplay, "lbl_Info"), lbl_Info_SH(picDisplay, "lbl_Info_SH"),
-      Timer1(layout::TIMER_INTERVAL), CD(std::move(parts.dialog)), PB(*this, "PB"),
-      imgVolume(*this, "imgVolume"), WMP(std::move(parts.engine)), lblStatus(*this, "lblStatus"),
-      imgLogo(*this, "imgLogo"), imgDisplay_Mark(*this, "imgDisplay_Mark"),
-      imgButtons{Image(*this, "imgButtons_0"), Image(*this, "imgButtons_1"),
-                 Image(*this, "imgButtons_2"), Image(*this, "imgButtons_3"),
-                 Image(*this, "imgButtons_4"), Image(*this, "imgButtons_5"),
-                 Image(*this, "imgButtons_6")},
-      lblTime{Label(*this, "lblTime_0"), Label(*this, "lblTime_1")}, boxes_(std::move(parts.boxes)),
-      programFolder_(std::move(parts.programFolder)) {
+      WMP(std::move(parts.engine)), picBGround(*this, "picBGround"),
+      picDisplay(picBGround, "picDisplay"), lbl_Info(picDisplay, "lbl_Info"),
+      lbl_Info_SH(picDisplay, "lbl_Info_SH"), CD(std::move(parts.dialog)),
+      imgVolume(*this, "imgVolume"), lblStatus(*this, "lblStatus"), imgLogo(*this, "imgLogo"),
+      imgDisplay_Mark(*this, "imgDisplay_Mark"), imgButtons{Image(*this, "imgButtons_0"),
+                                                            Image(*this, "imgButtons_1"),
+                                                            Image(*this, "imgButtons_2"),
+                                                            Image(*this, "imgButtons_3"),
+                                                            Image(*this, "imgButtons_4"),
+                                                            Image(*this, "imgButtons_5"),
+                                                            Image(*this, "imgButtons_6")},
+      Timer1(layout::TIMER_INTERVAL),
+      PB(*this, "PB"), lblTime{Label(*this, "lblTime_0"), Label(*this, "lblTime_1")},
+      programFolder_(std::move(parts.programFolder)), boxes_(std::move(parts.boxes)) {
     setCaption(APPLICATION_TITLE);
     setIcon(Picture(skin::ICON_PICTURE.file));
     setPicture(Picture(skin::BODY_PICTURE.file));
@@ -99,11 +102,6 @@ void frmPlayer::CloseApplication() {
 void frmPlayer::Form_Unload() {
     Timer1.setEnabled(false);
     WMP->setURL("");
-}
-
-bool frmPlayer::passEvents(std::uint32_t call) {
-    DoEvents();
-    return Loaded() && call == showPlaybackCalls_;
 }
 
 } // namespace zvonivec

@@ -1,11 +1,16 @@
-// The main window: every control on it, every handler of theirs, and the state that they share.
+// The main window: its controls, its handlers, and the state of both.
 //
-// Each subsystem implements its own handlers in its own folder. Handlers call one another directly,
-// with made-up arguments where the user's pointer isn't behind the call, so that every command has
-// one implementation. Everything here runs on the user-interface thread.
+// The class is laid out by subsystem. Each section names the file that implements it, and lists the
+// controls that are that file's own; other files reach them only through the handlers and routines
+// listed there. Handlers call one another directly, with made-up arguments where no pointer is
+// behind the call, so that every command has one implementation.
+//
+// Public are the controls, which the menu and tests look at, the routines that the subsystems and
+// the menu call, and the two handlers that the menu calls. Everything here runs on the
+// user-interface thread.
 //
 // A handler that lets waiting events pass (DoEvents, a box, the dialog) may find the window
-// unloaded, the file gone or the other look on afterwards; see passEvents.
+// unloaded, the file gone or the other look shown afterwards; see passEvents.
 #pragma once
 
 #include "controls/Application.h"
@@ -43,111 +48,138 @@ public:
     explicit frmPlayer(Parts parts);
     ~frmPlayer() override;
 
-    // --- Controls -----------------------------------------------------------------------------
-    PictureBox picBGround;
-    PictureBox picDisplay;
-    Label lbl_Info;
-    Label lbl_Info_SH;
+    // --- Start and end: start_up.cpp, frmPlayer.cpp ---------------------------------------------
     ImageList imgList;
-    Timer Timer1;
-    std::unique_ptr<CommonDialog> CD;
-    ProgressBar PB;
-    Image imgVolume;
     std::unique_ptr<PlayerEngine> WMP;
-    Label lblStatus;
-    Image imgLogo;
-    Image imgDisplay_Mark;
-    std::array<Image, BUTTON_COUNT> imgButtons;
-    std::array<Label, 2> lblTime;
 
-    /// The popup window, made at its first use.
-    frmPopup& Popup();
-
-    // --- Shared state -------------------------------------------------------------------------
-    /// Index of the button that shows its hover picture, or NO_BUTTON.
-    std::int16_t gHoverIndex = 0;
-    /// From a left press on a button until the next release on one; no hover picture changes then.
-    bool gButtonDown = false;
-    /// A press on a button or the logo waits for its release.
-    bool gClickArmed = false;
-    /// The program has stopped the engine itself: the next stopped event is no end of a track.
-    bool gUserStopped = false;
-
-    // --- Start and end ------------------------------------------------------------------------
     void Form_Load();
     /// Ends the program: the popup, which saves the settings, is unloaded before this window.
     void CloseApplication();
 
-    // --- Button strip and logo ----------------------------------------------------------------
-    void imgButtons_MouseDown(std::int16_t Index, const MouseArgs& mouse);
-    void imgButtons_MouseMove(std::int16_t Index, const MouseArgs& mouse);
-    void imgButtons_MouseUp(std::int16_t Index, const MouseArgs& mouse);
-    void Form_MouseMove(const MouseArgs& mouse);
-    void imgLogo_MouseDown(const MouseArgs& mouse);
-    void imgLogo_MouseUp(const MouseArgs& mouse);
+    // --- The two looks: playback/show_playback.cpp ----------------------------------------------
+    PictureBox picBGround;
+    PictureBox picDisplay;
+    Label lbl_Info;
+    Label lbl_Info_SH;
 
-    // --- Dragging and menu clicks -------------------------------------------------------------
-    void Form_MouseDown(const MouseArgs& mouse);
-    void Form_MouseUp(const MouseArgs& mouse);
+    /// Shows the playing look for the file that is loaded, or the idle look, which unloads it.
+    void ShowPlayback(bool playing);
 
-    // --- Playback -----------------------------------------------------------------------------
+    // --- Opening a file: playback/open_file.cpp -------------------------------------------------
+    std::unique_ptr<CommonDialog> CD;
+
     /// Lets the user choose a file and plays it; asks again after a file that is no MP3.
     void OpenMp3File();
-    /// The playing look for the file that is loaded, or the idle look, which unloads it.
-    void ShowPlayback(bool playing);
-    void WMP_PlayStateChange(PlayState newState);
-    void WMP_MediaError();
-    void Timer1_Timer();
-    void PB_MouseMove(const MouseArgs& mouse);
-    void PB_MouseUp(const MouseArgs& mouse);
+
+    // --- Volume: playback/volume.cpp ------------------------------------------------------------
+    Image imgVolume;
+    Label lblStatus;
+
     void imgVolume_MouseUp(const MouseArgs& mouse);
-    void lblStatus_MouseUp(const MouseArgs& mouse);
 
-    // --- Track information --------------------------------------------------------------------
-    /// The line of the display. Waits until the engine has measured the file.
+    // --- Button strip and logo: button_strip.cpp ------------------------------------------------
+    Image imgLogo;
+    /// The mark of the last command; playback/ shows marks of its own with showMark.
+    Image imgDisplay_Mark;
+    std::array<Image, BUTTON_COUNT> imgButtons;
+
+    /// Index of the button that shows its hover picture, or NO_BUTTON.
+    std::int16_t gHoverIndex = 0;
+    /// True from a left press on a button until the next release on a button. Pictures don't change
+    /// under the pointer meanwhile.
+    bool gButtonDown = false;
+    /// A press on a button or the logo, or the menu, has armed the release handlers.
+    bool gClickArmed = false;
+
+    void imgButtons_MouseUp(std::int16_t Index, const MouseArgs& mouse);
+
+    // --- The engine's events: playback/play_events.cpp ------------------------------------------
+    /// The program has stopped the engine itself: the next stopped event is no end of a track.
+    bool gUserStopped = false;
+
+    // --- Position and seeking: playback/position_display.cpp ------------------------------------
+    Timer Timer1;
+    ProgressBar PB;
+    std::array<Label, 2> lblTime;
+
+    // --- Track information: track_info/ ---------------------------------------------------------
+    /// Returns the line of the display. Waits until the engine has measured the file.
     std::string BuildInfoLine();
-
-    /// The properties of the file that is loaded, line by line. Waits as BuildInfoLine does.
+    /// Returns the properties of the loaded file, line by line. Waits as BuildInfoLine does.
     std::string BuildPropertiesText();
     void ShowPropertiesBox();
     void ShowAboutBox();
 
-    // --- Menu ---------------------------------------------------------------------------------
+    // --- Menu: popup/commands.cpp ---------------------------------------------------------------
+    /// Returns the popup window, which is created at its first use.
+    frmPopup& Popup();
     /// Shows the popup window at the pointer.
     void ShowPopupMenu();
 
-    // --- Settings -----------------------------------------------------------------------------
-    /// Applies what the file holds, value by value; what isn't there or can't be read leaves a
-    /// default, what isn't a number changes nothing.
+    // --- Settings: settings/settings.cpp --------------------------------------------------------
+    /// Applies the settings file, value by value. A missing or unreadable value gets its default; a
+    /// value that is no number changes nothing.
     void LoadSettings();
-    /// Writes window position, switches and volume. Does nothing before LoadSettings has ended.
+    /// Writes the window's position, the switches and the volume. Does nothing before LoadSettings
+    /// has ended.
     void SaveSettings();
 
 private:
+    // --- Start and end --------------------------------------------------------------------------
+    std::string programFolder_; ///< for Form_Load and the settings
+    std::unique_ptr<MessageBoxes> boxes_;
+    std::unique_ptr<frmPopup> popup_; ///< for Popup
+
+    void connectHandlers();
     void Form_Unload() override;
     void Form_CloseRequest() override { CloseApplication(); }
     void Form_KeyDown(std::int16_t KeyCode) override;
     void Form_SightChanged(bool seen) override;
 
-    void connectHandlers();
+    // --- The two looks --------------------------------------------------------------------------
+    std::uint32_t showPlaybackCalls_ = 0; ///< the number of the newest call
+
+    void sendStripToTheRight();
+    /// Lets waiting events pass. Returns True when `call` is still the newest call of ShowPlayback
+    /// and the window is still loaded; otherwise the caller leaves everything alone.
+    bool passEvents(std::uint32_t call);
+
+    // --- Opening a file -------------------------------------------------------------------------
+    bool opening_ = false; ///< OpenMp3File is running
+
+    // --- Volume ---------------------------------------------------------------------------------
+    void lblStatus_MouseUp(const MouseArgs& mouse);
+    void showVolume();
+
+    // --- Button strip and logo ------------------------------------------------------------------
+    void imgButtons_MouseDown(std::int16_t Index, const MouseArgs& mouse);
+    void imgButtons_MouseMove(std::int16_t Index, const MouseArgs& mouse);
+    void Form_MouseMove(const MouseArgs& mouse);
+    void imgLogo_MouseDown(const MouseArgs& mouse);
+    void imgLogo_MouseUp(const MouseArgs& mouse);
     void carryOut(std::int16_t Index);
     void stopAt(float barValue, const std::string& time);
     void showMark(std::int16_t Index, const std::string& toolTipText);
-    void showVolume();
+
+    // --- Dragging and menu clicks: dragging.cpp -------------------------------------------------
+    void Form_MouseDown(const MouseArgs& mouse);
+    void Form_MouseUp(const MouseArgs& mouse);
+
+    // --- The engine's events --------------------------------------------------------------------
+    void WMP_PlayStateChange(PlayState newState);
+    void WMP_MediaError();
+
+    // --- Position and seeking -------------------------------------------------------------------
+    void Timer1_Timer();
+    void PB_MouseMove(const MouseArgs& mouse);
+    void PB_MouseUp(const MouseArgs& mouse);
     void showPosition();
-    void sendStripToTheRight();
+
+    // --- Track information ----------------------------------------------------------------------
     std::string RateLine();
 
-    /// Lets waiting events pass. True when the look that `call` began is still the one to finish:
-    /// no later ShowPlayback has taken over and the window is still loaded.
-    bool passEvents(std::uint32_t call);
-
-    std::unique_ptr<MessageBoxes> boxes_;
-    std::string programFolder_;
-    std::unique_ptr<frmPopup> popup_;
-    std::uint32_t showPlaybackCalls_ = 0;
-    bool opening_ = false;
-    bool settingsLoaded_ = false;
+    // --- Settings -------------------------------------------------------------------------------
+    bool settingsLoaded_ = false; ///< LoadSettings has ended
 };
 
 } // namespace zvonivec

@@ -9,6 +9,11 @@ void frmPlayer::sendStripToTheRight() {
     picDisplay.setLeft(picBGround.Width() + 100);
 }
 
+bool frmPlayer::passEvents(std::uint32_t call) {
+    DoEvents();
+    return Loaded() && call == showPlaybackCalls_;
+}
+
 void frmPlayer::ShowPlayback(bool playing) {
     // A message pass below may bring an event that asks for the other look, or ends the program;
     // then this call is overtaken and must leave things alone.

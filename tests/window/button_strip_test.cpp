@@ -145,8 +145,8 @@ TEST_F(ButtonStrip, AHeldButtonKeepsEveryPictureAsItIs) {
     moveOver(button(0), {5, 5});
     moveOverBody();
     // Straight at the handlers too: a captured pointer sends them nothing.
-    player().imgButtons_MouseMove(0, {});
-    player().Form_MouseMove({});
+    player().imgButtons[0].MouseMove({});
+    player().MouseMove({});
     EXPECT_EQ(player().gHoverIndex, 1);
     EXPECT_TRUE(shows(button(0), 1));
     EXPECT_TRUE(shows(button(1), 1 + 15));
@@ -256,10 +256,10 @@ TEST_F(ButtonStrip, OtherButtonsOnTheLogoOpenNothingButArm) {
     EXPECT_EQ(dialog().shown, 1);
     EXPECT_TRUE(player().gClickArmed);
     // A left release without a left press of its own uses what the right press armed.
-    player().imgLogo_MouseUp({.Button = 1});
+    player().imgLogo.MouseUp({.Button = 1});
     EXPECT_EQ(dialog().shown, 2);
     EXPECT_FALSE(player().gClickArmed);
-    player().imgLogo_MouseUp({.Button = 1});
+    player().imgLogo.MouseUp({.Button = 1});
     EXPECT_EQ(dialog().shown, 2);
 }
 

@@ -45,7 +45,7 @@ TEST_F(End, AClosedProgramPlaysNothingMore) {
     player().CloseApplication();
     engine().calls.clear();
     player().OpenMp3File();
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(dialog().shown, 1);
     EXPECT_TRUE(engine().calls.empty());
     player().setVisible(true);

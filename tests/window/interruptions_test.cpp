@@ -17,9 +17,9 @@ const Command HANDLERS[] = {
     {"Open", [](frmPlayer& player) { player.OpenMp3File(); }},
     {"ShowPlaying", [](frmPlayer& player) { player.ShowPlayback(true); }},
     {"ShowIdle", [](frmPlayer& player) { player.ShowPlayback(false); }},
-    {"Error", [](frmPlayer& player) { player.WMP_MediaError(); }},
-    {"Tick", [](frmPlayer& player) { player.Timer1_Timer(); }},
-    {"Seek", [](frmPlayer& player) { player.PB_MouseUp({.Button = 1, .X = 1000}); }},
+    {"Error", [](frmPlayer& player) { player.WMP->MediaError(); }},
+    {"Tick", [](frmPlayer& player) { player.Timer1.Tick(); }},
+    {"Seek", [](frmPlayer& player) { player.PB.MouseUp({.Button = 1, .X = 1000}); }},
     {"Volume", [](frmPlayer& player) { player.imgVolume_MouseUp({.Button = 1}); }},
     {"MenuHides", [](frmPlayer& player) { player.Popup().Form_Deactivate(); }},
     {"MenuOpensFile", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemOpen); }},
@@ -30,7 +30,7 @@ const Command HANDLERS[] = {
 
 void clickButton(frmPlayer& player, std::int16_t index) {
     if (player.imgButtons[static_cast<std::size_t>(index)].Enabled()) {
-        player.imgButtons_MouseDown(index, {.Button = 1});
+        player.imgButtons[static_cast<std::size_t>(index)].MouseDown({.Button = 1});
         player.imgButtons_MouseUp(index, {.Button = 1});
     }
 }
@@ -43,15 +43,15 @@ const Command EVENTS[] = {
     {"OpenAnother", [](frmPlayer& player) { player.OpenMp3File(); }},
     {"ClickOnLogo",
      [](frmPlayer& player) {
-         player.imgLogo_MouseDown({.Button = 1});
-         player.imgLogo_MouseUp({.Button = 1});
+         player.imgLogo.MouseDown({.Button = 1});
+         player.imgLogo.MouseUp({.Button = 1});
      }},
     {"Error", [](frmPlayer& player) { player.WMP->MediaError(); }},
     {"Stop", [](frmPlayer& player) { clickButton(player, buttonStop); }},
     {"Forward", [](frmPlayer& player) { clickButton(player, buttonForward); }},
     {"End", [](frmPlayer& player) { player.WMP->PlayStateChange(PlayState::stopped); }},
     {"Idle", [](frmPlayer& player) { player.ShowPlayback(false); }},
-    {"Tick", [](frmPlayer& player) { player.Timer1_Timer(); }},
+    {"Tick", [](frmPlayer& player) { player.Timer1.Tick(); }},
     {"MenuOpens", [](frmPlayer& player) { player.ShowPopupMenu(); }},
     {"MenuAgain", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemOpen); }},
     {"MenuQuits", [](frmPlayer& player) { player.Popup().lblPopup_Click(itemQuit); }},

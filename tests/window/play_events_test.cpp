@@ -59,7 +59,7 @@ TEST_F(PlayEvents, StopByTheUserDoesNotRepeat) {
 TEST_F(PlayEvents, AStoppedEventThatTheUserCausedOnlyClearsTheFlag) {
     repeat(1);
     player().gUserStopped = true;
-    player().WMP_PlayStateChange(PlayState::stopped);
+    player().WMP->PlayStateChange(PlayState::stopped);
     EXPECT_FALSE(player().gUserStopped);
     EXPECT_TRUE(engine().calls.empty());
     EXPECT_EQ(player().PB.Value(), 170);
@@ -70,7 +70,7 @@ TEST_F(PlayEvents, OtherStatesAreIgnored) {
     player().gUserStopped = true;
     for (const PlayState state : {PlayState::paused, PlayState::playing, PlayState::mediaEnded,
                                   PlayState::transitioning, PlayState::ready}) {
-        player().WMP_PlayStateChange(state);
+        player().WMP->PlayStateChange(state);
         EXPECT_TRUE(player().gUserStopped);
     }
     EXPECT_TRUE(engine().calls.empty());

@@ -18,16 +18,16 @@ protected:
 
 TEST_F(Position, TheStripMovesTwoPixelsATick) {
     player().picDisplay.setLeft(900);
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(player().picDisplay.Left(), 870);
 }
 
 TEST_F(Position, TheStripComesInAgainWhenItHasLeft) {
     const float width = player().picDisplay.Width();
     player().picDisplay.setLeft(-width + 30);
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(player().picDisplay.Left(), -width); // its last pixel is just gone: not yet
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(player().picDisplay.Left(), 2455 + 100);
 }
 
@@ -42,7 +42,7 @@ TEST_F(Position, ThePlayingTimeAndTheBarFollowTheEngine) {
     openTrack(180);
     engine().position = 61.5;
     engine().positionString = "01:01";
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(player().lblTime[0].Caption(), "01:01");
     EXPECT_EQ(player().PB.Value(), 61.5F);
 }
@@ -51,12 +51,12 @@ TEST_F(Position, WhilePausedOnlyTheStripMoves) {
     openTrack(180);
     engine().position = 61.5;
     engine().positionString = "01:01";
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     click(player().imgButtons[1]);
     engine().position = 99;
     engine().positionString = "01:39";
     const float left = player().picDisplay.Left();
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(player().lblTime[0].Caption(), "01:01");
     EXPECT_EQ(player().PB.Value(), 61.5F);
     EXPECT_EQ(player().picDisplay.Left(), left - 30);
@@ -66,7 +66,7 @@ TEST_F(Position, AfterStopTheDisplayStaysAsTheCommandLeftIt) {
     openTrack(180);
     click(player().imgButtons[4]);
     engine().positionString = "00:00";
-    player().Timer1_Timer();
+    player().Timer1.Tick();
     EXPECT_EQ(player().lblTime[0].Caption(), "03:00");
     EXPECT_EQ(player().PB.Value(), player().PB.Max());
 }
@@ -87,7 +87,7 @@ TEST_F(Position, WithoutAFileTheToolTipStays) {
     openTrack(257);
     moveOver(player().PB, {100, 5});
     player().ShowPlayback(false);
-    player().PB_MouseMove({.X = 500});
+    player().PB.MouseMove({.X = 500});
     EXPECT_EQ(player().PB.ToolTipText(), "01:43");
 }
 
