@@ -28,14 +28,16 @@ void frmPlayer::Form_MouseMove(const MouseArgs& /*mouse*/) {
         return;
     }
     const auto index = static_cast<std::size_t>(gHoverIndex);
-    imgButtons[index].setPicture(imgList.ListImage(index + pictureNormal));
+    if (imgButtons[index].Enabled()) { // an event may have disabled it, with its own picture
+        imgButtons[index].setPicture(imgList.ListImage(index + pictureNormal));
+    }
     gHoverIndex = NO_BUTTON;
 }
 
 void frmPlayer::imgButtons_MouseUp(std::int16_t Index, const MouseArgs& mouse) {
     const bool known = Index >= 0 && static_cast<std::size_t>(Index) < BUTTON_COUNT;
     if (mouse.Button == 1 && gClickArmed) {
-        // The file may have gone, and the button with it, while the button was held down.
+        // An event may have disabled the button while it was held down.
         if (known && imgButtons[static_cast<std::size_t>(Index)].Enabled()) {
             Image& button = imgButtons[static_cast<std::size_t>(Index)];
             button.setPicture(imgList.ListImage(static_cast<std::size_t>(Index) + pictureNormal));

@@ -11,7 +11,7 @@ namespace zvonivec {
 inline constexpr const char* APPLICATION_TITLE = "Zvonivec MP3 Player 0.0.7";
 inline constexpr const char* WELCOME_TEXT = "Vítejte v programu Zvonivec MP3 Player 0.0.7";
 
-/// gHoverIndex when no button shows its hover picture.
+/// Value of gHoverIndex when no button shows its hover picture.
 inline constexpr std::int16_t NO_BUTTON = 10;
 
 /// The buttons of the strip.
@@ -28,7 +28,7 @@ inline constexpr std::size_t BUTTON_COUNT = 7;
 /// Buttons 0 to 4 need a file, and they alone have a display mark and a disabled picture.
 inline constexpr std::size_t PLAYBACK_BUTTON_COUNT = 5;
 
-/// A button's picture in the image list is its index plus one of these.
+/// Number of a button's picture in the image list, less the button's index.
 enum PictureOffset : std::size_t {
     pictureNormal = 1,
     pictureHover = 8,
@@ -37,8 +37,8 @@ enum PictureOffset : std::size_t {
     pictureDisabled = 27,
 };
 
-/// Colours of the popup menu. An item is available unless it has DISABLED_ITEM_COLOR; item 1's
-/// colour also tells whether a file is loaded.
+/// Colours of the popup menu. An item is available unless it has DISABLED_ITEM_COLOR. Item 1's
+/// colour is also the program's only record of whether a file is loaded.
 inline constexpr Colour MENU_BACK_COLOR = 0xC0A000;
 inline constexpr Colour HIGHLIGHT_BACK_COLOR = 0xC0C000;
 inline constexpr Colour ENABLED_ITEM_COLOR = 0x80FFFF;

@@ -47,7 +47,7 @@ frmPlayer::frmPlayer(Parts parts)
 }
 
 frmPlayer::~frmPlayer() {
-    // The engine's events stop before the controls that they would change go.
+    // The engine must raise no event while the controls are being destroyed.
     WMP->PlayStateChange = nullptr;
     WMP->MediaError = nullptr;
 }
@@ -84,7 +84,7 @@ frmPopup& frmPlayer::Popup() {
 }
 
 void frmPlayer::Form_KeyDown(std::int16_t KeyCode) {
-    // The keyboard stays with this window while the menu is shown.
+    // This window keeps the keyboard focus while the menu is shown.
     if (KeyCode == vbKeyEscape && Popup().Visible()) {
         Popup().Form_Deactivate();
     }

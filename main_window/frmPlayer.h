@@ -36,12 +36,12 @@ namespace zvonivec {
 
 class frmPlayer : public Form {
 public:
-    /// What the window works with and does not make itself. None may be null.
+    /// Objects that the window uses but doesn't create. None may be null.
     struct Parts {
         std::unique_ptr<PlayerEngine> engine;
         std::unique_ptr<CommonDialog> dialog;
         std::unique_ptr<MessageBoxes> boxes;
-        /// The folder that the program lies in.
+        /// The program's own folder.
         std::string programFolder;
     };
 

@@ -1,4 +1,4 @@
-// The main window's table: what stands where.
+// The main window's layout table.
 #pragma once
 
 #include "controls/ControlLayout.h"
@@ -13,10 +13,10 @@ inline constexpr float WINDOW_HEIGHT = 5040;
 
 /// Milliseconds between two ticks of Timer1.
 inline constexpr int TIMER_INTERVAL = 100;
-/// While the window can't be seen.
+/// The same interval while the window is hidden or minimised.
 inline constexpr int UNSEEN_TIMER_INTERVAL = 1000;
 
-/// Every control that shows, as it is when the window is created.
+/// Every visible control in its state at the window's creation.
 std::span<const ControlLayout> controls();
 
 } // namespace zvonivec::layout

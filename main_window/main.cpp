@@ -10,7 +10,7 @@
 int main() {
     using namespace zvonivec;
 
-    // First of all: it sets a variable of the environment, which the toolkit's threads read.
+    // Before the toolkit starts threads that read the environment: the engine sets a variable.
     auto engine = createPlayerEngine(Application::post);
     Application application(displayBackEnds());
 

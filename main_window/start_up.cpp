@@ -1,5 +1,5 @@
-// The start of the main window, step by step. The order matters: the popup holds what the settings
-// set, and the timer must not tick before the window is seen.
+// The main window's start-up sequence. The order matters: the settings set the popup's switches,
+// and the timer must not tick before the window is visible.
 
 #include "main_window/frmPlayer.h"
 #include "platform/modDeklarace.h"
@@ -13,7 +13,7 @@ namespace zvonivec {
 
 namespace {
 
-/// The first two characters of a path: on Windows the drive and its colon.
+/// Returns the first two characters of a path: on Windows the drive and its colon.
 std::string driveOf(const std::string& folder) {
     std::size_t end = 0;
     for (int characters = 0; end < folder.size(); ++end) {
@@ -37,7 +37,7 @@ modDeklarace::Region windowRegion() {
 } // namespace
 
 void frmPlayer::Form_Load() {
-    // Nobody reads the marker here: it tells other programs that the player runs.
+    // The player never reads this marker; other programs can see from it that the player runs.
     modDeklarace::CreateMutexA(APPLICATION_TITLE);
 
     Popup();

@@ -6,7 +6,7 @@
 namespace zvonivec {
 
 void frmPlayer::OpenMp3File() {
-    // A message pass below may bring another click on the logo.
+    // Another click on the logo may be handled in a message pass below.
     if (opening_ || !Loaded()) {
         return;
     }
@@ -24,7 +24,7 @@ void frmPlayer::OpenMp3File() {
         CD->InitDir = *path;
         DoEvents();
         if (!Loaded() || WMP->URL() != *path) {
-            break; // an event in that pass has ended the program or taken the file away
+            break; // an event in that pass has ended the program or unloaded the file
         }
         if (isMp3(WMP->currentMedia().getItemInfo("Filetype"))) {
             ShowPlayback(true);

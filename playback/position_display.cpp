@@ -1,4 +1,4 @@
-// The timer's tick, and pointing at and clicking on the bar.
+// The timer's tick, and the handlers of the progress bar.
 
 #include "main_window/frmPlayer.h"
 #include "playback/rules.h"
@@ -7,7 +7,7 @@ namespace zvonivec {
 
 namespace {
 
-/// Twips that the strip moves at a tick.
+/// Twips that the strip moves to the left at each tick.
 constexpr float STRIP_STEP = 30;
 
 } // namespace

@@ -9,7 +9,7 @@ namespace zvonivec {
 
 namespace {
 
-// What the bar's border takes, in twips. The seek lands a hair later than the tooltip promises.
+// Twips that make up for the bar's border. A seek lands slightly later than the tooltip says.
 constexpr float TOOL_TIP_OFFSET = 40;
 constexpr float SEEK_OFFSET = 50;
 

@@ -1,4 +1,4 @@
-// Rules of playback that need no window.
+// Rules of playback that don't depend on a window.
 #pragma once
 
 #include <optional>
@@ -7,16 +7,16 @@
 
 namespace zvonivec {
 
-/// Whether an engine's "Filetype" is MP3, in any case of letters.
+/// Returns whether an engine's "Filetype" is MP3, ignoring case.
 [[nodiscard]] bool isMp3(std::string_view fileType);
 
-/// The time under the pointer, as mm:ss of the nearest whole second, halves to the even one; three
-/// digits for minutes from 100 on. X and width are twips, the bar's maximum is seconds. Nothing
-/// when the numbers give no time.
+/// Returns the time under the pointer as mm:ss, rounded to whole seconds with halves to even, and
+/// with three digits for 100 minutes and more. X and width are in twips, the bar's maximum is in
+/// seconds. Returns nothing when the result isn't a finite time.
 [[nodiscard]] std::optional<std::string> timeUnderPointer(float X, float width, float maximum);
 
-/// Where a release on the bar seeks to, in seconds; it may lie outside the track. Nothing when the
-/// numbers give no time.
+/// Returns the position in seconds that a release on the bar seeks to. The position may lie outside
+/// the track. Returns nothing when it isn't finite.
 [[nodiscard]] std::optional<double> seekTarget(float X, float width, float maximum);
 
 } // namespace zvonivec

@@ -15,8 +15,8 @@ bool frmPlayer::passEvents(std::uint32_t call) {
 }
 
 void frmPlayer::ShowPlayback(bool playing) {
-    // A message pass below may bring an event that asks for the other look, or ends the program;
-    // then this call is overtaken and must leave things alone.
+    // An event in a message pass below may call for the other look or end the program. This call
+    // is then overtaken and changes nothing more.
     const std::uint32_t call = ++showPlaybackCalls_;
 
     Timer1.setEnabled(false);
@@ -39,7 +39,7 @@ void frmPlayer::ShowPlayback(bool playing) {
     lbl_Info_SH.setCaption(lbl_Info.Caption());
     picDisplay.setWidth(lbl_Info.Width() + 20);
     lblTime[0].setCaption("00:00");
-    PB.setValue(PB.Min()); // also for a new file: the bar must not show where the last one was
+    PB.setValue(PB.Min()); // the bar must not show the position of the file before
     if (playing) {
         lblTime[1].setCaption(WMP->currentMedia().durationString());
         PB.setMax(static_cast<float>(WMP->currentMedia().duration()));

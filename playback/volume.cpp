@@ -1,4 +1,4 @@
-// The loudspeaker and the status text.
+// The volume: the loudspeaker picture and the status text.
 
 #include "main_window/frmPlayer.h"
 
@@ -6,7 +6,7 @@ namespace zvonivec {
 
 namespace {
 
-/// Per cent of a click.
+/// Percentage points of one click.
 constexpr std::int32_t VOLUME_STEP = 10;
 
 } // namespace

@@ -1,4 +1,4 @@
-// What the menu's items and switches do.
+// The commands of the menu's items and switches.
 
 #include "main_window/frmPlayer.h"
 #include "platform/modDeklarace.h"
@@ -7,12 +7,13 @@ namespace zvonivec {
 
 void frmPlayer::ShowPopupMenu() {
     const modDeklarace::Point pointer = modDeklarace::GetCursorPos();
-    // The corner at the pointer, also where the menu then runs off the screen.
+    // The corner is at the pointer even where the menu then runs off the screen.
     Popup().showAt(toTwips(pointer.x), toTwips(pointer.y));
 }
 
 bool frmPopup::isAvailable(std::int16_t Index) const {
-    return Index != itemFirstSeparator && Index != itemSecondSeparator &&
+    const bool known = Index >= 0 && static_cast<std::size_t>(Index) < POPUP_ITEM_COUNT;
+    return known && Index != itemFirstSeparator && Index != itemSecondSeparator &&
            Index != itemThirdSeparator &&
            lblPopup[static_cast<std::size_t>(Index)].ForeColor() != DISABLED_ITEM_COLOR;
 }
@@ -29,7 +30,7 @@ void frmPopup::lblPopup_Click(std::int16_t Index) {
         return;
     }
     Form_Deactivate();
-    // The message pass in there may have ended the program, or taken the file away.
+    // An event in its message pass may have ended the program or unloaded the file.
     if (player_.Loaded() && isAvailable(Index)) {
         carryOut(Index);
     }

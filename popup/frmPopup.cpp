@@ -1,4 +1,4 @@
-// The menu as a window: what is on it, when it is seen, what is lit.
+// The menu as a window: its controls, showing and hiding, the highlight.
 
 #include "popup/frmPopup.h"
 
@@ -66,7 +66,7 @@ void frmPopup::showAt(float left, float top) {
         modDeklarace::SetWindowPos(player_.hWnd(), modDeklarace::INSERT_NOT_TOPMOST, 0, 0, 0, 0,
                                    modDeklarace::NO_SIZE_NO_MOVE);
     }
-    // Before the menu is seen, so that no press that answers it is missed.
+    // Watches before the menu is visible, so that no press elsewhere is missed.
     outsidePresses_ = std::make_unique<OutsidePresses>(hWnd(), [this] { Form_Deactivate(); });
     setVisible(true);
     bringToFront();
@@ -107,8 +107,11 @@ void frmPopup::clearHighlight() {
 }
 
 void frmPopup::lblPopup_MouseMove(std::int16_t Index, const MouseArgs& /*mouse*/) {
+    if (!isAvailable(Index)) {
+        return;
+    }
     Label& item = lblPopup[static_cast<std::size_t>(Index)];
-    if (!isAvailable(Index) || item.BackColor() == HIGHLIGHT_BACK_COLOR) {
+    if (item.BackColor() == HIGHLIGHT_BACK_COLOR) {
         return;
     }
     clearHighlight();

@@ -1,7 +1,7 @@
 // The popup window: the program's menu.
 //
-// It is loaded with the main window, shown at the pointer and hidden again. What an item does, the
-// main window's handlers do: the menu calls them with made-up arguments.
+// The window is loaded with the main window, shown at the pointer and hidden again. The main
+// window's handlers carry out its commands: the menu calls them with made-up arguments.
 #pragma once
 
 #include "controls/CheckBox.h"
@@ -19,16 +19,16 @@ namespace zvonivec {
 
 class frmPlayer;
 
-/// The two switches. Their state is the check box's Value and nothing else.
+/// The two switches. The check box's Value is their only state.
 enum PopupSwitch : std::int16_t { popupOnTop = 0, popupRepeat = 1 };
 
-/// Menu items by their command number, which is not their order on the screen.
+/// Menu items by command number, which differs from their order on the screen.
 enum PopupItem : std::int16_t {
     itemOpen = 0,
     itemProperties = 1,
     itemFirstSeparator = 2,
     itemSecondSeparator = 3,
-    itemRewind = 4, ///< up to itemForward: the button strip's first five, in its order
+    itemRewind = 4, ///< itemRewind to itemForward are buttons 0 to 4 of the strip
     itemForward = 8,
     itemThirdSeparator = 9,
     itemAbout = 10,
@@ -42,22 +42,22 @@ inline constexpr std::size_t POPUP_ITEM_COUNT = 15;
 
 class frmPopup : public Form {
 public:
-    /// The player outlives its menu.
+    /// The player must outlive its menu.
     explicit frmPopup(frmPlayer& player);
 
     PictureBox picPopup;
     std::array<CheckBox, 2> chkPopup;
     std::array<Label, POPUP_ITEM_COUNT> lblPopup;
 
-    /// Colours the items that need a file: ENABLED_ITEM_COLOR or DISABLED_ITEM_COLOR.
+    /// Sets the colour of the items that need a file to ENABLED_ITEM_COLOR or DISABLED_ITEM_COLOR.
     void setFileItemsColour(Colour colour);
-    /// Item 1's colour is where the program keeps whether a file is loaded.
+    /// Returns whether a file is loaded, which item 1's colour records.
     [[nodiscard]] bool fileIsLoaded() const;
 
-    /// Shows the menu, its upper left corner at a place on the screen in twips.
+    /// Shows the menu with its upper left corner at a place on the screen, in twips.
     void showAt(float left, float top);
-    /// Hides the menu and puts the main window back above the others, if that is switched on. Lets
-    /// waiting events pass.
+    /// Hides the menu and makes the main window topmost again, if that is switched on. Lets waiting
+    /// events pass.
     void Form_Deactivate() override;
 
     void chkPopup_Click(std::int16_t Index);
@@ -68,11 +68,12 @@ public:
 private:
     void Form_KeyDown(std::int16_t KeyCode) override;
     void Form_QueryUnload() override;
-    /// Asked to close by the window system, the menu goes with the program only.
+    /// A close request of the window system hides the menu; only the program's end unloads it.
     void Form_CloseRequest() override { Form_Deactivate(); }
 
     void connectHandlers();
-    /// Whether an item does anything: it is no separator and not dimmed.
+    /// Returns whether there is such an item and a click on it has an effect: it is neither a
+    /// separator nor dimmed.
     [[nodiscard]] bool isAvailable(std::int16_t Index) const;
     void clearHighlight();
     void placeMainWindowInStack();

@@ -1,4 +1,4 @@
-// The menu's table: what stands where.
+// The menu's layout table.
 #pragma once
 
 #include "controls/ControlLayout.h"
@@ -11,7 +11,7 @@ namespace zvonivec::popup_layout {
 inline constexpr float WINDOW_WIDTH = 2520;
 inline constexpr float WINDOW_HEIGHT = 4335;
 
-/// Every control of the menu, as it is when the window is created.
+/// Every control of the menu in its state at the window's creation.
 std::span<const ControlLayout> controls();
 
 } // namespace zvonivec::popup_layout

@@ -11,7 +11,7 @@ namespace zvonivec {
 
 namespace {
 
-/// The whole text as a number; "inf" and "nan" are none.
+/// Returns the whole text as a number. "inf" and "nan" aren't numbers.
 template<class Number>
 std::optional<Number> parsed(std::string_view text) {
     constexpr std::string_view blanks = " \t";

@@ -1,4 +1,4 @@
-// The values that outlive a run: read at the start, written at the end.
+// The values that persist between runs: read at the start, written at the end.
 
 #include "main_window/frmPlayer.h"
 #include "platform/modDeklarace.h"
@@ -14,12 +14,12 @@ namespace {
 constexpr const char* SECTION = "General";
 constexpr std::size_t BUFFER_SIZE = 33001;
 
-/// The default in the middle of the screen.
+/// Returns the default place: the middle of the screen.
 float centred(float screen, float window) {
     return screen / 2 - window / 2;
 }
 
-/// The section of one file.
+/// The program's section of its settings file.
 class SettingsFile {
 public:
     explicit SettingsFile(const std::string& programFolder)
@@ -69,8 +69,8 @@ void frmPlayer::LoadSettings() {
 }
 
 void frmPlayer::SaveSettings() {
-    // A message pass while they are loaded may end the program: what has not been read yet must not
-    // be overwritten.
+    // A message pass during LoadSettings may end the program. Values that have not been read yet
+    // must not be overwritten.
     if (!settingsLoaded_) {
         return;
     }

@@ -25,7 +25,7 @@ constexpr std::string_view SEPARATOR = "        ";
 } // namespace
 
 std::string frmPlayer::RateLine() {
-    // The engine bounds this wait, and waits itself before it answers False.
+    // The engine bounds this loop: it waits in each call, and answers True in the end.
     while (!WMP->currentMedia().isReadOnlyItem("Bitrate")) {
     }
     return "Přehrávání: " + rateText(WMP->currentMedia().getItemInfo("Bitrate"));

@@ -6,7 +6,7 @@ namespace zvonivec {
 
 namespace {
 
-/// The tabs put the two addresses below each other.
+/// The tabs align the two addresses.
 constexpr const char* ABOUT_TEXT =
     "Program je napsán v jazyce C++ s knihovnami Qt, libmpg123, TagLib a SDL, sestavuje a "
     "instaluje se nástrojem CMake."

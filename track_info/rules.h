@@ -1,4 +1,4 @@
-// Rules of the track's texts that need no window.
+// Rules for the track's texts that don't depend on a window.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 namespace zvonivec {
 
-/// A bit rate in bits per second, as "128 kb/s" where it ends in three zeros, else as "44100 b/s".
-/// A shorter text, also an empty one, gets " b/s" as it stands.
+/// Returns a bit rate, given in bits per second, as "128 kb/s" when it ends in three zeros, else as
+/// "44100 b/s". Any other text, the empty one too, gets " b/s" appended.
 [[nodiscard]] std::string rateText(std::string_view bitrate);
 
-/// A text for a caption that is to show its ampersands.
+/// Returns the text with every ampersand doubled, so that a caption shows it literally.
 [[nodiscard]] std::string doubledAmpersands(std::string_view text);
 
 } // namespace zvonivec
