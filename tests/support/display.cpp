@@ -1,5 +1,7 @@
 #include "tests/support/display.h"
 
+#include "tests/support/private_session.h"
+
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/Xrandr.h>
@@ -49,7 +51,6 @@ void setMonitor(::Display* connection, const char* name, bool first, const Recta
 
 Display::Display(const DisplayOptions& options)
     : width_(options.width + options.secondWidth), height_(options.height) {
-    std::filesystem::create_directories(home());
     std::filesystem::permissions(folder_.path(), std::filesystem::perms::owner_all);
     // Servers that start at the same moment may take the same number away from each other.
     bool started = false;
@@ -86,6 +87,7 @@ bool Display::startServer(const DisplayOptions& options) {
     Process::Options files;
     files.outputFile = number;
     files.errorFile = folder_.file("xvfb.log");
+    files.environment = privateSession(folder_.path());
     const std::string size =
         std::to_string(options.width + options.secondWidth) + "x" + std::to_string(options.height);
     // Without -noreset the server would start anew when its last client goes.
@@ -163,13 +165,7 @@ bool Display::windowManagerWorks() const {
 }
 
 void Display::useInThisProcess() const {
-    for (const auto& [name, value] : environment()) {
-        if (value.empty()) {
-            unsetenv(name.c_str());
-        } else {
-            setenv(name.c_str(), value.c_str(), 1);
-        }
-    }
+    setInThisProcess(environment());
 }
 
 void Display::killWindowManager() {
@@ -186,30 +182,9 @@ void Display::killServer() {
 }
 
 Process::Environment Display::environment() const {
-    return {
-        {"DISPLAY", name_},
-        {"HOME", home()},
-        {"XDG_RUNTIME_DIR", folder_.path()},
-        {"LC_ALL", "C.UTF-8"},
-        // An address that no library knows: else they would start a bus of their own.
-        {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
-        {"NO_AT_BRIDGE", "1"},
-        {"WAYLAND_DISPLAY", ""},
-        {"XDG_SESSION_TYPE", ""},
-        {"XDG_CURRENT_DESKTOP", ""},
-        {"XDG_CONFIG_HOME", ""},
-        {"XDG_DATA_HOME", ""},
-        {"XDG_CACHE_HOME", ""},
-        {"XDG_STATE_HOME", ""},
-        {"DESKTOP_SESSION", ""},
-        {"SESSION_MANAGER", ""},
-        {"QT_QPA_PLATFORM", ""},
-        {"QT_QPA_PLATFORMTHEME", ""},
-        {"QT_STYLE_OVERRIDE", ""},
-        {"QT_SCALE_FACTOR", ""},
-        {"QT_IM_MODULE", ""},
-        {"XMODIFIERS", ""},
-    };
+    Process::Environment environment = privateSession(folder_.path());
+    environment.emplace_back("DISPLAY", name_);
+    return environment;
 }
 
 } // namespace support

@@ -1,5 +1,7 @@
 #include "tests/support/pulse_server.h"
 
+#include "tests/support/private_session.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -18,8 +20,10 @@ void PulseServer::restart() {
     std::filesystem::remove(folder_.file("pid"), ignored);
 
     Process::Options options;
-    options.environment = environment();
-    options.environment.emplace_back("PULSE_SERVER", "");
+    options.environment = privateSession(folder_.path());
+    // Only the server's own state; a server that is told an address looks for itself there.
+    options.environment.emplace_back("PULSE_RUNTIME_PATH", folder_.path());
+    options.environment.emplace_back("PULSE_COOKIE", folder_.file("cookie"));
     options.errorFile = folder_.file("log");
     process_ = Process(
         {"pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit",
@@ -40,14 +44,18 @@ Process::Environment PulseServer::environment() const {
     return {{"PULSE_SERVER", address()},
             {"PULSE_RUNTIME_PATH", folder_.path()},
             {"PULSE_COOKIE", folder_.file("cookie")},
-            {"XDG_CONFIG_HOME", folder_.file("config")},
             {"SDL_AUDIODRIVER", "pulseaudio"}};
 }
 
+Process::Environment PulseServer::sessionOfClients() const {
+    Process::Environment all = privateSession(folder_.path());
+    const Process::Environment own = environment();
+    all.insert(all.end(), own.begin(), own.end());
+    return all;
+}
+
 void PulseServer::useInThisProcess() const {
-    for (const auto& [name, value] : environment()) {
-        setenv(name.c_str(), value.c_str(), 1);
-    }
+    setInThisProcess(environment());
 }
 
 void PulseServer::kill() {
@@ -57,7 +65,7 @@ void PulseServer::kill() {
 
 std::string PulseServer::describeStreams() const {
     Process::Options options;
-    options.environment = environment();
+    options.environment = sessionOfClients();
     options.outputFile = folder_.file("streams");
     options.errorFile = "/dev/null";
     return run({"pactl", "list", "sink-inputs"}, options, std::chrono::seconds(5)) == 0

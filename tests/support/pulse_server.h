@@ -26,6 +26,8 @@ public:
 
     /// Variables that lead SDL, parec and every other client to this server, and to no other.
     [[nodiscard]] Process::Environment environment() const;
+    /// The same for clients that are in no other session: nothing of the user's.
+    [[nodiscard]] Process::Environment sessionOfClients() const;
     /// Sets these variables in the test process itself.
     void useInThisProcess() const;
 

@@ -10,7 +10,7 @@ namespace support {
 Recording::Recording(const PulseServer& server)
     : rate_(server.sink().rate), channels_(server.sink().channels) {
     Process::Options options;
-    options.environment = server.environment();
+    options.environment = server.sessionOfClients();
     options.outputFile = folder_.file("recording");
     options.errorFile = "/dev/null";
     process_ = Process({"parec", "--raw", "--device=" + PulseServer::monitor(), "--format=s16le",
