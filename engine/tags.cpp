@@ -14,6 +14,7 @@
 #include <initializer_list>
 #include <mpegfile.h>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <taglib.h>
 #include <textidentificationframe.h>
@@ -34,6 +35,74 @@ using StreamOffset = long;
 using StreamSize = unsigned long;
 using StreamStart = unsigned long;
 #endif
+
+/// A file whose ID3v2.2 tag ends with ten bytes of padding more than it has.
+///
+/// TagLib 2 stops ten bytes before the end of a tag. That is the length of an empty frame in later
+/// versions; in this one a whole frame may be as short, and would be left out.
+class PaddedFile final : public FileReader {
+public:
+    explicit PaddedFile(std::shared_ptr<const FileReader> file) : file_(std::move(file)) {
+        if (file_->readAt(0, header_) != header_.size() || header_[0] != 'I' || header_[1] != 'D' ||
+            header_[2] != '3' || header_[3] != 2) {
+            return;
+        }
+        // Seven bits in each of the last four bytes.
+        std::uint32_t size = 0;
+        for (std::size_t at = 6; at < header_.size(); ++at) {
+            size = (size << 7U) | (header_[at] & 0x7FU);
+        }
+        tagEnd_ = header_.size() + size;
+        size += padding;
+        for (std::size_t at = header_.size(); at-- > 6; size >>= 7U) {
+            header_[at] = static_cast<std::uint8_t>(size & 0x7FU);
+        }
+    }
+
+    [[nodiscard]] std::uint64_t size() const override {
+        return file_->size() + (tagEnd_ > 0 ? padding : 0);
+    }
+
+    [[nodiscard]] std::optional<std::size_t> readAt(std::uint64_t offset,
+                                                    std::span<std::uint8_t> target) const override {
+        if (tagEnd_ == 0) {
+            return file_->readAt(offset, target);
+        }
+        std::size_t count = 0;
+        while (count < target.size()) {
+            const std::uint64_t at = offset + count;
+            const std::span<std::uint8_t> rest = target.subspan(count);
+            if (at < header_.size()) {
+                rest[0] = header_[static_cast<std::size_t>(at)];
+                ++count;
+            } else if (at >= tagEnd_ && at < tagEnd_ + padding) {
+                rest[0] = 0;
+                ++count;
+            } else {
+                const bool before = at < tagEnd_;
+                const std::uint64_t limit = before ? tagEnd_ - at : rest.size();
+                const auto read = file_->readAt(before ? at : at - padding,
+                                                rest.first(static_cast<std::size_t>(
+                                                    std::min<std::uint64_t>(limit, rest.size()))));
+                if (!read) {
+                    return std::nullopt;
+                }
+                count += *read;
+                if (*read < std::min<std::uint64_t>(limit, rest.size())) {
+                    break;
+                }
+            }
+        }
+        return count;
+    }
+
+private:
+    static constexpr std::uint32_t padding = 10;
+
+    const std::shared_ptr<const FileReader> file_;
+    std::array<std::uint8_t, 10> header_{}; ///< of the tag, with the padding counted
+    std::uint64_t tagEnd_ = 0;              ///< where the padding begins; 0: there is none
+};
 
 /// Lets TagLib read the file that is open already, and nothing else.
 class TagStream final : public TagLib::IOStream {
@@ -310,7 +379,7 @@ void fillIn(TrackTags& tags, TrackTags&& lesser) {
 
 TrackTags readTags(const std::shared_ptr<const FileReader>& file) {
     setTextHandler();
-    TagStream stream(file);
+    TagStream stream(std::make_shared<PaddedFile>(file));
     FrameSelection frames;
 #if TAGLIB_MAJOR_VERSION >= 2
     TagLib::MPEG::File tagged(&stream, false, TagLib::MPEG::Properties::Average, &frames);
