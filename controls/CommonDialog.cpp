@@ -1,11 +1,13 @@
 #include "controls/CommonDialog.h"
 
 #include "controls/Form.h"
+#include "platform/dialog_end.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <memory>
 
 namespace zvonivec {
 
@@ -51,17 +53,18 @@ std::string SystemDialog::startFolder() const {
 }
 
 std::optional<std::string> SystemDialog::ShowOpen() {
-    QFileDialog dialog(owner_ != nullptr ? QWidget::find(owner_->hWnd()) : nullptr,
-                       QString::fromStdString(DialogTitle), fromPath(startFolder()));
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode((Flags & fileMustExist) != 0 ? QFileDialog::ExistingFile
-                                                    : QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::HideNameFilterDetails);
-    dialog.setNameFilters(nameFilters(Filter));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    const std::unique_ptr<QFileDialog, DialogEnd> dialog(
+        new QFileDialog(owner_ != nullptr ? QWidget::find(owner_->hWnd()) : nullptr,
+                        QString::fromStdString(DialogTitle), fromPath(startFolder())));
+    dialog->setAcceptMode(QFileDialog::AcceptOpen);
+    dialog->setFileMode((Flags & fileMustExist) != 0 ? QFileDialog::ExistingFile
+                                                     : QFileDialog::AnyFile);
+    dialog->setOption(QFileDialog::HideNameFilterDetails);
+    dialog->setNameFilters(nameFilters(Filter));
+    if (dialog->exec() != QDialog::Accepted || dialog->selectedFiles().isEmpty()) {
         return std::nullopt;
     }
-    lastChosen_ = toPath(dialog.selectedFiles().constFirst());
+    lastChosen_ = toPath(dialog->selectedFiles().constFirst());
     return lastChosen_;
 }
 

@@ -16,6 +16,17 @@ protected:
     [[nodiscard]] std::string path() const { return folder_.file("program/MP3.ini"); }
     [[nodiscard]] std::string settings() const { return readFile(path()); }
 
+    /// The player has ended, and all that it has written is the settings file: nothing else beside
+    /// the program, nothing in the user's home.
+    void expectNothingElseWritten() const {
+        for (const auto& entry : std::filesystem::directory_iterator(folder_.file("program"))) {
+            const std::string name = entry.path().filename();
+            EXPECT_TRUE(name == "MP3.ini" || name == "zvonivec" || name == "messages") << name;
+        }
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(display_.home())) {
+            ADD_FAILURE() << entry.path();
+        }
+    }
     void endPlayer() {
         player_->process().signal(SIGTERM);
         ASSERT_EQ(player_->process().waitForExit(), 0);
@@ -52,13 +63,28 @@ TEST_F(SettingsTest, TheFirstRunIsCentredAndCreatesTheFile) {
     endPlayer();
     EXPECT_EQ(settings(),
               "[General]\r\nLeft=7080\r\nTop=3480\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
-    // Nothing else has been written, neither there nor in the user's home.
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.file("program"))) {
-        const std::string name = entry.path().filename();
-        EXPECT_TRUE(name == "MP3.ini" || name == "zvonivec" || name == "messages") << name;
-    }
-    EXPECT_TRUE(std::filesystem::is_empty(display_.home()) ||
-                !std::filesystem::exists(display_.home() + "/.config/zvonivec"));
+    expectNothingElseWritten();
+}
+
+TEST_F(SettingsTest, NothingElseIsWrittenWhateverTheUserDoes) {
+    const std::string file = folder_.file("noise.mp3");
+    ASSERT_FALSE(makeFile(file, 20).empty());
+    openFile("");
+    ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
+    openFile(file);
+    ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    choose(menu::properties);
+    const auto box = waitForWindowWithKeyboard([&](const Window& window) {
+        return window.title() == std::string(player::TITLE) + " - vlastnosti souboru MP3";
+    });
+    ASSERT_TRUE(box);
+    answer(*box, "Return");
+    choose(menu::open);
+    chooseFile("");
+    click(player::close);
+    ASSERT_EQ(player_->process().waitForExit(), 0);
+    EXPECT_TRUE(std::filesystem::exists(path()));
+    expectNothingElseWritten();
 }
 
 TEST_F(SettingsTest, EverythingComesBack) {

@@ -109,6 +109,8 @@ bool Display::startServer(const DisplayOptions& options) {
 bool Display::startWindowManager(const std::string& name) {
     Process::Options options;
     options.environment = environment();
+    // Window managers write into the home, which is to show what the player writes.
+    options.environment.emplace_back("HOME", folder_.path());
     options.errorFile = folder_.file("window-manager.log");
     if (name == "xfwm4") {
         // It asks another program for its settings, over a message bus.

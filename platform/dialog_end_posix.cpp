@@ -1,0 +1,14 @@
+#include "platform/dialog_end.h"
+
+#include <QFileDialog>
+#include <QSettings>
+
+namespace zvonivec {
+
+// The toolkit's settings are files in a folder that can be named. In this one no file can be made.
+void DialogEnd::operator()(QFileDialog* dialog) const {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+    delete dialog;
+}
+
+} // namespace zvonivec
