@@ -82,9 +82,8 @@ void CheckBox::paint(QPainter& painter) {
 
     painter.setFont(formFont(bold_));
     painter.setPen(toQColour(ForeColor()));
-    painter.drawText(all.adjusted(BOX_SIZE + CAPTION_GAP, 0, 0, 0),
-                     Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
-                     CaptionText::of(QString::fromStdString(caption_)).text);
+    CaptionText::of(QString::fromStdString(caption_))
+        .draw(painter, all.adjusted(BOX_SIZE + CAPTION_GAP, 0, 0, 0), Qt::AlignLeft);
 }
 
 } // namespace zvonivec

@@ -5,7 +5,6 @@
 #include "controls/font.h"
 
 #include <QPainter>
-#include <QTextLayout>
 #include <algorithm>
 #include <utility>
 
@@ -15,16 +14,16 @@ namespace {
 
 constexpr int MINIMUM_WIDTH = 3;
 
-int flagsOf(Alignment alignment) {
+Qt::Alignment flagOf(Alignment alignment) {
     switch (alignment) {
     case Alignment::right:
-        return Qt::AlignRight | Qt::AlignTop;
+        return Qt::AlignRight;
     case Alignment::centre:
-        return Qt::AlignHCenter | Qt::AlignTop;
+        return Qt::AlignHCenter;
     case Alignment::left:
         break;
     }
-    return Qt::AlignLeft | Qt::AlignTop;
+    return Qt::AlignLeft;
 }
 
 } // namespace
@@ -88,19 +87,8 @@ void Label::paint(QPainter& painter) {
     }
     painter.setFont(formFont(bold_));
     painter.setPen(toQColour(ForeColor()));
-    const CaptionText shown = CaptionText::of(QString::fromStdString(caption_));
-    const int flags = flagsOf(alignment_) | Qt::TextSingleLine;
-    painter.drawText(painter.window(), flags, shown.text);
-    if (!shown.underlined.isEmpty()) {
-        const QFontMetrics metrics = painter.fontMetrics();
-        const int left = painter.boundingRect(painter.window(), flags, shown.text).left();
-        for (const int place : shown.underlined) {
-            const int from = left + metrics.horizontalAdvance(shown.text, place);
-            const int to = left + metrics.horizontalAdvance(shown.text, place + 1);
-            const int line = metrics.ascent() + 1;
-            painter.drawLine(from, line, to - 1, line);
-        }
-    }
+    CaptionText::of(QString::fromStdString(caption_))
+        .draw(painter, painter.window(), flagOf(alignment_));
 }
 
 } // namespace zvonivec

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <QList>
+#include <QRect>
 #include <QString>
+
+class QPainter;
 
 namespace zvonivec {
 
@@ -14,6 +17,11 @@ struct CaptionText {
     /// "&&" is an ampersand, "&x" an underlined x, an "&" at the end nothing. Control characters
     /// and line ends are blanks.
     static CaptionText of(const QString& caption);
+
+    /// Draws it with the painter's font from the top of a place, at its left, right or middle. With
+    /// a font that is wider than the one the place is made for, it is drawn narrower; with a
+    /// higher one, its baseline moves up.
+    void draw(QPainter& painter, const QRect& place, Qt::Alignment alignment) const;
 };
 
 } // namespace zvonivec

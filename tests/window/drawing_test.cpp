@@ -1,8 +1,11 @@
 // What the controls draw by themselves: the bar, the edge of a panel, and pictures as sharp as the
 // screen.
+#include "controls/CheckBox.h"
 #include "controls/Form.h"
+#include "controls/Label.h"
 #include "controls/PictureBox.h"
 #include "controls/ProgressBar.h"
+#include "controls/font.h"
 #include "controls/picture_data.h"
 #include "skin/pictures.h"
 #include "tests/window/player_test.h"
@@ -100,6 +103,66 @@ TEST(PanelEdge, IsTwoPixelsWideAndLitFromAboveLeft) {
     EXPECT_GT(qGray(with.pixel(1, 10)), qGray(colour));
     EXPECT_LT(qGray(with.pixel(10, 18)), qGray(colour));
     EXPECT_LT(qGray(with.pixel(18, 10)), qGray(colour));
+}
+
+// --- Texts that are too wide --------------------------------------------------------------------
+
+/// Columns, of those from one on, in which something is drawn on the ground.
+int inkedColumns(const QImage& picture, int from) {
+    int count = 0;
+    for (int x = from; x < picture.width(); ++x) {
+        bool inked = false;
+        for (int y = 0; y < picture.height(); ++y) {
+            inked = inked || picture.pixel(x, y) != qRgb(0, 0, 0);
+        }
+        count += inked ? 1 : 0;
+    }
+    return count;
+}
+
+TEST(WideTexts, AreDrawnNarrowerNotCut) {
+    TestForm form;
+    const std::string ends = "A" + std::string(100, ' ') + "A"; // far wider than the control
+    const ControlLayout row{.Name = "wide",
+                            .Width = 1500,
+                            .Height = 195,
+                            .Caption = ends,
+                            .ForeColor = rgb(255, 255, 255),
+                            .BackColor = rgb(0, 0, 0),
+                            .Transparent = false};
+    for (const Alignment alignment : {Alignment::left, Alignment::center, Alignment::right}) {
+        Label label(form, "wide");
+        ControlLayout aligned = row;
+        aligned.Alignment = alignment;
+        label.lay(aligned);
+        const QImage picture = pictureOf(*widgetOf(*QWidget::find(form.hWnd()), label));
+        ASSERT_EQ(picture.size(), QSize(100, 13));
+        EXPECT_GT(inkedColumns(picture, 0), inkedColumns(picture, 50));
+        EXPECT_GT(inkedColumns(picture, 90), 0);
+    }
+    CheckBox box(form, "wide");
+    box.lay(row);
+    EXPECT_GT(inkedColumns(pictureOf(*widgetOf(*QWidget::find(form.hWnd()), box)), 90), 0);
+}
+
+TEST(WideTexts, OfTheRightWidthAreDrawnAsTheyAre) {
+    TestForm form;
+    Label label(form, "wide");
+    label.lay({.Name = "wide",
+               .Width = 1500,
+               .Height = 195,
+               .Caption = "Text",
+               .ForeColor = rgb(255, 255, 255),
+               .BackColor = rgb(0, 0, 0),
+               .Transparent = false});
+    QImage expected(100, 13, QImage::Format_RGB32);
+    expected.fill(Qt::black);
+    QPainter painter(&expected);
+    painter.setFont(formFont(false));
+    painter.setPen(Qt::white);
+    painter.drawText(expected.rect(), Qt::AlignLeft | Qt::AlignTop, "Text");
+    painter.end();
+    EXPECT_EQ(pictureOf(*widgetOf(*QWidget::find(form.hWnd()), label)), expected);
 }
 
 // --- Pictures by the screen's resolution --------------------------------------------------------
