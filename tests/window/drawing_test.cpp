@@ -130,7 +130,7 @@ TEST(WideTexts, AreDrawnNarrowerNotCut) {
                             .ForeColor = rgb(255, 255, 255),
                             .BackColor = rgb(0, 0, 0),
                             .Transparent = false};
-    for (const Alignment alignment : {Alignment::left, Alignment::center, Alignment::right}) {
+    for (const Alignment alignment : {Alignment::left, Alignment::centre, Alignment::right}) {
         Label label(form, "wide");
         ControlLayout aligned = row;
         aligned.Alignment = alignment;
