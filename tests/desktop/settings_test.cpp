@@ -73,13 +73,13 @@ TEST_F(SettingsTest, NothingElseIsWrittenWhateverTheUserDoes) {
     ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
     openFile(file);
     ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
-    choose(menu::properties);
+    choose(menu::PROPERTIES);
     const auto box = waitForWindowWithKeyboard([&](const Window& window) {
         return window.title() == std::string(player::TITLE) + " - vlastnosti souboru MP3";
     });
     ASSERT_TRUE(box);
     answer(*box, "Return");
-    choose(menu::open);
+    choose(menu::OPEN);
     chooseFile("");
     click(player::close);
     ASSERT_EQ(player_->process().waitForExit(), 0);
