@@ -1,6 +1,6 @@
 #include "controls/Application.h"
 
-#include "controls/accessibility.h"
+#include "controls/private/accessibility.h"
 #include "controls/units.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "controls/CheckBox.h"
 
-#include "controls/caption_text.h"
-#include "controls/control_widget.h"
-#include "controls/font.h"
+#include "controls/private/caption_text.h"
+#include "controls/private/control_widget.h"
+#include "controls/private/font.h"
 
 #include <QAccessible>
 #include <QPainter>

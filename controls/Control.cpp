@@ -1,7 +1,7 @@
 #include "controls/Control.h"
 
 #include "controls/ControlLayout.h"
-#include "controls/control_widget.h"
+#include "controls/private/control_widget.h"
 
 #include <QAccessible>
 #include <cmath>

@@ -1,8 +1,8 @@
 #include "controls/Form.h"
 
 #include "controls/Application.h"
-#include "controls/control_widget.h"
-#include "controls/picture_data.h"
+#include "controls/private/control_widget.h"
+#include "controls/private/picture_data.h"
 
 #include <QApplication>
 #include <QIcon>

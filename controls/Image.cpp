@@ -1,7 +1,7 @@
 #include "controls/Image.h"
 
 #include "controls/ControlLayout.h"
-#include "controls/picture_data.h"
+#include "controls/private/picture_data.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@ namespace zvonivec {
 class Form;
 
 /// Numbers that a box's style is made of.
-enum MsgBoxStyle : int { vbOKOnly = 0, vbCritical = 16, vbInformation = 64 };
+enum MsgBoxStyle : int { vbCritical = 16, vbInformation = 64 };
 
 /// Shows message boxes; a test puts its own in place.
 class MessageBoxes {

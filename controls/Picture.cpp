@@ -1,6 +1,6 @@
 #include "controls/Picture.h"
 
-#include "controls/picture_data.h"
+#include "controls/private/picture_data.h"
 #include "skin/pictures.h"
 
 #include <QImage>

@@ -1,7 +1,7 @@
 #include "controls/PictureBox.h"
 
 #include "controls/ControlLayout.h"
-#include "controls/control_widget.h"
+#include "controls/private/control_widget.h"
 #include "platform/sliding_picture.h"
 
 #include <QImage>

@@ -1,7 +1,7 @@
 #include "controls/ProgressBar.h"
 
-#include "controls/control_widget.h"
-#include "controls/picture_data.h"
+#include "controls/private/control_widget.h"
+#include "controls/private/picture_data.h"
 
 #include <QAccessible>
 #include <QCursor>

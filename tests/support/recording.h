@@ -32,7 +32,6 @@ public:
     [[nodiscard]] bool
     waitForSilence(std::chrono::milliseconds length = std::chrono::milliseconds(300),
                    std::chrono::milliseconds limit = std::chrono::seconds(30)) const;
-    void stop() { process_.terminate(); }
 
 private:
     TemporaryFolder folder_;

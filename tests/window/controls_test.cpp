@@ -1,6 +1,6 @@
 #include "controls/CheckBox.h"
-#include "controls/caption_text.h"
-#include "controls/font.h"
+#include "controls/private/caption_text.h"
+#include "controls/private/font.h"
 #include "tests/window/input.h"
 #include "tests/window/player_test.h"
 

@@ -5,8 +5,8 @@
 #include "controls/Label.h"
 #include "controls/PictureBox.h"
 #include "controls/ProgressBar.h"
-#include "controls/font.h"
-#include "controls/picture_data.h"
+#include "controls/private/font.h"
+#include "controls/private/picture_data.h"
 #include "skin/pictures.h"
 #include "tests/window/player_test.h"
 

@@ -1,6 +1,6 @@
 // The menu window: highlight, switches, commands, showing and hiding.
 
-#include "controls/font.h"
+#include "controls/private/font.h"
 #include "popup/layout.h"
 #include "tests/window/input.h"
 #include "tests/window/player_test.h"

@@ -1,4 +1,4 @@
-#include "controls/font.h"
+#include "controls/private/font.h"
 
 #include <QGuiApplication>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "controls/caption_text.h"
+#include "controls/private/caption_text.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -1,8 +1,8 @@
-#include "controls/accessibility.h"
+#include "controls/private/accessibility.h"
 
 #include "controls/CheckBox.h"
 #include "controls/ProgressBar.h"
-#include "controls/control_widget.h"
+#include "controls/private/control_widget.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

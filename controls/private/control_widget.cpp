@@ -1,4 +1,4 @@
-#include "controls/control_widget.h"
+#include "controls/private/control_widget.h"
 
 #include <QCloseEvent>
 #include <QCursor>
