@@ -21,6 +21,7 @@
 #include "controls/MsgBox.h"
 #include "controls/PictureBox.h"
 #include "controls/ProgressBar.h"
+#include "controls/SlidingBox.h"
 #include "controls/Timer.h"
 #include "main_window/constants.h"
 #include "playback/PlayerEngine.h"
@@ -58,7 +59,7 @@ public:
 
     // --- The two looks: playback/show_playback.cpp ----------------------------------------------
     PictureBox picBGround;
-    PictureBox picDisplay;
+    SlidingBox picDisplay;
     Label lbl_Info;
     Label lbl_Info_SH;
 
