@@ -21,8 +21,8 @@ namespace {
 
 int loadedForms = 0; // user-interface thread
 
-/// Without a display Qt aborts, which looks like a crash. This ends the process instead, with the
-/// same message.
+/// Ends the process with the toolkit's message. By default the toolkit aborts when there is no
+/// display, which looks like a crash.
 void endInsteadOfAborting(QtMsgType type, const QMessageLogContext& /*context*/,
                           const QString& message) {
     std::fprintf(stderr, "%s\n", qPrintable(message));
@@ -33,7 +33,7 @@ void endInsteadOfAborting(QtMsgType type, const QMessageLogContext& /*context*/,
 
 } // namespace
 
-/// QApplication keeps references to its arguments, so they live beside it.
+/// Owns the arguments too, because QApplication keeps references to them.
 struct Application::Toolkit {
     std::vector<std::string> arguments;
     std::vector<char*> pointers;
@@ -43,7 +43,7 @@ struct Application::Toolkit {
 };
 
 Application::Application(const std::string& backEnds) : toolkit_(std::make_unique<Toolkit>()) {
-    // The program takes no arguments; these are for the toolkit alone.
+    // The program takes no arguments. These go only to the toolkit.
     toolkit_->arguments = {"zvonivec", "-platform", backEnds};
     for (std::string& argument : toolkit_->arguments) {
         toolkit_->pointers.push_back(argument.data());
@@ -57,10 +57,11 @@ Application::Application(const std::string& backEnds) : toolkit_(std::make_uniqu
     toolkit_->application =
         std::make_unique<QApplication>(toolkit_->count, toolkit_->pointers.data());
     qInstallMessageHandler(usual);
-    // A hidden or minimised window is no reason to end.
+    // The program goes on while its window is hidden or minimised.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // The dialog's own buttons speak Czech too, with texts from the program itself or the system's.
+    // The buttons of dialogs are in Czech too. The translation is in the program itself or in the
+    // system's folder.
     const QLocale czech(QLocale::Czech, QLocale::CzechRepublic);
     const auto load = [&](const QString& folder) {
         return toolkit_->czech.load(czech, QStringLiteral("qtbase"), QStringLiteral("_"), folder);
@@ -86,15 +87,16 @@ void Application::formUnloaded() {
     if (--loadedForms > 0) {
         return;
     }
-    // A dialog of the system's own has a loop of its own, which the toolkit's end doesn't end.
+    // A dialog of the system has an event loop of its own, which the end of the toolkit's loop
+    // doesn't end.
     const auto windows = QApplication::topLevelWidgets();
     for (QWidget* window : windows) {
         if (auto* dialog = qobject_cast<QDialog*>(window)) {
             dialog->reject();
         }
     }
-    // exit, not quit, which would ask the windows first. It ends the loops of open boxes too.
-    // Before the loop runs there is nothing to end: run() looks for itself.
+    // Unlike exit, quit would ask the windows first. exit also ends the loops of open boxes. Before
+    // the main loop runs, run() sees by itself that there is nothing to do.
     if (QThread::currentThread()->loopLevel() > 0) {
         QCoreApplication::exit(0);
     }

@@ -1,4 +1,4 @@
-// The toolkit as a whole: its start, its event loop, the screen.
+// The toolkit: its start, its event loop and the screen.
 #pragma once
 
 #include <functional>
@@ -9,20 +9,21 @@ namespace zvonivec {
 
 class Application {
 public:
-    /// Starts the toolkit on the named display back-ends, the first that works ("xcb;wayland").
-    /// Without any that works the process ends with a message.
+    /// Starts the toolkit on the first of the named display back-ends that works ("xcb;wayland").
+    /// Ends the process with a message when none works.
     explicit Application(const std::string& backEnds);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
     ~Application();
 
-    /// Serves events until the last form has been unloaded. Returns the process's exit code.
+    /// Processes events until the last form has been unloaded. Returns the process's exit code.
     int run();
 
-    /// Runs a function on the user-interface thread, later and in order. Callable from any thread.
+    /// Posts a function to the user-interface thread. Posted functions run later and in order.
+    /// Callable from any thread.
     static void post(std::function<void()> function);
 
-    /// The folder of the program's file, with the system's separators.
+    /// Returns the folder of the program's file, with the system's separators.
     [[nodiscard]] static std::string programFolder();
 
 private:
@@ -34,23 +35,23 @@ private:
     std::unique_ptr<Toolkit> toolkit_;
 };
 
-/// One pass over the waiting events: pointer, painting, timers, the engine's. A handler that calls
-/// this may find anything changed afterwards, even its form unloaded.
+/// Processes the events that are waiting: pointer, painting, timers and the engine's events. After
+/// this call a handler may find anything changed, and even its form unloaded.
 void DoEvents();
 
 /// The primary screen.
 namespace Screen {
 
-/// Twips; 0 without a screen.
+/// Twips, or 0 without a screen.
 [[nodiscard]] float Width();
 [[nodiscard]] float Height();
 
 } // namespace Screen
 
-/// The user's country.
+/// The user's regional settings.
 namespace Locale {
 
-/// '.' or ','; '.' where the country has another one.
+/// Returns '.' or ','. Returns '.' where the region uses another character.
 [[nodiscard]] char decimalSeparator();
 
 } // namespace Locale

@@ -56,8 +56,13 @@ void CheckBox::lay(const ControlLayout& row) {
 }
 
 AccessibleTraits CheckBox::accessibleTraits() const {
+    constexpr AccessibleTraits::Check checks[] = {AccessibleTraits::Check::off,
+                                                  AccessibleTraits::Check::on,
+                                                  AccessibleTraits::Check::undecided};
     return {.role = AccessibleTraits::Role::checkBox,
-            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString()};
+            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString(),
+            .pressable = true,
+            .check = checks[value_]};
 }
 
 void CheckBox::paint(QPainter& painter) {

@@ -1,4 +1,4 @@
-// A switch with a caption.
+// A check box with a caption.
 #pragma once
 
 #include "controls/Control.h"
@@ -10,14 +10,14 @@ class CheckBox : public Control {
 public:
     CheckBox(Control& container, std::string name);
 
-    /// 0 off, 1 on, 2 undecided; any other value is refused. A new value raises Click.
+    /// 0 off, 1 on, 2 undecided. Any other value is refused. A new value raises Click.
     [[nodiscard]] std::int16_t Value() const { return value_; }
     void setValue(std::int32_t value);
 
     [[nodiscard]] const std::string& Caption() const { return caption_; }
 
-    /// Raised after Value has changed, whoever changed it. A left click changes it from off to on
-    /// and from anything else to off.
+    /// Raised when Value has changed, by the user or by the program. A left click changes off to
+    /// on, and any other value to off.
     std::function<void()> Click;
 
     void press() override;

@@ -13,9 +13,10 @@ namespace zvonivec {
 
 namespace {
 
-/// The filter's names stay as they are, brackets included: the toolkit hides what it finds in the
-/// last pair of brackets, so the patterns get a pair of their own. Dialogs of some desktops tell
-/// capital letters from small ones. "*.*" means every file, also one without a point in its name.
+/// Returns the filters in the toolkit's form. The toolkit hides the last pair of brackets in a
+/// filter, so the patterns get brackets of their own and the names keep theirs. Some desktops'
+/// dialogs distinguish capital and small letters, so each pattern appears in both. "*.*" means
+/// every file, even a file without a dot in its name.
 QStringList nameFilters(const std::string& filter) {
     const QStringList parts = QString::fromStdString(filter).split(u'|', Qt::SkipEmptyParts);
     QStringList filters;
@@ -42,7 +43,7 @@ QString fromPath(const std::string& path) {
 std::string SystemDialog::startFolder() const {
     const QFileInfo start(fromPath(InitDir));
     if (start.isDir()) {
-        return InitDir + "/"; // of a drive, its root
+        return InitDir + "/"; // for a drive, its root
     }
     const bool chosenBefore = !lastChosen_.empty() && InitDir == lastChosen_;
     if ((start.isFile() || chosenBefore) && start.absoluteDir().exists()) {

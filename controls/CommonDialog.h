@@ -1,4 +1,4 @@
-// The system's dialog in which the user chooses a file to open.
+// The system's dialog for choosing a file to open.
 #pragma once
 
 #include <cstdint>
@@ -9,25 +9,25 @@ namespace zvonivec {
 
 class Form;
 
-/// What the dialog is asked with. A test derives a dialog that answers by itself.
+/// A dialog with its settings. Tests derive dialogs that answer by themselves.
 class CommonDialog {
 public:
     enum Flags : std::uint32_t { hideReadOnly = 0x4, fileMustExist = 0x1000 };
 
     virtual ~CommonDialog() = default;
 
-    std::string Filter; ///< "name|patterns|name|patterns|"; the first one is preselected
+    std::string Filter; ///< "name|patterns|name|patterns|", the first pair is preselected
     std::string DialogTitle;
     std::uint32_t Flags = 0;
-    /// A folder, or a file in whose folder the dialog opens. Where it names neither, the dialog
-    /// opens among the user's music.
+    /// A folder, or a file whose folder the dialog opens in. When there is no such folder or file,
+    /// the dialog opens in the user's music folder.
     std::string InitDir;
 
-    /// The chosen file's full path; nothing when the user cancelled.
+    /// Returns the full path of the chosen file, or nothing when the user has cancelled.
     virtual std::optional<std::string> ShowOpen() = 0;
 };
 
-/// The desktop's own dialog, where it has one.
+/// The desktop's own dialog, or the toolkit's on desktops without a dialog.
 class SystemDialog : public CommonDialog {
 public:
     void setOwner(Form& owner) { owner_ = &owner; }
@@ -37,7 +37,7 @@ private:
     [[nodiscard]] std::string startFolder() const;
 
     Form* owner_ = nullptr;
-    std::string lastChosen_; ///< its folder serves also when the file has gone since
+    std::string lastChosen_; ///< its folder is used even when the file is gone
 };
 
 } // namespace zvonivec

@@ -25,7 +25,7 @@ Control::~Control() = default;
 void Control::place() {
     widget_->setGeometry(toPixels(left_), toPixels(top_), toPixels(width_), toPixels(height_));
     if (container_ != nullptr) {
-        container_->changed(); // the control itself looks as before
+        container_->changed(); // the control's own look hasn't changed
     }
 }
 
@@ -63,7 +63,7 @@ void Control::setSize(float width, float height) {
         width_ = width;
         height_ = height;
         place();
-        contentChanged(); // its containers know from the place
+        contentChanged(); // place() has notified the containers
     }
 }
 

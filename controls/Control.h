@@ -1,15 +1,15 @@
-// What every control has in common: a name, a place, and what the pointer does to it.
+// What all controls have in common: a name, a place and the pointer's events.
 //
 // Rules for all controls
-//  * They live on the user-interface thread, and setters never throw. A value that a control
-//    refuses leaves the one it had.
-//  * Texts are UTF-8 and shown as plain text, whatever they look like.
-//  * The container outlives the controls in it. A new control lies beneath those that its container
-//    had before.
-//  * The control under the pointer takes the pointer's events. A press captures the pointer until
-//    the release, which therefore reaches the control that got the press, also when it has been
-//    disabled in between. A disabled control takes nothing else. A second press of a double click
-//    is a press like any other.
+//  * Controls belong to the user-interface thread. Setters never throw. A control that refuses a
+//    value keeps its old value.
+//  * Texts are UTF-8 and shown as plain text, even if they look like markup.
+//  * The container outlives its controls. A new control lies beneath the container's earlier
+//    controls.
+//  * The control under the pointer gets the pointer's events. A press captures the pointer until
+//    the release. So the release reaches the control that got the press, even if it has been
+//    disabled in between. Otherwise a disabled control gets no events. The second press of a double
+//    click is a press like any other.
 #pragma once
 
 #include "controls/units.h"
@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 class QPainter;
@@ -33,8 +34,9 @@ inline constexpr std::int16_t MIDDLE_BUTTON = 4;
 /// The number of the Escape key.
 inline constexpr std::int16_t vbKeyEscape = 27;
 
-/// A pointer event: Button is one of the above (in a move: all held, added up), Shift is 1 shift,
-/// 2 control, 4 alt, and X and Y are twips from the control's upper left corner.
+/// A pointer event. Button is one of the constants above, or in a move the sum of all held buttons.
+/// Shift is the sum of 1 for Shift, 2 for Control and 4 for Alt. X and Y are twips from the
+/// control's upper left corner.
 struct MouseArgs {
     std::int16_t Button = 0;
     std::int16_t Shift = 0;
@@ -42,11 +44,21 @@ struct MouseArgs {
     float Y = 0;
 };
 
-/// What assistive technology is told of a control.
+/// What a control reports to assistive technology.
 struct AccessibleTraits {
     enum class Role { graphic, button, text, bar, checkBox, menuItem, group, window };
+    enum class Check { off, on, undecided };
+    struct Range {
+        float value = 0;
+        float minimum = 0;
+        float maximum = 0;
+    };
+
     Role role = Role::group;
-    std::string name;
+    std::string name = {};
+    bool pressable = false;          ///< offers the action that press() carries out
+    std::optional<Check> check = {}; ///< of a control that can be switched on and off
+    std::optional<Range> range = {}; ///< of a control with a value
 };
 
 class Control {
@@ -59,7 +71,7 @@ public:
 
     [[nodiscard]] const std::string& Name() const { return name_; }
 
-    /// Twips, kept as given; the screen shows the nearest pixels.
+    /// Twips, stored as given. The screen shows the nearest pixels.
     [[nodiscard]] virtual float Left() const { return left_; }
     [[nodiscard]] virtual float Top() const { return top_; }
     [[nodiscard]] float Width() const { return width_; }
@@ -68,7 +80,7 @@ public:
     virtual void setTop(float twips);
     void setWidth(float twips);
 
-    /// Whether the control is to be shown when its container is.
+    /// Whether the control is shown when its container is.
     [[nodiscard]] bool Visible() const { return visible_; }
     virtual void setVisible(bool on);
     [[nodiscard]] bool Enabled() const { return enabled_; }
@@ -77,7 +89,7 @@ public:
     [[nodiscard]] const std::string& ToolTipText() const { return toolTipText_; }
     void setToolTipText(const std::string& text);
 
-    /// A text that the program keeps with the control; never shown.
+    /// A text that the program stores in the control. It is never shown.
     [[nodiscard]] const std::string& Tag() const { return tag_; }
     void setTag(const std::string& text) { tag_ = text; }
 
@@ -86,47 +98,48 @@ public:
     [[nodiscard]] Colour BackColor() const { return backColour_; }
     void setBackColor(Colour colour);
 
-    /// Gives the control all that its row of a layout table says.
+    /// Sets all properties from the control's row of a layout table.
     virtual void lay(const ControlLayout& row);
 
     MouseHandler MouseDown;
     MouseHandler MouseMove;
     MouseHandler MouseUp;
 
-    /// What assistive technology does with the control: a left press and release in its middle.
+    /// Carries out the action of assistive technology: a left press and release in the control's
+    /// middle.
     virtual void press();
     [[nodiscard]] virtual AccessibleTraits accessibleTraits() const = 0;
 
 protected:
-    /// A control in a container.
+    /// Creates a control in a container.
     Control(Control& container, std::string name);
-    /// A window of its own; the form sees to its widget.
+    /// Creates a control that is a window. The form sets up the widget.
     Control(std::string name, std::unique_ptr<ControlWidget> window);
 
     [[nodiscard]] ControlWidget& widget() const { return *widget_; }
-    /// What it lies in; null for a window.
+    /// The control that contains this one, null for a window.
     [[nodiscard]] const Control* container() const { return container_; }
     void setSize(float width, float height);
-    /// Changes the place without showing it.
+    /// Changes the place without moving the widget.
     void setPlace(float left, float top);
-    /// Shows place and size.
+    /// Moves the widget to the control's place and size.
     void place();
     void repaint();
-    /// Tells assistive technology that the name has changed.
+    /// Notifies assistive technology of a new name.
     void announceName();
 
 private:
     friend class ControlWidget;
     virtual void paint(QPainter& painter) = 0;
-    /// The control, or one in it, looks different from now on.
+    /// Called when the look of this control or of a control in it has changed.
     virtual void contentChanged() {}
-    /// A button was pressed and released over the control.
+    /// Called when a button has been pressed and released over the control.
     virtual void clicked(std::int16_t /*button*/) {}
     void changed();
 
     std::string name_;
     std::unique_ptr<ControlWidget> widget_;
-    Control* container_ = nullptr; ///< of a window: null
+    Control* container_ = nullptr; ///< null for a window
     float left_ = 0;
     float top_ = 0;
     float width_ = 0;

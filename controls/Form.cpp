@@ -18,19 +18,19 @@ namespace {
 
 Qt::WindowFlags flagsOf(Form::Kind kind) {
     if (kind == Form::Kind::popup) {
-        // A window manager would frame it, or push it back onto the screen.
+        // A window manager would frame the popup or push it back onto the screen.
         return Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint;
     }
-    // The hints beside the missing frame let the window manager minimise and close the window from
-    // its own menu and from the taskbar.
+    // With these hints the window manager's menu and the taskbar can minimise and close a window
+    // without a frame.
     return Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
 }
 
-/// Window systems count pixels in 16 bits.
+/// Window systems use 16-bit coordinates.
 bool isPlaceOfWindow(float twips) {
     constexpr float limit = 32000 * TWIPS_PER_PIXEL;
-    return twips >= -limit && twips <= limit; // no NaN either
+    return twips >= -limit && twips <= limit; // false for NaN
 }
 
 bool isForm(const QWindow* window) {
@@ -54,8 +54,8 @@ Form::Form(std::string name, Kind kind, float width, float height)
     if (kind == Kind::popup) {
         widget().setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
         widget().Deactivated = [this] { deactivate(); };
-        // Under X11 the popup never has the keyboard, so it looks whether the forms lose it. It may
-        // also come to them late, when the popup is shown already.
+        // Under X11 the popup never has the keyboard, so this watches whether the program's forms
+        // lose it. A form may also get the keyboard late, when the popup is already shown.
         QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &widget(),
                          [this, had = false](QWindow* focused) mutable {
                              const bool has = isForm(focused);
@@ -108,7 +108,7 @@ void Form::setVisible(bool on) {
 void Form::askAgainForPlace() {
     const auto place = std::exchange(wantedPlace_, std::nullopt);
     if (!place || QGuiApplication::mouseButtons() != Qt::NoButton) {
-        return; // the user has it already
+        return; // the user is already moving the window
     }
     const QRect wanted(QPoint(toPixels(place->left), toPixels(place->top)), widget().size());
     const QScreen* screen = QGuiApplication::primaryScreen();
@@ -122,8 +122,8 @@ void Form::bringToFront() {
 }
 
 void Form::deactivate() {
-    // Not now: the handler lets events pass, and this may be the middle of a dialog's being shown,
-    // which must not be answered before its own loop runs.
+    // Posted, because the handler processes events and a dialog may be about to be shown. The
+    // dialog must not be answered before its own loop runs.
     QMetaObject::invokeMethod(
         &widget(),
         [this, showing = timesShown_] {
@@ -170,7 +170,7 @@ void Form::setWindowState(enum WindowState state) {
         widget().showMinimized();
         break;
     case WindowState::maximised:
-        break; // A drawn window has one size.
+        break; // a drawn window has only one size
     }
 }
 

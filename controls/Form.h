@@ -1,4 +1,4 @@
-// A window without a frame that the program draws all of.
+// A window without a frame, drawn entirely by the program.
 #pragma once
 
 #include "controls/Control.h"
@@ -16,41 +16,43 @@ class Form : public Control {
 public:
     enum class Kind {
         main, ///< has a taskbar entry and can be minimised
-        popup ///< has neither, and lies exactly where it is put, above all others while it is shown
+        popup ///< has neither, lies exactly at its place, and is above all other windows while it
+              ///< is shown
     };
     enum class WindowState { normal = 0, minimised = 1, maximised = 2 };
 
     ~Form() override;
 
-    /// Twips from the screen's upper left corner: where the window is now, and where it goes to.
-    /// It may lie off every screen, but no farther than window systems can count.
+    /// Twips from the screen's upper left corner. The getters return where the window is now. A
+    /// window may lie outside every screen, but only within the range of window systems'
+    /// coordinates.
     [[nodiscard]] float Left() const override;
     [[nodiscard]] float Top() const override;
     void setLeft(float twips) override;
     void setTop(float twips) override;
 
-    /// An unloaded form stays hidden.
+    /// Shows or hides the form. An unloaded form stays hidden.
     void setVisible(bool on) override;
-    /// Puts the window in front of the others, as far as the window manager lets it.
+    /// Raises the window above others, if the window manager allows it.
     void bringToFront();
 
-    /// Text in the taskbar.
+    /// The text in the taskbar.
     void setCaption(const std::string& text);
     [[nodiscard]] std::string Caption() const;
     void setIcon(const Picture& icon);
-    /// The picture that fills the window.
+    /// Sets the picture that fills the window.
     void setPicture(const Picture& picture);
 
     [[nodiscard]] enum WindowState WindowState() const;
     void setWindowState(enum WindowState state);
 
-    /// The window system's name of the window.
+    /// Returns the window system's handle of the window.
     [[nodiscard]] std::uintptr_t hWnd() const;
 
-    /// From the first use until Unload. The program ends when the last loaded form is unloaded.
+    /// True until Unload. The program ends when the last loaded form is unloaded.
     [[nodiscard]] bool Loaded() const { return loaded_; }
-    /// Runs Form_QueryUnload, hides the window, then runs Form_Unload. The form's controls stay, so
-    /// that a handler which is under way can finish. A form that isn't loaded: nothing.
+    /// Calls Form_QueryUnload, hides the window and calls Form_Unload. The form's controls stay, so
+    /// that a handler that is still running can finish. Does nothing for a form that isn't loaded.
     void Unload();
 
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
@@ -58,19 +60,19 @@ public:
 protected:
     Form(std::string name, Kind kind, float width, float height);
 
-    /// The user has gone elsewhere: another program's window has the keyboard, or a box of this
-    /// one. For a popup that is shown.
+    /// Called for a popup that is shown when the keyboard has gone to another program's window or
+    /// to a box of this program.
     virtual void Form_Deactivate() {}
-    /// The form has come into sight, or has been hidden or minimised.
+    /// Called when the form has become visible, or has been hidden or minimised.
     virtual void Form_SightChanged(bool /*seen*/) {}
-    /// A key was pressed in the form. Of all keys, Escape is told.
+    /// Called when a key is pressed in the form. Only Escape is reported.
     virtual void Form_KeyDown(std::int16_t /*KeyCode*/) {}
     virtual void Form_QueryUnload() {}
     virtual void Form_Unload() {}
-    /// The window manager or the session asks the window to close.
+    /// Called when the window manager or the session asks the window to close.
     virtual void Form_CloseRequest() { Unload(); }
 
-    /// Gives each named control its row of the table.
+    /// Sets the properties of each control from the row of the table with its name.
     static void layOut(std::span<const ControlLayout> table, std::span<Control* const> controls);
 
 private:
@@ -82,8 +84,8 @@ private:
         float left;
         float top;
     };
-    /// Until the window is seen. Window managers push a new window that reaches beyond the screen
-    /// back onto it, but let it go there when it asks once more.
+    /// Set until the window is seen. Window managers push a new window that reaches beyond the
+    /// screen back onto it, but leave it there when it moves again.
     std::optional<Place> wantedPlace_;
 
     Picture picture_;

@@ -35,8 +35,10 @@ void Image::lay(const ControlLayout& row) {
 }
 
 AccessibleTraits Image::accessibleTraits() const {
-    return {.role = MouseUp ? AccessibleTraits::Role::button : AccessibleTraits::Role::graphic,
-            .name = ToolTipText().empty() ? accessibleName_ : ToolTipText()};
+    const bool isButton = static_cast<bool>(MouseUp);
+    return {.role = isButton ? AccessibleTraits::Role::button : AccessibleTraits::Role::graphic,
+            .name = ToolTipText().empty() ? accessibleName_ : ToolTipText(),
+            .pressable = isButton};
 }
 
 void Image::paint(QPainter& painter) {

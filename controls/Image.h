@@ -1,4 +1,4 @@
-// A picture on a form; with a pointer handler it is a picture button.
+// A picture on a form. With a MouseUp handler it is a picture button.
 #pragma once
 
 #include "controls/Control.h"
@@ -10,11 +10,11 @@ class Image : public Control {
 public:
     Image(Control& container, std::string name);
 
-    /// The control takes the size of its picture and keeps its left and top.
+    /// Sets the picture. The control takes the picture's size and keeps its left and top.
     void setPicture(const Picture& picture);
     [[nodiscard]] const Picture& ShownPicture() const { return picture_; }
 
-    /// What assistive technology calls a picture that has no tooltip.
+    /// Sets the accessible name of a picture without a tooltip.
     void setAccessibleName(const std::string& name);
 
     void lay(const ControlLayout& row) override;

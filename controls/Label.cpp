@@ -77,8 +77,10 @@ void Label::clicked(std::int16_t button) {
 }
 
 AccessibleTraits Label::accessibleTraits() const {
-    return {.role = Click ? AccessibleTraits::Role::menuItem : AccessibleTraits::Role::text,
-            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString()};
+    const bool isItem = static_cast<bool>(Click);
+    return {.role = isItem ? AccessibleTraits::Role::menuItem : AccessibleTraits::Role::text,
+            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString(),
+            .pressable = isItem};
 }
 
 void Label::paint(QPainter& painter) {

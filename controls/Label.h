@@ -10,14 +10,14 @@ class Label : public Control {
 public:
     Label(Control& container, std::string name);
 
-    /// "&&" shows as "&", "&x" as an underlined x; control characters show as blanks. A label that
-    /// sizes itself takes the size of its caption, 3 pixels wide at least; a right-aligned one
-    /// keeps its right edge.
+    /// "&&" shows as "&", and "&x" as an underlined x. Control characters show as blanks. A label
+    /// with AutoSize is as wide as its caption, but at least 3 pixels. A right-aligned label keeps
+    /// its right edge.
     [[nodiscard]] const std::string& Caption() const { return caption_; }
     void setCaption(const std::string& text);
 
-    /// Raised after a left or right press and release over the label. With it the label is a menu
-    /// item to assistive technology.
+    /// Raised after a left or right press and release over the label. A label with this handler is
+    /// a menu item to assistive technology.
     std::function<void()> Click;
 
     void press() override;

@@ -21,7 +21,8 @@ QString pathOf(const QString& name) {
     return QStringLiteral(":/skin/") + name;
 }
 
-/// Cut from the sheet of a scale; a null pixmap where the picture isn't on it.
+/// Returns a picture cut from the sheet of a scale, or a null pixmap when the picture isn't on the
+/// sheet.
 QPixmap fromSheet(const QString& name, const skin::SharpPictures& sharp) {
     static std::array<QImage, skin::SHARP_PICTURES.size()> sheets;
     const auto place = std::ranges::find_if(skin::SHEET_PLACES, [&](const skin::SheetPlace& on) {
@@ -51,8 +52,7 @@ QPixmap read(const PictureData& picture, double ratio) {
                              ? QPixmap(pathOf(textOf(sharp.body)))
                              : fromSheet(picture.name, sharp);
         if (!pixmap.isNull()) {
-            // Between the resolutions it is brought to the screen's pixels once, not at every
-            // paint.
+            // Scaled once here instead of at every paint.
             if (ratio < sharp.scale) {
                 pixmap = pixmap.scaled((QSizeF(picture.size) * ratio).toSize(),
                                        Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -67,7 +67,7 @@ QPixmap read(const PictureData& picture, double ratio) {
 } // namespace
 
 Picture::Picture(std::string_view name) {
-    // Of many pictures a run shows only a few: until then it is enough to know the size.
+    // Reads only the size. Most pictures are never shown in a run.
     const QSize size = QImageReader(pathOf(textOf(name))).size();
     if (!size.isEmpty()) {
         data_ = std::make_shared<const PictureData>(

@@ -1,4 +1,4 @@
-// Pictures among the program's resources, and lists of them.
+// Pictures of the skin, and numbered lists of them.
 #pragma once
 
 #include <cstddef>
@@ -10,18 +10,18 @@ namespace zvonivec {
 
 struct PictureData;
 
-/// A picture, or none. Copies share it.
+/// A picture, or no picture. Copies share the data.
 class Picture {
 public:
     Picture() = default;
-    /// Name of a file in the skin; no picture when there is none of that name.
+    /// Loads a picture by its file name in the skin. No picture when there is no such file.
     explicit Picture(std::string_view name);
 
     [[nodiscard]] explicit operator bool() const { return data_ != nullptr; }
-    /// The very same picture.
+    /// Whether both are the same picture, not only equal ones.
     friend bool operator==(const Picture&, const Picture&) = default;
 
-    /// Logical pixels, 0 without a picture.
+    /// Logical pixels, or 0 without a picture.
     [[nodiscard]] int width() const;
     [[nodiscard]] int height() const;
 
@@ -30,13 +30,13 @@ private:
     std::shared_ptr<const PictureData> data_;
 };
 
-/// Pictures that the program knows by number.
+/// Pictures by number.
 class ImageList {
 public:
-    /// Gives the picture the next number.
+    /// Adds a picture with the next number.
     void add(const Picture& picture) { pictures_.push_back(picture); }
 
-    /// The picture of a number from 1 on; no picture for any other number.
+    /// Returns the picture with a number from 1 on, or no picture for any other number.
     [[nodiscard]] Picture ListImage(std::size_t number) const;
 
 private:

@@ -2,10 +2,10 @@
 
 #include "controls/private/control_widget.h"
 #include "controls/private/picture_data.h"
+#include "platform/display.h"
 
 #include <QAccessible>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPixmap>
@@ -17,16 +17,16 @@ namespace zvonivec {
 
 namespace {
 
-/// From one segment of the track to the next, the last pixel being the gap. Four of them make a
-/// part of the scale that is printed over the bar.
+/// Distance of two segments of the track. The last pixel is the gap between them. Four segments
+/// make a part of the scale that is printed above the bar.
 constexpr int SEGMENT = 4;
 
 int inPixels(double logical, double ratio) {
     return static_cast<int>(std::lround(logical * ratio));
 }
 
-/// The whole track, lit or not, laid out in the screen's own pixels, so that no edge falls between
-/// two of them.
+/// Returns a picture of the whole track, lit or not. Edges are rounded to device pixels, so that
+/// none falls between two of them.
 QPixmap trackPicture(const QSize& size, double ratio, bool lit) {
     QPixmap picture(size);
     picture.fill(QColor(2, 8, 10));
@@ -51,7 +51,7 @@ QPixmap trackPicture(const QSize& size, double ratio, bool lit) {
 
 } // namespace
 
-/// Drawn once, and copied from then on.
+/// Pictures of the track, drawn once and then copied.
 struct ProgressBar::Tracks {
     QPixmap empty;
     QPixmap lit;
@@ -90,9 +90,7 @@ void ProgressBar::setValue(float value) {
 void ProgressBar::setMouseIcon(const Picture& picture, int hotX, int hotY) {
     if (picture) {
         const QPixmap pixmap = pixmapOf(picture, widget().devicePixelRatioF());
-        // Under X11 the toolkit takes the hot spot for a place in the picture as it is stored.
-        const double scale =
-            QGuiApplication::platformName() == "xcb" ? pixmap.devicePixelRatio() : 1;
+        const double scale = hotSpotIsInDevicePixels() ? pixmap.devicePixelRatio() : 1;
         widget().setCursor(QCursor(pixmap, static_cast<int>(std::lround(hotX * scale)),
                                    static_cast<int>(std::lround(hotY * scale))));
     } else {
@@ -106,7 +104,9 @@ int ProgressBar::litWidth() const {
 }
 
 AccessibleTraits ProgressBar::accessibleTraits() const {
-    return {.role = AccessibleTraits::Role::bar, .name = ToolTipText()};
+    return {.role = AccessibleTraits::Role::bar,
+            .name = ToolTipText(),
+            .range = AccessibleTraits::Range{.value = value_, .minimum = min_, .maximum = max_}};
 }
 
 void ProgressBar::paint(QPainter& painter) {
@@ -125,7 +125,7 @@ void ProgressBar::paint(QPainter& painter) {
     copy(tracks_->lit, 0, lit);
     copy(tracks_->empty, lit, size.width());
     if (lit > 0) {
-        // Where the playing is: the end stands out, also within a segment or between two.
+        // The end of the lit part stands out, even within a segment or in a gap.
         const int left = std::max(0, lit - inPixels(2, ratio));
         const int top = inPixels(1, ratio);
         const int bottom = inPixels(painter.window().height() - 1, ratio);

@@ -14,13 +14,12 @@ public:
     [[nodiscard]] float Min() const { return min_; }
     [[nodiscard]] float Max() const { return max_; }
     [[nodiscard]] float Value() const { return value_; }
-    /// Refused unless above Min. A Value that would lie beyond it goes to it.
+    /// Refused unless greater than Min. Reduces Value to the new maximum if it is greater.
     void setMax(float max);
-    /// Refused outside Min to Max.
+    /// Refused if less than Min or greater than Max.
     void setValue(float value);
 
-    /// The pointer's picture while it is over the bar; the hot spot is in
-    /// logical pixels.
+    /// Sets the pointer's picture over the bar. The hot spot is in logical pixels.
     void setMouseIcon(const Picture& picture, int hotX, int hotY);
 
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
@@ -29,13 +28,13 @@ private:
     struct Tracks;
 
     void paint(QPainter& painter) override;
-    /// How many of the screen's pixels are lit.
+    /// Returns the width of the lit part, in device pixels.
     [[nodiscard]] int litWidth() const;
 
     float min_ = 0;
     float max_ = 100;
     float value_ = 0;
-    std::unique_ptr<Tracks> tracks_; ///< for the screen that it was last painted on
+    std::unique_ptr<Tracks> tracks_; ///< for the screen of the last paint
 };
 
 } // namespace zvonivec

@@ -1,4 +1,4 @@
-// Runs a handler again and again while it is enabled.
+// A timer that raises an event at regular intervals.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@ namespace zvonivec {
 
 class Timer {
 public:
-    /// Milliseconds from one tick to the next. A new timer is disabled.
+    /// Creates a disabled timer. The interval is in milliseconds.
     explicit Timer(int interval);
     Timer(const Timer&) = delete;
     Timer& operator=(const Timer&) = delete;
@@ -18,11 +18,12 @@ public:
 
     [[nodiscard]] bool Enabled() const;
     void setEnabled(bool on);
-    /// The next tick comes after a whole interval from now.
+    /// Milliseconds from one tick to the next. After a new interval has been set, the next tick
+    /// comes when all of it has passed. An interval below 1 is refused.
     [[nodiscard]] int Interval() const;
     void setInterval(int milliseconds);
 
-    /// Raised at each tick; never while the handler of the last tick is still running.
+    /// Raised at each tick, but never while the handler of an earlier tick is still running.
     std::function<void()> Tick;
 
 private:

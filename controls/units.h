@@ -1,4 +1,4 @@
-// Measures and colours of the forms.
+// Units and colours of the forms.
 #pragma once
 
 #include <cmath>
@@ -6,10 +6,11 @@
 
 namespace zvonivec {
 
-/// Places and sizes are in twips, relative to the container: 15 to a logical pixel.
+/// Twips to a logical pixel. Places and sizes are in twips, relative to the container.
 inline constexpr float TWIPS_PER_PIXEL = 15.0F;
 
-/// The nearest whole pixel; halves go up, so that a thing which slides by whole pixels never jumps.
+/// Returns the nearest whole pixel. Halves are rounded up, so that a control that moves by whole
+/// pixels never jumps.
 [[nodiscard]] inline int toPixels(float twips) {
     return static_cast<int>(std::floor(twips / TWIPS_PER_PIXEL + 0.5F));
 }

@@ -7,23 +7,23 @@ namespace zvonivec {
 
 namespace {
 
-std::function<void()> deed; // user-interface thread, which is also the one that exits
+std::function<void()> action; // user-interface thread, which also calls exit
 
-void doDeed() {
-    if (deed) {
-        std::exchange(deed, nullptr)();
+void runAction() {
+    if (action) {
+        std::exchange(action, nullptr)();
     }
 }
 
 } // namespace
 
-DisplayLoss::DisplayLoss(std::function<void()> lastDeed) {
-    [[maybe_unused]] static const int registered = std::atexit(doDeed);
-    deed = std::move(lastDeed);
+DisplayLoss::DisplayLoss(std::function<void()> lastAction) {
+    [[maybe_unused]] static const int registered = std::atexit(runAction);
+    action = std::move(lastAction);
 }
 
 DisplayLoss::~DisplayLoss() {
-    deed = nullptr;
+    action = nullptr;
 }
 
 } // namespace zvonivec

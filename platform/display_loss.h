@@ -1,16 +1,16 @@
-// The end of the display server.
+// The loss of the display server.
 #pragma once
 
 #include <functional>
 
 namespace zvonivec {
 
-/// When the display server goes, the toolkit ends the process at once: no window is closed, no
-/// event comes any more. While this lives, a function runs then, on the user-interface thread, as
-/// the last that is done; it must not touch the display. One object at a time.
+/// Runs a function when the display server has gone. The toolkit then ends the process at once: it
+/// closes no window and delivers no more events. The function runs last of all, on the
+/// user-interface thread, and must not touch the display. Only one object may exist at a time.
 class DisplayLoss {
 public:
-    explicit DisplayLoss(std::function<void()> lastDeed);
+    explicit DisplayLoss(std::function<void()> lastAction);
     DisplayLoss(const DisplayLoss&) = delete;
     DisplayLoss& operator=(const DisplayLoss&) = delete;
     ~DisplayLoss();

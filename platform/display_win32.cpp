@@ -6,4 +6,8 @@ std::string displayBackEnds() {
     return "windows";
 }
 
+bool hotSpotIsInDevicePixels() {
+    return false;
+}
+
 } // namespace zvonivec

@@ -1,7 +1,5 @@
 #include "controls/private/accessibility.h"
 
-#include "controls/CheckBox.h"
-#include "controls/ProgressBar.h"
 #include "controls/private/control_widget.h"
 
 #include <QAccessible>
@@ -39,57 +37,53 @@ public:
         : QAccessibleWidget(widget, toRole(widget->control().accessibleTraits().role)) {}
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name ? QString::fromStdString(control().accessibleTraits().name)
+        return kind == QAccessible::Name ? QString::fromStdString(traits().name)
                                          : QAccessibleWidget::text(kind);
     }
 
-    [[nodiscard]] QAccessible::Role role() const override {
-        return toRole(control().accessibleTraits().role);
-    }
+    [[nodiscard]] QAccessible::Role role() const override { return toRole(traits().role); }
 
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
-        if (const auto* box = dynamic_cast<const CheckBox*>(&control())) {
+        if (const auto check = traits().check) {
             state.checkable = true;
-            state.checked = box->Value() == 1;
-            state.checkStateMixed = box->Value() == 2;
+            state.checked = check == AccessibleTraits::Check::on;
+            state.checkStateMixed = check == AccessibleTraits::Check::undecided;
         }
         return state;
     }
 
     [[nodiscard]] QStringList actionNames() const override {
-        return pressable() && control().Enabled() ? QStringList{pressAction()} : QStringList{};
+        return traits().pressable && control().Enabled() ? QStringList{pressAction()}
+                                                         : QStringList{};
     }
 
     void doAction(const QString& name) override {
-        if (name == pressAction() && pressable()) {
+        if (name == pressAction() && traits().pressable) {
             control().press();
         }
     }
 
     void* interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface) {
-            return bar() != nullptr ? static_cast<QAccessibleValueInterface*>(this) : nullptr;
+            return traits().range ? static_cast<QAccessibleValueInterface*>(this) : nullptr;
         }
         return QAccessibleWidget::interface_cast(type);
     }
 
-    [[nodiscard]] QVariant currentValue() const override { return bar()->Value(); }
+    [[nodiscard]] QVariant currentValue() const override { return range().value; }
     void setCurrentValue(const QVariant& /*value*/) override {}
-    [[nodiscard]] QVariant maximumValue() const override { return bar()->Max(); }
-    [[nodiscard]] QVariant minimumValue() const override { return bar()->Min(); }
+    [[nodiscard]] QVariant maximumValue() const override { return range().maximum; }
+    [[nodiscard]] QVariant minimumValue() const override { return range().minimum; }
     [[nodiscard]] QVariant minimumStepSize() const override { return 1.0F; }
 
 private:
     [[nodiscard]] Control& control() const {
         return static_cast<ControlWidget*>(widget())->control();
     }
-    [[nodiscard]] const ProgressBar* bar() const {
-        return dynamic_cast<const ProgressBar*>(&control());
-    }
-    [[nodiscard]] bool pressable() const {
-        return role() == QAccessible::PushButton || role() == QAccessible::CheckBox ||
-               role() == QAccessible::MenuItem;
+    [[nodiscard]] AccessibleTraits traits() const { return control().accessibleTraits(); }
+    [[nodiscard]] AccessibleTraits::Range range() const {
+        return traits().range.value_or(AccessibleTraits::Range{});
     }
 };
 

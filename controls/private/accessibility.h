@@ -1,11 +1,10 @@
-// Controls as assistive technology sees them.
+// The bridge from controls to assistive technology.
 #pragma once
 
 namespace zvonivec {
 
-/// From now on every control is announced by its role and name, buttons, check boxes and
-/// menu items can be pressed, and a bar tells its value and range. Called once, with the toolkit
-/// up.
+/// Announces every control to assistive technology by its AccessibleTraits from now on. Called
+/// once, after the toolkit has started.
 void exposeControls();
 
 } // namespace zvonivec

@@ -1,4 +1,4 @@
-// What a caption looks like on the screen.
+// The visible form of a caption.
 #pragma once
 
 #include <QList>
@@ -9,13 +9,13 @@ class QPainter;
 
 namespace zvonivec {
 
-/// A caption ready to be drawn: one line, access-key marks taken out.
+/// A caption in one line, without access-key marks.
 struct CaptionText {
     QString text;
-    QList<int> underlined; ///< places in text that an access-key mark stood before
+    QList<int> underlined; ///< indices of characters that follow an access-key mark
 
-    /// "&&" is an ampersand, "&x" an underlined x, an "&" at the end nothing. Control characters
-    /// and line ends are blanks.
+    /// Converts a caption. "&&" becomes an ampersand and "&x" an underlined x. An "&" at the end is
+    /// dropped. Control characters and line ends become blanks.
     static CaptionText of(const QString& caption);
 
     /// Draws it with the painter's font from the top of a place, at its left, right or middle. With

@@ -38,7 +38,8 @@ void call(const Control::MouseHandler& handler, const MouseArgs& args) {
     }
 }
 
-/// QToolTip guesses from a text whether it is HTML; this form leaves it nothing to guess.
+/// Returns a text that QToolTip shows as plain text. QToolTip guesses from a text whether it is
+/// HTML.
 QString asPlainToolTip(const std::string& text) {
     const QString plain = QString::fromStdString(text);
     return Qt::mightBeRichText(plain) ? Qt::convertFromPlainText(plain, Qt::WhiteSpaceNormal)
@@ -59,8 +60,8 @@ void ControlWidget::attach(Control& control) {
 }
 
 bool ControlWidget::event(QEvent* event) {
-    // Pointer events are taken here, ahead of QWidget, which keeps even the release of a captured
-    // press from a widget that has been disabled since.
+    // Handles pointer events before QWidget, which would drop the release of a captured press if
+    // the widget has been disabled since.
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -79,7 +80,7 @@ bool ControlWidget::event(QEvent* event) {
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos());
         return true;
     case QEvent::WindowDeactivate:
-    case QEvent::WindowBlocked: // by a box or dialog, which takes the keyboard where it can
+    case QEvent::WindowBlocked: // blocked by a box or dialog, which takes the keyboard where it can
         if (Deactivated) {
             Deactivated();
         }

@@ -1,4 +1,4 @@
-// The Qt side of a control: turns Qt's events into the control's.
+// The widget of a control, which turns Qt's events into the control's.
 #pragma once
 
 #include "controls/Control.h"
@@ -14,23 +14,25 @@ namespace zvonivec {
 
 class ControlWidget : public QWidget {
 public:
-    /// A widget in another, or a window (parent null). It stays hidden until it is shown.
+    /// Creates a widget within another, or a window when the parent is null. The widget is hidden
+    /// at first.
     explicit ControlWidget(QWidget* parent, Qt::WindowFlags flags = {});
 
-    /// Called once, by the control that owns the widget.
+    /// Called once by the control that owns the widget.
     void attach(Control& control);
     [[nodiscard]] Control& control() const { return *control_; }
 
-    /// Shows a new tooltip text at once where the old one is on the screen.
+    /// Updates the tooltip if it is on the screen.
     void refreshToolTip();
 
-    /// Runs when the window system asks the window to close; the window itself stays.
+    /// Called when the window system asks the window to close. The window itself stays open.
     std::function<void()> CloseRequested;
-    /// Runs when the window has lost the keyboard to another one, or a box has been put before it.
+    /// Called when the window has lost the keyboard to another window or is blocked by a box.
     std::function<void()> Deactivated;
-    /// Runs when the window comes into sight, and when it goes: hidden, or minimised.
+    /// Called with true when the window becomes visible, and with false when it is hidden or
+    /// minimised.
     std::function<void(bool)> SightChanged;
-    /// Runs at a press of a key that the forms know, with its number.
+    /// Called with the number of a pressed key that forms handle.
     std::function<void(std::int16_t)> KeyPressed;
 
 protected:
@@ -47,7 +49,7 @@ private:
     void showToolTip(const QPoint& globalPosition);
 
     Control* control_ = nullptr;
-    Qt::MouseButtons captured_; ///< buttons whose press this control got
+    Qt::MouseButtons captured_; ///< buttons that were pressed over this control
 };
 
 } // namespace zvonivec

@@ -11,8 +11,8 @@ QFont formFont(bool bold) {
                       QStringLiteral("sans-serif")});
     font.setStyleHint(QFont::SansSerif, static_cast<QFont::StyleStrategy>(
                                             QFont::PreferAntialias | QFont::NoSubpixelAntialias));
-    // Hinting makes crisp letters of few pixels. Where there are more, it would only leave them at
-    // the places that the few pixels allowed.
+    // Hinting makes letters of few pixels crisp. On screens with more device pixels it would only
+    // round letters to the places of the few pixels.
     font.setHintingPreference(qGuiApp->devicePixelRatio() > 1 ? QFont::PreferNoHinting
                                                               : QFont::PreferFullHinting);
     font.setPixelSize(11);

@@ -1,4 +1,4 @@
-// The Qt side of a picture.
+// The pixels of a picture.
 #pragma once
 
 #include "controls/Picture.h"
@@ -14,17 +14,17 @@ namespace zvonivec {
 struct PictureData {
     QString name;
     QSize size; ///< logical pixels
-    /// The picture as it was last asked for, and for how many screen pixels to a logical one. Other
-    /// resolutions are never read.
+    /// The picture in the resolution that was last asked for, in device pixels to a logical pixel.
+    /// Other resolutions are never read.
     mutable QPixmap pixmap;
     mutable double ratio = 0;
 };
 
-/// The picture for a screen with so many pixels to a logical one, from the drawing of the next
-/// resolution; a null pixmap where there is no picture.
+/// Returns the picture for a screen with this number of device pixels to a logical pixel. It comes
+/// from the drawing with the next higher resolution. Returns a null pixmap without a picture.
 [[nodiscard]] QPixmap pixmapOf(const Picture& picture, double ratio = 1);
 
-/// Paints it in the upper left corner, as sharp as the painter's screen is.
+/// Paints a picture in the painter's upper left corner, in the resolution of its device.
 void drawPicture(QPainter& painter, const Picture& picture);
 
 } // namespace zvonivec
