@@ -1,4 +1,4 @@
-// The system's ways to ask a program to end.
+// Requests by the system to end the program.
 #pragma once
 
 #include <functional>
@@ -6,10 +6,13 @@
 
 namespace zvonivec {
 
-/// While this lives, SIGTERM, SIGINT and SIGHUP run a function on the user-interface thread instead
-/// of killing the process. Afterwards they are ignored: the program is ending already. On Windows
-/// it is the end of the session that runs the function, once, before the process may be killed. One
-/// object at a time, made after the toolkit has started.
+/// Runs a function on the user-interface thread when the system asks the program to end. Only one
+/// object may exist at a time. It is created after the toolkit has started.
+///
+/// Under Linux the requests are SIGTERM, SIGINT and SIGHUP, which no longer kill the process. After
+/// the object has gone they are ignored, because the program is already ending. Under Windows the
+/// request is the end of the session. The function then runs once, before the process may be
+/// killed.
 class EndRequests {
 public:
     explicit EndRequests(std::function<void()> end);

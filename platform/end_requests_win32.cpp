@@ -7,9 +7,9 @@
 
 namespace zvonivec {
 
-/// The session tells every window of its end; the process may be killed as soon as they have
-/// answered. The question before, whether the session may end, is left to the toolkit, which
-/// agrees: another program may still say no. A request to close one window comes to the form.
+/// Watches for the message that ends the session. The process may be killed as soon as its windows
+/// have answered it. The toolkit agrees to the earlier question whether the session may end:
+/// another program may still refuse. A request to close a single window goes to the form.
 struct EndRequests::Watch : QAbstractNativeEventFilter {
     bool nativeEventFilter(const QByteArray& /*type*/, void* message,
                            qintptr* /*result*/) override {

@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::array END_SIGNALS{SIGTERM, SIGINT, SIGHUP};
 
-/// Where the signal handler writes to. A pipe is what a handler may write to and an event loop can
-/// wait on.
+/// The end of a pipe that the signal handler writes to. A handler may write to a pipe, and an event
+/// loop can wait for it.
 std::atomic<int> signalPipe{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
@@ -58,7 +58,7 @@ EndRequests::~EndRequests() {
     if (!watch_->notifier) {
         return;
     }
-    // A second request while the program is ending must not kill it half way.
+    // A second request must not kill the program while it is ending.
     for (const int number : END_SIGNALS) {
         signal(number, SIG_IGN);
     }

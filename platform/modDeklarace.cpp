@@ -1,4 +1,4 @@
-// What the toolkit does alike on every system.
+// Operations that the toolkit carries out in the same way on every system.
 
 #include "platform/modDeklarace.h"
 
@@ -34,8 +34,8 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
     if (widget == nullptr) {
         return;
     }
-    // Shapes the window anew on every screen that it comes to, and when the screen's factor is
-    // changed, until it gets another region.
+    // Shapes the window again when it comes to another screen and when the screen's scale factor
+    // changes, until the window gets another region.
     const auto keeperName = QStringLiteral("windowRegion");
     delete widget->findChild<QObject*>(keeperName, Qt::FindDirectChildrenOnly);
     shapeWindow(*widget, region.get(), redraw);
@@ -60,7 +60,7 @@ void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
 }
 
 Point GetCursorPos() {
-    // The system's own pixels are brought to logical ones by the toolkit, which knows the screens.
+    // The toolkit knows the screens, so it converts the system's pixels to logical ones.
     const QPoint place = QCursor::pos();
     return {.x = place.x(), .y = place.y()};
 }

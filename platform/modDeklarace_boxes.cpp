@@ -1,5 +1,5 @@
-// Message boxes, for systems that have none of their own. The toolkit's let a long path run out of
-// the window, and a long text out of the screen.
+// Message boxes for systems that have none of their own. In the toolkit's message boxes a long path
+// runs out of the window, and a long text out of the screen.
 
 #include "platform/modDeklarace.h"
 
@@ -21,8 +21,8 @@ namespace zvonivec::modDeklarace {
 
 namespace {
 
-/// A text that can be selected, with everything of it within reach: it breaks lines wherever it has
-/// to, and scrolls when it is very long.
+/// A text that can be selected and read as a whole: it breaks lines wherever it must, and it
+/// scrolls when it is very long.
 class BoxText : public QTextEdit {
 public:
     BoxText(const QString& text, const QSize& screen) {
@@ -33,13 +33,13 @@ public:
         viewport()->setAutoFillBackground(false);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        // The system's own boxes have a tab stop every eight letters.
+        // Windows' own boxes have a tab stop every eight characters.
         setTabStopDistance(8.0 * fontMetrics().averageCharWidth());
 
         const double widest = std::min(560.0, screen.width() / 2.0);
         const int highest = screen.height() * 2 / 3;
         const std::unique_ptr<QTextDocument> trial(document()->clone());
-        trial->setTextWidth(-1); // no line broken
+        trial->setTextWidth(-1); // breaks no line
         const double width = std::min(trial->idealWidth(), widest);
         trial->setTextWidth(width);
         int height = static_cast<int>(std::ceil(trial->size().height()));

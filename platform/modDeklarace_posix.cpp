@@ -1,4 +1,4 @@
-// The settings file's operations, for systems that have files and no registry.
+// Operations on settings files for systems without functions for them.
 
 #include "platform/modDeklarace.h"
 #include "platform/private_profile.h"
@@ -19,7 +19,7 @@ std::string GetPrivateProfileStringA(const std::string& section, const std::stri
 
 void WritePrivateProfileStringA(const std::string& section, const std::string& key,
                                 const std::string& value, const std::string& path) {
-    // Most values are what they were: then the disk is left alone.
+    // Most values haven't changed. Nothing is written for them.
     const whole_file::Content file = whole_file::read(path);
     if (file.found == whole_file::Found::unusable ||
         private_profile::value(file.bytes, section, key) == value) {

@@ -1,5 +1,6 @@
-// The operations on the system whose they are. Our texts are UTF-8, which the calls with an A at
-// their end don't know, so those with a W are called for all texts that aren't our own ASCII.
+// The Windows implementation of the operations in modDeklarace.h. The program's texts are UTF-8,
+// which functions that end in A don't understand. So every text that may go beyond ASCII is passed
+// to a function that ends in W.
 
 #include "platform/modDeklarace.h"
 
@@ -25,7 +26,8 @@ std::wstring wide(const std::string& text) {
     return QString::fromStdString(text).toStdWString();
 }
 
-/// Closes the box of an owner that is hidden: the program ends, and the system's box would stay.
+/// Closes an owner's message box when the owner is hidden, because the program is ending and the
+/// system would leave the box open.
 class BoxCloser : public QObject {
 public:
     explicit BoxCloser(QWidget* owner) : owner_(owner) {
@@ -65,7 +67,7 @@ void shapeWindow(QWidget& window, const RegionData* region, bool redraw) {
         shape = ::CreatePolygonRgn(vertices.data(), static_cast<int>(vertices.size()),
                                    region->rule == Qt::WindingFill ? WINDING : ALTERNATE);
     }
-    // A region that the window has taken is the system's.
+    // The system owns a region that a window has accepted.
     if (::SetWindowRgn(handleOf(window.winId()), shape, redraw ? TRUE : FALSE) == 0 &&
         shape != nullptr) {
         DeleteObject(shape);

@@ -22,7 +22,7 @@ namespace zvonivec::modDeklarace {
 
 namespace {
 
-/// What xcb allocates is freed.
+/// A reply that xcb has allocated and that std::free releases.
 template<class Reply>
 using XcbReply = std::unique_ptr<Reply, decltype(&std::free)>;
 
@@ -36,7 +36,7 @@ xcb_atom_t atom(xcb_connection_t* server, std::string_view name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
-/// A property that is a list of atoms, or begins with one.
+/// Returns the atoms of a property that is a list of atoms or begins with an atom.
 std::vector<xcb_atom_t> atoms(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property) {
     constexpr std::uint32_t most = 64;
     const XcbReply<xcb_get_property_reply_t> reply(
@@ -50,8 +50,9 @@ std::vector<xcb_atom_t> atoms(xcb_connection_t* server, xcb_window_t window, xcb
     return {first, first + reply->value_len};
 }
 
-/// A window manager reads the states when it takes the window over; from then on it alone writes
-/// them, and is asked to.
+/// Sets or clears a state of a window. A window manager reads the states from the property when it
+/// begins to manage the window. From then on it alone writes the property, and a message asks it
+/// to.
 void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_view name, bool on) {
     const xcb_atom_t states = atom(server, "_NET_WM_STATE");
     const xcb_atom_t state = atom(server, name);
@@ -71,7 +72,7 @@ void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_v
     message.type = states;
     message.data.data32[0] = on ? 1 : 0;
     message.data.data32[1] = state;
-    message.data.data32[3] = 1; // from a program, not from a pager
+    message.data.data32[3] = 1; // the source is a program, not a pager
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
     xcb_send_event(server, 0, root,
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
@@ -82,7 +83,7 @@ void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_v
 } // namespace
 
 void shapeWindow(QWidget& window, const RegionData* region, bool redraw) {
-    // The toolkit knows masks in logical pixels alone; finer ones are given to the server.
+    // The toolkit's masks are in logical pixels. Finer masks go directly to the X server.
     const double ratio = window.devicePixelRatioF();
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (region == nullptr) {
@@ -120,7 +121,7 @@ void SetWindowPos(std::uintptr_t window, int insertAfter, int /*x*/, int /*y*/, 
 }
 
 void ReleaseCapture() {
-    // The move below works with the capture: it is what brings the release.
+    // The move needs the capture, which delivers the release.
 }
 
 void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command) {
@@ -131,9 +132,9 @@ void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t comman
 }
 
 void CreateMutexA(const std::string& name) {
-    // A socket in the abstract name space: everybody sees it in /proc/net/unix, it is in no folder,
-    // and the kernel takes it away with the process. The number keeps copies out of each other's
-    // way. The descriptor is kept until the process ends.
+    // A socket in the abstract namespace is in no folder, everybody sees it in /proc/net/unix, and
+    // the kernel removes it with the process. The process number keeps the names of several copies
+    // apart. The descriptor stays open until the process ends.
     const std::string text = name + " #" + std::to_string(getpid());
     sockaddr_un address{};
     address.sun_family = AF_UNIX;

@@ -1,4 +1,4 @@
-// Presses of the pointer's buttons beside a menu.
+// Presses of pointer buttons outside a menu.
 #pragma once
 
 #include <cstdint>
@@ -7,13 +7,12 @@
 
 namespace zvonivec {
 
-/// Tells of a press of a button anywhere but in one window: on another window of the program or of
-/// any other, or on the desktop. The press itself goes where it goes, nothing is taken from
-/// anybody.
+/// Reports presses of a button anywhere outside a window: on another window of this program, on
+/// another program's window or on the desktop. Other programs still receive the press.
 ///
-/// The function runs once, on the user-interface thread, soon after the press, and never after the
-/// object has gone. Where the system takes the activation from the program with a press on
-/// another's window, as Windows and Wayland do, that need not be told.
+/// The function runs on the user-interface thread, soon after the press, and never after the object
+/// has gone. Some systems, such as Windows and Wayland, deactivate the program when another
+/// program's window is pressed. Such a press needn't be reported there.
 class OutsidePresses {
 public:
     OutsidePresses(std::uintptr_t window, std::function<void()> pressed);

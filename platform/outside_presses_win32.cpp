@@ -1,5 +1,6 @@
-// The menu is shown without the activation, which stays with the main window and which a press on
-// another program's window takes away. What is left are presses on windows of our own.
+// The menu is shown without being activated, so the main window stays active. A press on another
+// program's window deactivates the main window, which the form notices. So only presses on the
+// program's own windows are watched here.
 
 #include "platform/outside_presses.h"
 
@@ -35,7 +36,7 @@ struct OutsidePresses::Watch : QAbstractNativeEventFilter {
 
     HWND window = nullptr;
     std::function<void()> pressed;
-    QObject receiver; ///< calls that are still to come go with it
+    QObject receiver; ///< context of the posted calls; calls that still wait are dropped with it
 };
 
 OutsidePresses::OutsidePresses(std::uintptr_t window, std::function<void()> pressed)

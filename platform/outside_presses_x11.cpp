@@ -23,8 +23,8 @@ xcb_connection_t* connection() {
     return x11 != nullptr ? x11->connection() : nullptr;
 }
 
-/// The X server tells of presses and touches as the devices report them, whoever they are for and
-/// whoever has grabbed the pointer, when it is asked to on the root window.
+/// Selects raw events on the root window. The X server then reports presses and touches as the
+/// devices send them, whichever window they are for and whoever has grabbed the pointer.
 void ask(xcb_connection_t* server, std::uint32_t events) {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
     struct {
@@ -56,8 +56,8 @@ struct OutsidePresses::Watch : QAbstractNativeEventFilter {
         return false;
     }
 
-    /// The report holds no place, so the pointer is asked for. What follows waits until the event
-    /// queue has been read.
+    /// Posts the call when the pointer is outside the window. A raw event has no place, so the
+    /// pointer's present place is used. The call waits until the event queue has been read.
     void look() {
         const QWidget* inside = QWidget::find(window);
         if (inside == nullptr || !inside->geometry().contains(QCursor::pos())) {
@@ -68,7 +68,7 @@ struct OutsidePresses::Watch : QAbstractNativeEventFilter {
     std::uintptr_t window = 0;
     std::function<void()> pressed;
     std::uint8_t extension = 0;
-    QObject receiver; ///< calls that are still to come go with it
+    QObject receiver; ///< context of the posted calls; calls that still wait are dropped with it
 };
 
 OutsidePresses::OutsidePresses(std::uintptr_t window, std::function<void()> pressed)

@@ -11,12 +11,12 @@ namespace {
 
 enum class Encoding { bytes, utf16LittleEndian, utf16BigEndian };
 
-/// A file as one unit of text per byte, or per two bytes.
+/// A file as units of text of one byte each, or of two bytes in UTF-16.
 struct Text {
     std::string_view mark; ///< byte order mark
     Encoding encoding = Encoding::bytes;
     std::u16string units;
-    std::string_view rest; ///< half a unit at the end of UTF-16
+    std::string_view rest; ///< an odd byte at the end of UTF-16
 };
 
 Text decode(std::string_view file) {
@@ -109,18 +109,18 @@ bool sameName(std::u16string_view a, std::u16string_view b) {
     return std::ranges::equal(a, b, {}, lowered, lowered);
 }
 
-/// A line by its places in the text.
+/// The places of a line in the text.
 struct Line {
     std::size_t begin = 0;
-    std::size_t end = 0;  ///< before its line end
-    std::size_t next = 0; ///< behind it
+    std::size_t end = 0;  ///< where the line end begins
+    std::size_t next = 0; ///< behind the line end
 
     [[nodiscard]] std::u16string_view in(std::u16string_view text) const {
         return text.substr(begin, end - begin);
     }
 };
 
-/// The line that begins at a place.
+/// Returns the line that begins at a place.
 Line lineAt(std::u16string_view text, std::size_t begin) {
     const std::size_t end = std::min(text.find_first_of(u"\r\n", begin), text.size());
     std::size_t next = std::min(end + 1, text.size());
@@ -139,12 +139,12 @@ std::optional<std::u16string_view> sectionName(std::u16string_view line) {
     return trimmed(line.substr(1, end - 1));
 }
 
-/// Where a key's value stands, or where a line for it is to go.
+/// The place of a key's value, or the place for a new line with the key.
 struct Place {
     bool hasSection = false;
     bool hasKey = false;
-    std::size_t begin = 0; ///< of the value, behind the "="; else of the new line
-    std::size_t end = 0;   ///< of the value
+    std::size_t begin = 0; ///< behind the "=", or where the new line begins
+    std::size_t end = 0;   ///< of an existing value
 };
 
 Place placeOf(std::u16string_view text, std::u16string_view section, std::u16string_view key) {
@@ -212,7 +212,7 @@ std::string withValue(std::string_view file, std::string_view section, std::stri
     std::u16string added;
     if (place.begin > 0 && text.units[place.begin - 1] != u'\n' &&
         text.units[place.begin - 1] != u'\r') {
-        added += lineEnd; // the line before has none: it is the file's last
+        added += lineEnd; // the file's last line has no line end
     }
     if (!place.hasSection) {
         added += u"[" + widened(section) + u"]" + lineEnd;

@@ -1,4 +1,4 @@
-// A picture that the display server slides through a pane of a window by itself.
+// A picture that the display server moves within a pane of a window.
 #pragma once
 
 #include <memory>
@@ -10,15 +10,15 @@ class QWidget;
 
 namespace zvonivec {
 
-/// The server has the picture once; a step is a message of a few bytes to it, and nothing is
-/// painted by the program. What the server uncovers it fills by itself.
+/// A picture that is sent to the display server once. Moving it takes a message of a few bytes, and
+/// the program paints nothing: the server also fills the area that the picture uncovers.
 ///
-/// The picture lies above all that the program paints in the pane, and takes no part in the
-/// pointer's events. User-interface thread. The pane must outlive it.
+/// The picture covers everything that the program paints in the pane. It takes no pointer events.
+/// User-interface thread. The pane must outlive this object.
 class SlidingPicture {
 public:
-    /// For a pane, a widget within a window that has been shown; null where the display has no such
-    /// means.
+    /// Creates a picture in a pane, a widget of a window that has been shown. Returns null when the
+    /// display can't move pictures.
     static std::unique_ptr<SlidingPicture> in(QWidget& pane);
 
     SlidingPicture() = default;
@@ -26,11 +26,11 @@ public:
     SlidingPicture& operator=(const SlidingPicture&) = delete;
     virtual ~SlidingPicture() = default;
 
-    /// Takes a picture, in the screen's pixels, and the colour of the pane where the picture isn't.
-    /// False when the picture is too large for the server: what was there is gone.
+    /// Sets the picture, in device pixels, and the colour of the pane around it. Returns false when
+    /// the picture is too large for the server. No picture is shown then.
     virtual bool setPicture(const QImage& picture, const QColor& ground) = 0;
 
-    /// Puts the picture's corner to a place, in the screen's pixels from the pane's corner.
+    /// Moves the picture's upper left corner to a place, in device pixels from the pane's corner.
     virtual void moveTo(const QPoint& place) = 0;
 };
 

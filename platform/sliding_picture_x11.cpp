@@ -1,6 +1,6 @@
-// Two X windows: one covers the pane and clips, in it one as large as the picture, which is its
-// background. Neither asks for events, so those of the pointer go to the program's window behind
-// them, and nothing comes back when the inner one moves.
+// Uses two X windows. The outer window covers the pane and clips. The inner window is as large as
+// the picture, which is its background. Neither selects events, so pointer events go to the
+// program's window behind them, and a move of the inner window causes no answer.
 
 #include "platform/sliding_picture.h"
 
@@ -27,7 +27,7 @@ public:
           picture_(newWindow(pane_, QRect(0, 0, 1, 1))) {}
 
     ~SlidingPictureX11() override {
-        // Where the window has gone already, these have gone with it; the errors are dropped.
+        // When the parent window has gone, these have gone too. The errors are dropped.
         xcb_discard_reply(server_, xcb_destroy_window_checked(server_, pane_).sequence);
         xcb_flush(server_);
     }
@@ -61,7 +61,7 @@ private:
 };
 
 bool SlidingPictureX11::setPicture(const QImage& picture, const QColor& ground) {
-    constexpr int largest = 32767; // X counts in 16 bits
+    constexpr int largest = 32767; // coordinates in X have 16 bits
     xcb_unmap_window(server_, pane_);
     if (picture.isNull() || picture.width() > largest || picture.height() > largest) {
         xcb_flush(server_);
@@ -74,16 +74,16 @@ bool SlidingPictureX11::setPicture(const QImage& picture, const QColor& ground) 
     xcb_create_pixmap(server_, depth_, pixmap, picture_, width, height);
     const xcb_gcontext_t context = xcb_generate_id(server_);
     xcb_create_gc(server_, context, pixmap, 0, nullptr);
-    for (int line = 0; line < pixels.height(); ++line) { // a request has room for any line
+    for (int line = 0; line < pixels.height(); ++line) { // any line fits into a request
         xcb_put_image(server_, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width, 1, 0,
                       static_cast<std::int16_t>(line), 0, depth_,
                       static_cast<std::uint32_t>(width) * 4, pixels.constScanLine(line));
     }
     xcb_change_window_attributes(server_, picture_, XCB_CW_BACK_PIXMAP, &pixmap);
-    const std::uint32_t colour = ground.rgba(); // opaque, also where the screen has transparency
+    const std::uint32_t colour = ground.rgba(); // opaque, also on a screen with an alpha channel
     xcb_change_window_attributes(server_, pane_, XCB_CW_BACK_PIXEL, &colour);
     configure(XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, {width, height});
-    // The window keeps what it needs.
+    // The server keeps the pixmap for as long as the window needs it.
     xcb_free_gc(server_, context);
     xcb_free_pixmap(server_, pixmap);
     xcb_map_window(server_, picture_);
@@ -93,7 +93,8 @@ bool SlidingPictureX11::setPicture(const QImage& picture, const QColor& ground) 
     return true;
 }
 
-/// The depth of a window whose pixels are 32 bits of red, green and blue as ours are; 0 else.
+/// Returns the depth of a window whose pixels have the same 32-bit layout as the program's images,
+/// or 0 for any other window.
 std::uint8_t usableDepth(xcb_connection_t* server, xcb_window_t window) {
     const xcb_setup_t* setup = xcb_get_setup(server);
     xcb_get_geometry_reply_t* geometry =

@@ -9,7 +9,7 @@
 #include <array>
 #include <utility>
 #include <windows.h>
-// After windows.h, which it needs.
+// Needs windows.h before it.
 #include <commctrl.h>
 
 namespace zvonivec {
@@ -23,7 +23,7 @@ struct Button {
     WPARAM bit; ///< in the first argument of pointer messages
 };
 
-constexpr std::array buttons{
+constexpr std::array BUTTONS{
     Button{Qt::LeftButton, VK_LBUTTON, WM_LBUTTONUP, MK_LBUTTON},
     Button{Qt::RightButton, VK_RBUTTON, WM_RBUTTONUP, MK_RBUTTON},
     Button{Qt::MiddleButton, VK_MBUTTON, WM_MBUTTONUP, MK_MBUTTON},
@@ -31,7 +31,7 @@ constexpr std::array buttons{
 
 WPARAM pressedButtons() {
     WPARAM bits = 0;
-    for (const Button& button : buttons) {
+    for (const Button& button : BUTTONS) {
         if (GetKeyState(button.key) < 0) {
             bits |= button.bit;
         }
@@ -39,7 +39,7 @@ WPARAM pressedButtons() {
     return bits;
 }
 
-/// Where the pointer is, as the second argument of a window's pointer messages.
+/// Returns the pointer's place as the second argument of a window's pointer messages.
 LPARAM pointerIn(HWND window) {
     POINT place{};
     GetCursorPos(&place);
@@ -47,37 +47,40 @@ LPARAM pointerIn(HWND window) {
     return MAKELPARAM(place.x, place.y);
 }
 
-/// The move that is under way: there is one pointer. User-interface thread.
+/// Whether a move is under way. There is only one pointer. User-interface thread.
 bool moving = false;
 
-/// Runs when all buttons are up, and gives the loop the message that it ends with. Other timers of
-/// the window are numbered from 1.
-constexpr UINT_PTR endTimer = 0x5A76;
+/// Timer that sends the loop the message which ends it, when all buttons are released. Other timers
+/// of the window have numbers from 1 on.
+constexpr UINT_PTR END_TIMER = 0x5A76;
 
-/// Between the system's loop and the window.
+/// Handles the window's messages while the system's move loop runs.
 LRESULT CALLBACK duringMove(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR /*id*/,
                             DWORD_PTR /*data*/) {
     constexpr WPARAM all = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
     switch (message) {
     case WM_EXITSIZEMOVE:
-        // The toolkit would tell of releases by itself, outside the window as such of its frame.
+        // Kept from the toolkit, which would report releases itself, and outside the window as
+        // releases on its frame.
         return DefWindowProcW(window, message, first, second);
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
         if ((first & all) == 0) {
-            // Before the moves that have come since: the timer waits until the pointer rests.
+            // A posted message overtakes the pointer moves that wait. The timer comes when the
+            // pointer rests.
             PostMessageW(window, WM_LBUTTONUP, 0, pointerIn(window));
-            SetTimer(window, endTimer, USER_TIMER_MINIMUM, nullptr);
+            SetTimer(window, END_TIMER, USER_TIMER_MINIMUM, nullptr);
         }
         return 0;
-    case WM_LBUTTONUP: // only when a handler in the loop has let events pass: the loop didn't see
-                       // it
+    case WM_LBUTTONUP:
+        // Comes here only when a handler in the loop has processed events, and the loop has missed
+        // it.
         if ((first & all) == 0) {
-            SetTimer(window, endTimer, USER_TIMER_MINIMUM, nullptr);
+            SetTimer(window, END_TIMER, USER_TIMER_MINIMUM, nullptr);
         }
         return 0;
     case WM_TIMER:
-        if (first == endTimer) { // again and again, until it is the loop that takes it
+        if (first == END_TIMER) { // repeats until the loop takes the message
             PostMessageW(window, WM_LBUTTONUP, 0, pointerIn(window));
             return 0;
         }
@@ -92,7 +95,7 @@ void runLoop(HWND window) {
     constexpr UINT_PTR id = 1;
     SetWindowSubclass(window, duringMove, id, 0);
     SendMessageA(window, modDeklarace::SYSTEM_COMMAND, modDeklarace::MOVE_BY_POINTER, 0);
-    KillTimer(window, endTimer);
+    KillTimer(window, END_TIMER);
     RemoveWindowSubclass(window, duringMove, id);
 }
 
@@ -114,7 +117,8 @@ void moveBySystem(QWidget& window) {
             runLoop(handle);
         }
         after = pressedButtons();
-        // The left one is up, but not all: on it goes with the others.
+        // The loop has ended with the left button, but another button is still pressed and goes on
+        // with the move.
     } while (after != 0 && (before & ~after) != 0);
     moving = false;
 
@@ -122,7 +126,7 @@ void moveBySystem(QWidget& window) {
         return;
     }
     if (after != 0) {
-        SetCapture(handle); // the releases shall come here
+        SetCapture(handle); // so that the window gets the releases
     }
     const bool endedByKey = GetKeyState(VK_ESCAPE) < 0 || GetKeyState(VK_RETURN) < 0;
     const bool hasRefused = after != 0 && widget->pos() == start && !endedByKey;
@@ -130,12 +134,12 @@ void moveBySystem(QWidget& window) {
         WindowMover::start(*widget);
         return;
     }
-    // One after the other, as they would have come.
+    // One message for each button, as the system would have sent them.
     WPARAM pressed = 0;
-    for (const Button& button : buttons) {
+    for (const Button& button : BUTTONS) {
         pressed |= QGuiApplication::mouseButtons().testFlag(button.name) ? button.bit : 0;
     }
-    for (const Button& button : buttons) {
+    for (const Button& button : BUTTONS) {
         if ((pressed & button.bit) != 0 && (after & button.bit) == 0) {
             pressed &= ~button.bit;
             PostMessageW(handle, button.release, pressed, pointerIn(handle));

@@ -1,17 +1,19 @@
-// Windows' own move of a window, with any button.
+// Windows' own move command, for any button.
 #pragma once
 
 class QWidget;
 
 namespace zvonivec {
 
-/// Gives a window the system's move command in the handler of a press, and returns when the window
-/// has been moved. The system's loop knows the left button alone: it ends with that button's
-/// release, whatever button began it, and keeps the release for itself. So the end of the others is
-/// told to it, and what the toolkit has not seen of releases is posted to the window afterwards.
+/// Moves a window by the system's move command. Called in the handler of a press, it returns when
+/// the move has ended. The system's move loop knows the left button only: it ends with that
+/// button's release, whichever button began the move, and swallows the release. So this function
+/// reports the releases of other buttons to the loop. After the move it posts to the window the
+/// releases that the toolkit has missed.
 ///
-/// Without a pressed button, as with a finger, and where the system won't move the window, it
-/// follows the pointer by itself. User-interface thread; a call during a move does nothing.
+/// When no button is pressed, as with a finger, or when the system refuses to move the window, the
+/// window follows the pointer without the system's loop. User-interface thread. A call during a
+/// move does nothing.
 void moveBySystem(QWidget& window);
 
 } // namespace zvonivec

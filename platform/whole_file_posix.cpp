@@ -19,7 +19,7 @@ namespace {
 constexpr auto LONGEST_WAIT = std::chrono::seconds(1);
 constexpr auto WAIT_STEP = std::chrono::milliseconds(5);
 
-/// A descriptor that closes itself.
+/// A file descriptor that is closed with the object.
 class File {
 public:
     explicit File(int descriptor = -1) : descriptor_(descriptor) {}
@@ -48,7 +48,7 @@ std::optional<struct stat> ordinaryFile(const File& file) {
     return status;
 }
 
-/// The file that a path means, through symbolic links, also where it isn't there yet.
+/// Returns the file that a path leads to through symbolic links, whether the file exists or not.
 std::optional<std::string> targetOf(const std::string& path) {
     constexpr int mostLinks = 40; // as many as the system itself follows
     std::filesystem::path target(path);
@@ -67,7 +67,7 @@ std::optional<std::string> targetOf(const std::string& path) {
 File openLocked(const std::string& path) {
     const auto end = std::chrono::steady_clock::now() + LONGEST_WAIT;
     do {
-        constexpr mode_t permissions = 0666; // less what the user's mask takes away
+        constexpr mode_t permissions = 0666; // without the bits in the user's mask
         File file(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
                        permissions));
         const auto opened = ordinaryFile(file);
@@ -76,7 +76,7 @@ File openLocked(const std::string& path) {
         }
         struct stat named {};
         if (flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-            // Another process may have renamed or removed it between our opening and locking.
+            // Another process may have renamed or removed the file before it was locked.
             if (stat(path.c_str(), &named) == 0 && named.st_dev == opened->st_dev &&
                 named.st_ino == opened->st_ino) {
                 return file;
@@ -103,21 +103,21 @@ bool writeAll(const File& file, std::string_view bytes) {
     return true;
 }
 
-/// As the old file is, as far as we may.
+/// Gives a file the owner, group and permissions of the old file, as far as the process may.
 void takeOver(const File& file, const std::string& old) {
     struct stat status {};
     if (stat(old.c_str(), &status) != 0) {
         return;
     }
     if (fchown(file.get(), status.st_uid, status.st_gid) != 0) {
-        // Somebody else's file: it stays at least with the group that shares it.
+        // The file belongs to another user. At least the group that shares it stays.
         constexpr auto same = static_cast<uid_t>(-1);
         [[maybe_unused]] const int group = fchown(file.get(), same, status.st_gid);
     }
     fchmod(file.get(), status.st_mode & 07777U);
 }
 
-/// The new name reaches the disk with the folder.
+/// Writes the folder of a file to the disk, and with it the file's new name.
 void syncFolderOf(const std::string& path) {
     std::string folder = std::filesystem::path(path).parent_path().string();
     if (folder.empty()) {
@@ -132,7 +132,7 @@ void syncFolderOf(const std::string& path) {
 } // namespace
 
 Content read(const std::string& path) {
-    // O_NONBLOCK: a pipe without a writer would be waited for.
+    // Without O_NONBLOCK this would wait for the writer of a pipe.
     const File file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file) {
         return {.found = errno == ENOENT ? Found::nothing : Found::unusable, .bytes = {}};
@@ -169,14 +169,14 @@ bool update(const std::string& path, const std::function<std::string(const std::
     if (!file) {
         return false;
     }
-    // Only now: the process before us has written what we build on.
+    // Read after locking: another process may just have written the file.
     const Content old = read(*target);
     const bool usable = old.found == Found::nothing ||
                         (old.found == Found::file && access(target->c_str(), W_OK) == 0);
     bool done = false;
     if (usable) {
         const std::string bytes = change(old.bytes);
-        takeOver(file, *target); // before the content, which may not be for everybody
+        takeOver(file, *target); // before the content, which may be private
         done = bytes.size() <= LARGEST && writeAll(file, bytes) && fsync(file.get()) == 0 &&
                rename(newPath.c_str(), target->c_str()) == 0;
     }

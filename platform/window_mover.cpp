@@ -10,7 +10,7 @@ namespace zvonivec {
 
 namespace {
 
-/// The move that is under way: there is one pointer. User-interface thread.
+/// The move that is under way. There is only one pointer. User-interface thread.
 QPointer<WindowMover> current;
 
 } // namespace
@@ -20,7 +20,8 @@ void WindowMover::start(QWidget& window) {
         return;
     }
     if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
-        window.windowHandle()->startSystemMove(); // no program places its windows there
+        window.windowHandle()
+            ->startSystemMove(); // under Wayland programs don't place their windows
         return;
     }
     current = new WindowMover(window); // the window owns it
@@ -59,12 +60,12 @@ void WindowMover::end() {
 }
 
 void WindowMover::follow(const QMouseEvent& event) {
-    if (!pressedAt_) { // a second button's press counts for later events
+    if (!pressedAt_) { // later events may report a second button's press instead
         pressedAt_ = event.points().first().globalPressPosition();
     }
-    // Places on the screen, so that it doesn't matter how far the window has come meanwhile.
-    // The toolkit tells the press in whole logical pixels: on screens with more pixels the rest
-    // isn't a move.
+    // Places on the screen don't depend on how far the window has moved meanwhile. The toolkit
+    // reports the press in whole logical pixels. On a screen with more pixels the fraction isn't a
+    // move.
     const QPointF moved = event.globalPosition() - *pressedAt_;
     window_.move(from_ + QPoint(static_cast<int>(moved.x()), static_cast<int>(moved.y())));
 }

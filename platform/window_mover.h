@@ -1,4 +1,4 @@
-// Takes a window along with the pointer.
+// Moves a window with the pointer.
 #pragma once
 
 #include <QObject>
@@ -11,14 +11,14 @@ class QMouseEvent;
 
 namespace zvonivec {
 
-/// Begun in the handler of a press, it keeps the pressed point of the window under the pointer
-/// until all buttons are up, and then goes. User-interface thread.
+/// Keeps the pressed point of a window under the pointer until all buttons are released, and then
+/// deletes itself. Started in the handler of a press. User-interface thread.
 ///
-/// An X11 window manager could do the same, but it would keep the release for itself, and the
+/// An X11 window manager could move the window too, but the program would not get the release. The
 /// release of the right button opens the menu.
 class WindowMover : public QObject {
 public:
-    /// Does nothing while a window is on its way already, for a second button.
+    /// Does nothing when another button has already begun a move.
     static void start(QWidget& window);
 
 protected:
@@ -29,9 +29,10 @@ private:
     void follow(const QMouseEvent& event);
     void end();
 
-    QWidget& window_;                  ///< the parent
-    QPoint from_;                      ///< where the window was at the press
-    std::optional<QPointF> pressedAt_; ///< and the pointer, known from the first event on
+    QWidget& window_; ///< the parent
+    QPoint from_;     ///< place of the window at the press
+    std::optional<QPointF>
+        pressedAt_; ///< place of the pointer at the press, known from the first event on
 };
 
 } // namespace zvonivec

@@ -1,4 +1,4 @@
-// What a region is, behind modDeklarace's name for it.
+// Definition of the region that modDeklarace.h declares.
 #pragma once
 
 #include "platform/modDeklarace.h"
@@ -13,11 +13,12 @@ struct RegionData {
     QPolygon polygon;
     Qt::FillRule rule;
 
-    /// The polygon on a screen with so many pixels to a logical one: it grows, not its pixels.
+    /// Returns the polygon for a screen with this number of device pixels to a logical pixel. The
+    /// vertices are scaled, not the pixels.
     [[nodiscard]] QPolygon at(double ratio) const;
 };
 
-/// Shapes a window for the screen that it is on; null for the whole rectangle.
+/// Shapes a window for the screen that it is on. A null region restores the whole rectangle.
 void shapeWindow(QWidget& window, const RegionData* region, bool redraw);
 
 } // namespace zvonivec::modDeklarace
