@@ -1,12 +1,13 @@
-// How a file dialog of the toolkit ends without leaving anything on the disk.
+// The end of a file dialog of the toolkit.
 #pragma once
 
 class QFileDialog;
 
 namespace zvonivec {
 
-/// For smart pointers. When its dialog is deleted, the toolkit writes the folders visited into
-/// settings of its own; this program writes nothing but MP3.ini.
+/// A deleter for smart pointers that leaves nothing on the disk. When a dialog is deleted, the
+/// toolkit writes the visited folders into settings of its own, but this program writes nothing but
+/// MP3.ini.
 struct DialogEnd {
     void operator()(QFileDialog* dialog) const;
 };

@@ -4,10 +4,10 @@
 
 namespace zvonivec {
 
-// The toolkit's settings are in the registry, and nothing leads them elsewhere. So the dialog isn't
-// deleted: it is the system's, of which the toolkit keeps no more than its options.
+// The toolkit's settings are in the registry and can't be redirected. So the dialog isn't deleted.
+// It is the system's own dialog, and the toolkit keeps only its options.
 void DialogEnd::operator()(QFileDialog* dialog) const {
-    dialog->setParent(nullptr); // the window would delete it
+    dialog->setParent(nullptr); // otherwise the window would delete it
 }
 
 } // namespace zvonivec

@@ -25,7 +25,7 @@ void setMonitor(::Display* connection, const char* name, bool first, const Recta
     monitor->y = place.y;
     monitor->width = place.width;
     monitor->height = place.height;
-    // 96 dots per inch, in millimetres.
+    // Millimetres at 96 dots per inch.
     monitor->mwidth = place.width * 254 / 960;
     monitor->mheight = place.height * 254 / 960;
     RROutput output = None;
@@ -52,7 +52,7 @@ void setMonitor(::Display* connection, const char* name, bool first, const Recta
 Display::Display(const DisplayOptions& options)
     : width_(options.width + options.secondWidth), height_(options.height) {
     std::filesystem::permissions(folder_.path(), std::filesystem::perms::owner_all);
-    // Servers that start at the same moment may take the same number away from each other.
+    // Servers that start at the same moment may take each other's number.
     bool started = false;
     for (int attempt = 0; attempt < 3 && !started; ++attempt) {
         started = startServer(options);
@@ -90,7 +90,7 @@ bool Display::startServer(const DisplayOptions& options) {
     files.environment = privateSession(folder_.path());
     const std::string size =
         std::to_string(options.width + options.secondWidth) + "x" + std::to_string(options.height);
-    // Without -noreset the server would start anew when its last client goes.
+    // Without -noreset the server would reset when its last client disconnects.
     server_ = Process({"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-dpi", "96",
                        "-nolisten", "tcp", "-noreset"},
                       files);
@@ -113,7 +113,7 @@ bool Display::startWindowManager(const std::string& name) {
     options.environment.emplace_back("HOME", folder_.path());
     options.errorFile = folder_.file("window-manager.log");
     if (name == "xfwm4") {
-        // It asks another program for its settings, over a message bus.
+        // xfwm4 gets its settings from another program, over a message bus.
         const std::string socket = folder_.file("bus");
         bus_ = Process({"dbus-daemon", "--session", "--nofork", "--nopidfile",
                         "--address=unix:path=" + socket},
@@ -151,8 +151,9 @@ std::vector<unsigned long> Display::rootProperty(const char* name) const {
     return items;
 }
 
-/// A window manager announces itself before it has finished starting, and may lose a window that is
-/// mapped in between: it is ready when it has taken a window in and let it go again.
+/// Waits until the window manager has taken in a window and let it go again. A window manager
+/// announces itself before it has finished its start, and may lose a window that is mapped in
+/// between.
 bool Display::windowManagerWorks() const {
     const ::Window window =
         XCreateSimpleWindow(connection_, DefaultRootWindow(connection_), 0, 0, 1, 1, 0, 0, 0);

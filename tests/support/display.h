@@ -1,4 +1,4 @@
-// A screen of a test's own: an X server without hardware, and a window manager on it.
+// A private screen for a test: an X server without hardware, and a window manager on it.
 #pragma once
 
 #include "tests/support/geometry.h"
@@ -7,12 +7,13 @@
 #include <string>
 #include <vector>
 
-// Xlib's connection. Its headers define short common words as macros and stay out of ours.
+// Xlib's connection. Xlib's headers define short common words as macros, so this header doesn't
+// include them.
 struct _XDisplay; // NOLINT(bugprone-reserved-identifier)
 
 namespace support {
 
-/// How a Display is set up.
+/// Settings of a Display.
 struct DisplayOptions {
     std::string windowManager = "openbox"; ///< "openbox", "xfwm4"; empty: none
     int width = 1280;
@@ -22,13 +23,12 @@ struct DisplayOptions {
 };
 
 /// Rules
-///  * The constructor returns when clients can connect and the window manager has announced itself;
-///    ok() is False, and problem() says why, when that didn't happen.
-///  * Every Display is another server with its own number, so tests run side by side.
-///  * connection() is one Xlib connection for the thread of the test. Errors of the protocol, such
-///    as a question about a window that has just gone, are ignored on it: whoever asks sees that
-///    there is no answer.
-///  * Clients that were started with environment() must have ended before the Display goes.
+///  * The constructor returns when clients can connect and the window manager has announced itself.
+///    When that fails, ok() is false and problem() gives the reason.
+///  * Every Display is a server with a number of its own, so tests can run side by side.
+///  * connection() is an Xlib connection for the test's thread. It ignores protocol errors, for
+///    example from a question about a window that has just gone. The question then has no answer.
+///  * Clients that were started with environment() end before the Display is destroyed.
 class Display {
 public:
     explicit Display(const DisplayOptions& options = {});
@@ -42,21 +42,22 @@ public:
     [[nodiscard]] int height() const { return height_; }
     [[nodiscard]] _XDisplay* connection() const { return connection_; }
 
-    /// The server's process.
+    /// Returns the process of the server.
     [[nodiscard]] pid_t server() const { return server_.pid(); }
 
     [[nodiscard]] bool hasWindowManager() const { return windowManager_.pid() > 0; }
 
-    /// For clients: this display, a home folder of their own, and nothing of the session that the
-    /// tests are run in: no Wayland, no message bus, no toolkit settings.
+    /// Returns the environment for clients: this display, a home folder of their own and nothing of
+    /// the session that runs the tests, such as Wayland, a message bus or toolkit settings.
     [[nodiscard]] Process::Environment environment() const;
-    /// Sets these variables in the test process itself.
+    /// Sets these variables in the test process.
     void useInThisProcess() const;
     [[nodiscard]] std::string home() const { return folder_.file("home"); }
 
-    /// Ends the window manager, as a crash would, leaving the windows.
+    /// Kills the window manager, as a crash would. The windows stay.
     void killWindowManager();
-    /// Ends the server, and this object's use with it; clients may still be asked for their ends.
+    /// Kills the server. After that this object can't be used, but the exit codes of clients still
+    /// can.
     void killServer();
 
 private:

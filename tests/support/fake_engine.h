@@ -1,4 +1,5 @@
-// An engine that plays nothing: the test scripts what it knows of files, and when its events come.
+// An engine that plays nothing. The test decides what it knows about files and when its events
+// come.
 #pragma once
 
 #include "playback/PlayerEngine.h"
@@ -23,18 +24,18 @@ public:
         std::string durationString = "03:00";
     };
 
-    std::map<std::string, Track> tracks; ///< by path; any other path is a file of no known kind
+    std::map<std::string, Track> tracks; ///< by path; for any other path the file's kind is unknown
     double position = 0;
     std::string positionString = "00:00";
     bool autoStartOn = true;
     bool contextMenuOn = true;
-    std::vector<std::string> calls;     ///< what was asked for, in order
-    int questionsForBitrate = 0;        ///< how often isReadOnlyItem("Bitrate") was asked
-    int answersUntilBitrateIsKnown = 1; ///< which of its answers is True
-    /// Runs at every call, with its name, before the call does anything.
+    std::vector<std::string> calls;     ///< names of the calls, in order
+    int questionsForBitrate = 0;        ///< number of calls of isReadOnlyItem("Bitrate")
+    int answersUntilBitrateIsKnown = 1; ///< number of the first call that returns true
+    /// Called with the name of each call, before the call has an effect.
     std::function<void(const std::string&)> During;
 
-    // What an engine does by itself.
+    // Events that an engine causes by itself.
     void reachEnd() {
         state_ = PlayState::stopped;
         position = 0;

@@ -1,4 +1,4 @@
-// What tests need of files and waiting on every system. Paths are UTF-8.
+// Files and waiting, for tests on every system. Paths are UTF-8.
 #include "tests/support/process.h"
 
 #include <filesystem>
@@ -37,7 +37,7 @@ TemporaryFolder::TemporaryFolder() {
     for (int attempt = 0; attempt < 100 && path_.empty(); ++attempt) {
         const auto folder = parent / ("zvonivec-test-" + std::to_string(random()));
         if (std::filesystem::create_directory(folder, error)) {
-            // Some servers refuse a folder that others may look into.
+            // Some servers refuse a folder that other users may read.
             std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
             const std::u8string name = folder.u8string();
             path_.assign(name.begin(), name.end());

@@ -9,7 +9,7 @@ struct Point {
     friend bool operator==(const Point&, const Point&) = default;
 };
 
-/// Right and bottom edges are outside.
+/// The right and bottom edges lie outside.
 struct Rectangle {
     int x = 0;
     int y = 0;

@@ -1,5 +1,5 @@
-// For test programs without a display of their own: the process itself, and so all that its tests
-// start, is in a private session before the first test. To be added to the program's sources.
+// Puts a test program without a display of its own, and all processes that its tests start, into a
+// private session before the first test. To be added to the program's sources.
 #include "tests/support/private_session.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ private:
     std::unique_ptr<TemporaryFolder> folder_;
 };
 
-// GoogleTest deletes it.
+// GoogleTest deletes the object.
 [[maybe_unused]] const testing::Environment* const OWN_SESSION =
     testing::AddGlobalTestEnvironment(new OwnSession);
 

@@ -40,7 +40,7 @@ void Pointer::waitUntilFree() const {
         XSync(connection_, False);
         return grabbed == GrabSuccess;
     };
-    // An open menu may keep the pointer for good, which is no reason to wait long.
+    // An open menu may hold the pointer for good, so this doesn't wait long.
     waitUntil(isFree, std::chrono::milliseconds(300));
 }
 
@@ -51,7 +51,7 @@ struct Key {
     bool shifted = false;
 };
 
-/// The server's keyboard map: keysyms of the first group's plain and shifted level for each key.
+/// The server's keyboard map: for each key its symbols without and with Shift.
 class KeyMap {
 public:
     explicit KeyMap(::Display* connection) : connection_(connection) {
@@ -74,7 +74,7 @@ public:
         return {};
     }
 
-    /// Puts a symbol on a key that has none.
+    /// Assigns a symbol to a key without symbols.
     void add(KeySym symbol) {
         for (int code = last_; code >= first_; --code) {
             bool isFree = true;
@@ -112,7 +112,7 @@ std::vector<KeySym> symbolsOf(std::string_view utf8) {
         for (std::size_t k = 1; k < length && i + k < utf8.size(); ++k) {
             code = (code << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3FU);
         }
-        // Latin-1 has keysyms of its own; the rest of Unicode stands above this base.
+        // Keysyms of Latin-1 equal the characters. Those of other characters begin at this offset.
         symbols.push_back(code < 0x100 ? code : code + 0x01000000);
         i += length;
     }
@@ -162,7 +162,8 @@ void Keyboard::key(const char* name, const char* held) const {
 void Keyboard::type(std::string_view utf8) const {
     const std::vector<KeySym> symbols = symbolsOf(utf8);
     KeyMap map(connection_);
-    // All new keys first: a client that reads the changed map late still finds each of them.
+    // All new keys are added first, so that a client that reads the changed map late still finds
+    // each of them.
     for (const KeySym symbol : symbols) {
         if (map.find(symbol).code == 0) {
             map.add(symbol);

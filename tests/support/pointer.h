@@ -1,5 +1,5 @@
-// The user's hands: pointer and keyboard events that come from the X server itself, so that clients
-// and window managers can't tell them from a real user's.
+// The pointer and the keyboard. Their events come from the X server itself, so clients and window
+// managers can't distinguish them from a real user's.
 #pragma once
 
 #include "tests/support/display.h"
@@ -9,10 +9,9 @@
 namespace support {
 
 /// Rules
-///  * Each call returns when the server has taken the event, not when a client has acted on it:
-///  wait
-///    for what should be seen.
-///  * Buttons: 1 left, 2 middle, 3 right, as X numbers them.
+///  * Each call returns when the server has accepted the event. A client may react later, so tests
+///    wait for the visible result.
+///  * Buttons have X's numbers: 1 left, 2 middle, 3 right.
 class Pointer {
 public:
     explicit Pointer(const Display& display) : connection_(display.connection()) {}
@@ -20,9 +19,9 @@ public:
     void moveTo(Point place) const;
     void press(int button = 1) const;
     void release(int button = 1) const;
-    /// Moves there, presses and releases, and waits until nobody holds the pointer: a window
-    /// manager that takes a press to raise the window holds it for a moment, and loses what comes
-    /// meanwhile faster than any hand moves.
+    /// Moves, presses and releases, and then waits until no client holds the pointer. A window
+    /// manager that raises the pressed window holds the pointer for a moment, and would lose events
+    /// that come faster than from any hand.
     void click(Point place, int button = 1) const;
 
 private:
@@ -32,15 +31,15 @@ private:
 };
 
 /// Rules
-///  * Keys go to the window that has the keyboard's focus.
-///  * A character that no key has gets a key of its own for as long as the display lives; about a
-///    hundred different ones are possible.
+///  * Keys go to the window with the keyboard focus.
+///  * A character without a key gets a key for the lifetime of the display. There is room for about
+///    a hundred characters.
 class Keyboard {
 public:
     explicit Keyboard(const Display& display) : connection_(display.connection()) {}
 
-    /// A key by its X name, such as "Return", "Escape", "Tab", "F10"; with "Alt", "Control" or
-    /// "Shift" held when they are given as the second name.
+    /// Presses and releases a key by its X name, such as "Return", "Escape", "Tab" or "F10". The
+    /// second name, "Alt", "Control" or "Shift", is held meanwhile.
     void key(const char* name, const char* held = nullptr) const;
     void type(std::string_view utf8) const;
 

@@ -12,7 +12,8 @@ Process::Environment privateSession(const std::string& folder) {
         {"HOME", home},
         {"XDG_RUNTIME_DIR", folder},
         {"LC_ALL", "C.UTF-8"},
-        // An address that no library knows: without one they start a bus by themselves.
+        // An address that no library can use. Without an address libraries start a bus of their
+        // own.
         {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
         {"NO_AT_BRIDGE", "1"},
     };

@@ -1,4 +1,4 @@
-// Keeps tests, and all that they start, out of the session of the person who runs them.
+// Keeps tests, and all processes that they start, out of the session of the person who runs them.
 #pragma once
 
 #include "tests/support/process.h"
@@ -7,12 +7,12 @@
 
 namespace support {
 
-/// Variables with which a process sees nothing of the user's session: no display, message bus,
-/// sound server or settings. Home and run directory are in the folder given, which must exist and
-/// belong to nobody else.
+/// Returns variables with which a process sees nothing of the user's session: no display, message
+/// bus, sound server or settings. The folder contains the home and the run directory. It must exist
+/// and belong to this user only.
 [[nodiscard]] Process::Environment privateSession(const std::string& folder);
 
-/// Sets variables in the test process itself, an empty value removing the name.
+/// Sets variables in the test process. An empty value removes the variable.
 void setInThisProcess(const Process::Environment& environment);
 
 } // namespace support

@@ -1,4 +1,4 @@
-// Child processes of tests: servers that a test needs and programs that it drives.
+// Child processes of tests: servers that a test needs, and programs that it controls.
 #pragma once
 
 #include <chrono>
@@ -11,25 +11,26 @@
 
 namespace support {
 
-/// Waits until a condition holds, asking every few milliseconds; False when the time has run out.
+/// Waits until a condition holds, checking it every few milliseconds. Returns false when the time
+/// limit has passed.
 bool waitUntil(const std::function<bool()>& condition,
                std::chrono::milliseconds limit = std::chrono::seconds(10));
 
-/// A child process. It is killed, and waited for, at the latest when the object goes; it also ends
-/// when the test process dies.
+/// A child process. The destructor ends it and waits for its end. It also ends when the test
+/// process dies.
 class Process {
 public:
     using Environment = std::vector<std::pair<std::string, std::string>>;
 
     struct Options {
-        Environment environment; ///< set on top of the test's own; an empty value removes the name
-        std::string outputFile;  ///< gets standard output; empty: discarded
-        std::string errorFile;   ///< gets standard error; empty: the test's own
+        Environment environment; ///< added to the test's own; an empty value removes the variable
+        std::string outputFile;  ///< for standard output; empty: discarded
+        std::string errorFile;   ///< for standard error; empty: the test's own
         std::string directory;   ///< working directory; empty: the test's own
     };
 
     Process() = default;
-    /// Starts argv[0], looked up in PATH. running() is False when it could not be started.
+    /// Starts argv[0], looked up in PATH. When that fails, running() is false.
     explicit Process(const std::vector<std::string>& argv, const Options& options = {});
     Process(Process&& other) noexcept;
     Process& operator=(Process&& other) noexcept;
@@ -38,9 +39,10 @@ public:
     [[nodiscard]] pid_t pid() const { return pid_; }
     bool running();
     void signal(int number) const;
-    /// The exit code, 128 + signal number when a signal ended it, nothing when still running.
+    /// Returns the exit code, or 128 + the number of the signal that ended the process, or nothing
+    /// when it is still running.
     std::optional<int> waitForExit(std::chrono::milliseconds limit = std::chrono::seconds(10));
-    /// SIGTERM, then SIGKILL when it doesn't end within a second.
+    /// Sends SIGTERM, and SIGKILL when the process doesn't end within a second.
     void terminate();
 
 private:
@@ -49,11 +51,12 @@ private:
     std::optional<int> exitCode_;
 };
 
-/// Runs a program to its end; its exit code, or -1 when it could not be started or took too long.
+/// Runs a program to its end. Returns its exit code, or -1 when it could not be started or took too
+/// long.
 int run(const std::vector<std::string>& argv, const Process::Options& options = {},
         std::chrono::milliseconds limit = std::chrono::minutes(2));
 
-/// A folder of its own under the system's temporary folder, removed with all it holds.
+/// A folder in the system's temporary folder. The destructor removes it with its content.
 class TemporaryFolder {
 public:
     TemporaryFolder();

@@ -1,11 +1,11 @@
-// How long a piece of work takes, whatever else the machine is doing.
+// The duration of a piece of work, independent of other load on the machine.
 #pragma once
 
 #include <ctime>
 
 namespace support {
 
-/// How much slower than the release build this build may be.
+/// How many times slower this build may be than the release build.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 inline constexpr double SLOWNESS = 20;
 #elif !defined(__OPTIMIZE__)

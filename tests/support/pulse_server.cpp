@@ -14,7 +14,7 @@ PulseServer::PulseServer(const Sink& sink) : sink_(sink) {
 
 void PulseServer::restart() {
     process_.terminate();
-    // A killed server leaves these, and its successor would respect them.
+    // A killed server leaves these files, which the next one would take for a running server's.
     std::error_code ignored;
     std::filesystem::remove(folder_.file("socket"), ignored);
     std::filesystem::remove(folder_.file("pid"), ignored);
@@ -27,7 +27,8 @@ void PulseServer::restart() {
     options.errorFile = folder_.file("log");
     process_ = Process(
         {"pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit",
-         "--realtime=yes", "--high-priority=yes", // where it may: a busy machine makes gaps
+         "--realtime=yes",
+         "--high-priority=yes", // where that is allowed: a busy machine causes gaps
          "--load=module-native-protocol-unix auth-anonymous=1 socket=" + folder_.file("socket"),
          "--load=module-null-sink sink_name=test_sink format=s16le rate=" +
              std::to_string(sink_.rate) + " channels=" + std::to_string(sink_.channels) +

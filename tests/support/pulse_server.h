@@ -1,5 +1,5 @@
-// A sound server of the test's own: PulseAudio with a sink that goes nowhere, in a folder of its
-// own, out of the way of any other one.
+// A private sound server for a test: PulseAudio with a sink that discards its sound. It uses a
+// folder of its own and doesn't disturb other servers.
 #pragma once
 
 #include "tests/support/process.h"
@@ -11,7 +11,7 @@ namespace support {
 
 class PulseServer {
 public:
-    /// Sample format of the sink: samples of this rate and channel count pass through unchanged.
+    /// Sample format of the sink. Samples with this rate and channel count pass through unchanged.
     struct Sink {
         int rate = 44100;
         int channels = 2;
@@ -21,31 +21,31 @@ public:
     /// Starts the server and waits until it answers.
     explicit PulseServer(const Sink& sink);
 
-    /// Whether it answers.
+    /// Whether the server answers.
     bool running();
 
-    /// Variables that lead SDL, parec and every other client to this server, and to no other.
+    /// Returns variables that lead SDL, parec and all other clients to this server only.
     [[nodiscard]] Process::Environment environment() const;
-    /// The same for clients that are in no other session: nothing of the user's.
+    /// Returns the same for clients outside any other session: nothing is the user's.
     [[nodiscard]] Process::Environment sessionOfClients() const;
-    /// Sets these variables in the test process itself.
+    /// Sets these variables in the test process.
     void useInThisProcess() const;
 
-    /// Ends the server at once, as a crash would.
+    /// Kills the server, as a crash would.
     void kill();
-    /// Makes the server hang: it lives, and answers nobody until thaw.
+    /// Makes the server hang: until thaw() it runs but answers nobody.
     void freeze() const { process_.signal(SIGSTOP); }
     void thaw() const { process_.signal(SIGCONT); }
-    /// Starts it again at the same address.
+    /// Starts the server again at the same address.
     void restart();
 
-    /// Name of the source that hears what the sink plays.
+    /// Returns the name of the source that records what the sink plays.
     [[nodiscard]] static std::string monitor() { return "test_sink.monitor"; }
     [[nodiscard]] const Sink& sink() const { return sink_; }
 
-    /// How many streams are playing to the server now; -1 when it doesn't answer.
+    /// Returns the number of streams that are playing, or -1 when the server doesn't answer.
     [[nodiscard]] int playingStreams() const;
-    /// What `pactl list sink-inputs` says.
+    /// Returns the output of `pactl list sink-inputs`.
     [[nodiscard]] std::string describeStreams() const;
 
 private:

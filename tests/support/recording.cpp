@@ -87,7 +87,7 @@ Match follow(const Samples& recording, std::size_t at, const Samples& sound, std
         if (!gaps || from + match.length >= sound.size()) {
             return match;
         }
-        // The sound's own zeros in front of the gap were taken for a part of it.
+        // Zeros of the sound itself that follow the gap look like a part of it.
         const std::size_t next = firstSound(recording, match.end);
         const std::size_t own = firstSound(sound, from + match.length) - from - match.length;
         constexpr std::size_t shortestGap = 128;

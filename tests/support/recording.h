@@ -1,4 +1,4 @@
-// What a sound server plays, recorded, and known sounds found in it.
+// Recordings of a sound server, and the search for known sounds in them.
 #pragma once
 
 #include "tests/support/process.h"
@@ -13,22 +13,23 @@
 
 namespace support {
 
-/// Samples of 16 bits, channels alternating.
+/// 16-bit samples, with the channels interleaved.
 using Samples = std::vector<std::int16_t>;
 
-/// Records a server's sink from the constructor on.
+/// Records a server's sink, beginning in the constructor.
 class Recording {
 public:
-    /// Returns when recording has begun.
+    /// Returns when the recording has begun.
     explicit Recording(const PulseServer& server);
 
-    /// What has been recorded so far.
+    /// Returns the samples recorded so far.
     [[nodiscard]] Samples samples() const;
-    /// How many frames (samples per channel) those are.
+    /// Returns the number of frames recorded so far. A frame has a sample for each channel.
     [[nodiscard]] std::size_t frames() const;
-    /// Waits until so much more has been recorded.
+    /// Waits until this much more time has been recorded.
     void waitFor(std::chrono::milliseconds time) const;
-    /// Waits until what was last recorded has been silent for a while. False when it never is.
+    /// Waits until the end of the recording is silent for this length. Returns false when the time
+    /// limit has passed.
     [[nodiscard]] bool
     waitForSilence(std::chrono::milliseconds length = std::chrono::milliseconds(300),
                    std::chrono::milliseconds limit = std::chrono::seconds(30)) const;
@@ -42,29 +43,31 @@ private:
 
 Samples samplesFromFile(const std::string& path);
 
-/// Where a part of a sound begins within another, in samples; nothing when it doesn't occur.
-/// difference: how much a sample may differ.
+/// Returns the index at which a part begins within a sound, or nothing when it doesn't occur.
+/// Samples may differ by the given difference.
 std::optional<std::size_t> findIn(const Samples& whole, const Samples& part, std::size_t from = 0,
                                   int difference = 0);
 
-/// How many samples from two places on are equal.
+/// Returns the number of equal samples from two indices on.
 std::size_t equalLength(const Samples& a, std::size_t atA, const Samples& b, std::size_t atB,
                         int difference = 0);
 
-/// What was found of a sound within a recording.
+/// The part of a sound that was found in a recording.
 struct Match {
-    std::size_t end = 0;     ///< behind its last sample, in the recording
-    std::size_t length = 0;  ///< samples of the sound that are there, one after another
-    std::size_t silence = 0; ///< samples of silence that stand between them
+    std::size_t end = 0;     ///< index behind its last sample in the recording
+    std::size_t length = 0;  ///< number of samples found, one after another
+    std::size_t silence = 0; ///< number of samples of silence between them
 };
 
-/// Follows a sound through a recording, from a place in each. On a busy machine the server puts
-/// silence between two samples when a client is late; it loses none. gaps: go on behind it.
+/// Follows a sound through a recording, from an index in each. On a busy machine the server inserts
+/// silence when a client is late, but it loses no samples. With gaps, the search continues behind
+/// such silence.
 Match follow(const Samples& recording, std::size_t at, const Samples& sound, std::size_t from,
              bool gaps = true, int difference = 0);
 
-/// The places of the first sound and behind the last, in samples; both the size when all is silent.
+/// Returns the index of the first sample that isn't silent, or the size when all are silent.
 std::size_t firstSound(const Samples& samples, std::size_t from = 0);
+/// Returns the index behind the last sample that isn't silent, or 0 when all are silent.
 std::size_t behindLastSound(const Samples& samples);
 
 } // namespace support

@@ -1,8 +1,8 @@
-// What the sanitizers report of libraries that aren't built with them and isn't ours to mend: they
-// can't see PulseAudio's own locking, and it keeps some memory to the end of the process.
+// Suppresses reports about libraries that aren't built with sanitizers and that this program can't
+// fix. The sanitizers don't see PulseAudio's own locks, and PulseAudio keeps some memory until the
+// process ends.
 
-// The names are the sanitizers'.
-// NOLINTBEGIN(bugprone-reserved-identifier)
+// The sanitizers define these names.
 extern "C" {
 
 const char* __tsan_default_suppressions();

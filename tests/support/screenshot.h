@@ -1,4 +1,4 @@
-// What the screen shows.
+// The visible content of the screen.
 #pragma once
 
 #include "tests/support/display.h"
@@ -12,17 +12,19 @@ namespace support {
 /// 0x00RRGGBB.
 using Colour = std::uint32_t;
 
-/// A picture of the screen or a part of it. The pointer isn't in it.
+/// A picture of the screen or of a part of it, without the pointer.
 class Screenshot {
 public:
-    /// Of the whole screen.
+    /// Takes the whole screen.
     explicit Screenshot(const Display& display);
-    /// Of a part; what lies outside the screen is cut off, and the rest keeps its size.
+    /// Takes a part of the screen. An area outside the screen is cut off, which makes the picture
+    /// smaller.
     Screenshot(const Display& display, const Rectangle& place);
 
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
-    /// Counted from the part's top left corner; black outside.
+    /// Returns the colour of a pixel, counted from the picture's upper left corner, or black
+    /// outside the picture.
     [[nodiscard]] Colour at(int x, int y) const;
 
     friend bool operator==(const Screenshot&, const Screenshot&) = default;

@@ -14,7 +14,7 @@ Atom atomOf(::Display* connection, const char* name) {
     return XInternAtom(connection, name, False);
 }
 
-/// A property's items: longs for format 32, bytes for format 8; empty when there is none.
+/// Returns a property's items: longs for format 32, bytes for format 8, nothing without a property.
 template<typename Item>
 std::vector<Item> property(::Display* connection, ::Window window, const char* name) {
     Atom type = None;
@@ -157,7 +157,7 @@ bool Window::isActive() const {
     ::Window focused = None;
     int revert = 0;
     XGetInputFocus(connection, &focused, &revert);
-    // The focus may be on a child of the toolkit's own.
+    // A child window that belongs to the toolkit may have the focus.
     while (focused > PointerRoot && focused != id_) {
         ::Window root = None;
         ::Window parent = None;
@@ -202,7 +202,7 @@ void Window::minimise() const {
 }
 
 void Window::activate() const {
-    // Source 2: a pager, whose wishes window managers don't doubt.
+    // Source 2 is a pager. Window managers trust its requests.
     tellRoot(*display_, id_, "_NET_ACTIVE_WINDOW", 2, CurrentTime);
 }
 
@@ -301,7 +301,7 @@ void WindowHistory::read() const {
         } else if (event.type == ConfigureNotify && event.xconfigure.send_event != 0) {
             places_.push_back({event.xconfigure.x, event.xconfigure.y});
         } else if (event.type == ConfigureNotify) {
-            // The server counts from the frame where there is one.
+            // The server's coordinates are relative to the frame if there is a frame.
             ::Window root = None;
             ::Window parent = None;
             ::Window* children = nullptr;

@@ -1,4 +1,4 @@
-// Other programs' windows, seen from outside as a window manager or taskbar sees them.
+// Other programs' windows, seen from outside as a window manager or a taskbar sees them.
 #pragma once
 
 #include "tests/support/display.h"
@@ -10,9 +10,9 @@
 
 namespace support {
 
-/// One window of a client. Rules
-///  * The window may go at any time; answers are then empty or False.
-///  * The Display must outlive it.
+/// A window of a client. Rules
+///  * The window may disappear at any time. Answers are then empty or false.
+///  * The Display must outlive this object.
 class Window {
 public:
     using Id = unsigned long;
@@ -20,40 +20,40 @@ public:
     Window(const Display& display, Id id) : display_(&display), id_(id) {}
 
     [[nodiscard]] Id id() const { return id_; }
-    /// UTF-8, from _NET_WM_NAME, else WM_NAME.
+    /// In UTF-8, from _NET_WM_NAME or else from WM_NAME.
     [[nodiscard]] std::string title() const;
-    /// The class part of WM_CLASS.
+    /// Returns the class part of WM_CLASS.
     [[nodiscard]] std::string className() const;
-    /// The process that it says it belongs to, 0 when it doesn't say.
+    /// Returns the process that the window names as its owner, or 0 when it names none.
     [[nodiscard]] pid_t pid() const;
     [[nodiscard]] const Display& display() const { return *display_; }
 
-    /// The client area on the screen.
+    /// Returns the client area on the screen.
     [[nodiscard]] Rectangle place() const;
     [[nodiscard]] bool exists() const;
-    /// Mapped, with all that it lies in.
+    /// Whether the window and all its parents are mapped.
     [[nodiscard]] bool isShown() const;
-    /// WM_STATE is iconic.
+    /// Whether WM_STATE is iconic.
     [[nodiscard]] bool isMinimised() const;
-    /// Past the window manager: no frame, no taskbar entry.
+    /// Whether the window bypasses the window manager: it then has no frame and no taskbar entry.
     [[nodiscard]] bool isUnmanaged() const;
-    /// A frame drawn by the window manager: left, right, top, bottom widths are not all 0.
+    /// Whether the window manager draws a frame, so that not all frame extents are 0.
     [[nodiscard]] bool hasFrame() const;
-    /// Whether _NET_WM_STATE holds an atom, such as "_NET_WM_STATE_ABOVE".
+    /// Whether _NET_WM_STATE contains an atom, such as "_NET_WM_STATE_ABOVE".
     [[nodiscard]] bool hasState(const char* atom) const;
     [[nodiscard]] bool isActive() const;
 
-    /// What it is seen through, and what it takes clicks in, relative to its client area.
+    /// Return the visible area and the area that takes clicks, relative to the client area.
     [[nodiscard]] std::vector<Rectangle> boundingShape() const;
     [[nodiscard]] std::vector<Rectangle> inputShape() const;
 
-    /// As the frame's close button does: WM_DELETE_WINDOW.
+    /// Sends WM_DELETE_WINDOW, as the frame's close button does.
     void requestClose() const;
-    /// As the frame's minimise button does.
+    /// Minimises the window, as the frame's minimise button does.
     void minimise() const;
-    /// As a taskbar does: restored if minimised, raised, given the keyboard.
+    /// Restores, raises and focuses the window, as a taskbar does.
     void activate() const;
-    /// Gives it the keyboard without a window manager.
+    /// Focuses the window without a window manager.
     void focus() const;
     void moveTo(Point place) const;
     void raise() const;
@@ -65,58 +65,58 @@ private:
     Id id_;
 };
 
-/// All windows below the root that have a title, in stacking order from below, whether shown or
-/// not.
+/// Returns all windows that have a title, shown or not, in stacking order from the bottom.
 std::vector<Window> titledWindows(const Display& display);
 
-/// The first of titledWindows for which the condition holds.
+/// Returns the first of titledWindows() for which the condition holds.
 std::optional<Window> findWindow(const Display& display,
                                  const std::function<bool(const Window&)>& condition);
 
-/// The windows that the window manager lists, oldest first (_NET_CLIENT_LIST).
+/// Returns the windows that the window manager lists in _NET_CLIENT_LIST, oldest first.
 std::vector<Window> managedWindows(const Display& display);
 
-/// The shown window with this title, waited for.
+/// Waits until a window with this title is shown.
 std::optional<Window> waitForWindow(const Display& display, const std::string& title,
                                     std::chrono::milliseconds limit = std::chrono::seconds(20));
 
-/// What happens to a window from now on.
+/// Records what happens to a window.
 class WindowHistory {
 public:
-    /// The window's Display must outlive it.
+    /// The window's Display must outlive this object.
     explicit WindowHistory(const Window& window);
     WindowHistory(const WindowHistory&) = delete;
     WindowHistory& operator=(const WindowHistory&) = delete;
     ~WindowHistory();
 
     [[nodiscard]] int timesHidden() const;
-    /// Where it has been put since, in order, on the screen.
+    /// Returns the window's places on the screen since then, in order.
     [[nodiscard]] std::vector<Point> places() const;
 
 private:
     void read() const;
 
-    ::_XDisplay* connection_; ///< of its own, so that events can wait in it
+    ::_XDisplay* connection_; ///< a connection of its own, which queues the events
     Window::Id id_;
     mutable int timesHidden_ = 0;
     mutable std::vector<Point> places_;
 };
 
-/// A window of the test's own, of one colour, that records the clicks it gets.
+/// A window of the test with a single colour. It records the clicks it gets.
 class PlainWindow {
 public:
     enum class Kind {
-        backdrop, ///< unmanaged, beneath all others
-        ordinary, ///< an ordinary program's window, managed
+        backdrop, ///< unmanaged, beneath all other windows
+        ordinary, ///< managed, like an ordinary program's window
     };
     struct Click {
         Point place; ///< on the screen
         int button = 0;
-        bool pressed = false; ///< else released
+        bool pressed = false; ///< false for a release
         friend bool operator==(const Click&, const Click&) = default;
     };
 
-    /// Shown when the constructor returns; an ordinary window also where the window manager put it.
+    /// The window is shown when the constructor returns. An ordinary window is also where the
+    /// window manager has put it.
     PlainWindow(const Display& display, const Rectangle& place, std::uint32_t colour,
                 Kind kind = Kind::backdrop);
     PlainWindow(const PlainWindow&) = delete;
@@ -124,7 +124,7 @@ public:
     ~PlainWindow();
 
     [[nodiscard]] const Window& window() const { return window_; }
-    /// All clicks since the last call.
+    /// Returns all clicks since the last call.
     std::vector<Click> takeClicks();
 
 private:

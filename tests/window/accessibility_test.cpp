@@ -33,7 +33,7 @@ TEST_F(Accessibility, AButtonHasItsToolTipAndCanBePressed) {
     EXPECT_EQ(engine().playState(), PlayState::paused);
 }
 
-TEST_F(Accessibility, ADisabledButtonSaysSoAndCannotBePressed) {
+TEST_F(Accessibility, ADisabledButtonReportsItAndCannotBePressed) {
     QAccessibleInterface& play = of(player().imgButtons[2]);
     EXPECT_TRUE(play.state().disabled);
     EXPECT_FALSE(
@@ -51,7 +51,7 @@ TEST_F(Accessibility, TheLogoOpensAFile) {
     EXPECT_EQ(dialog().shown, 1);
 }
 
-TEST_F(Accessibility, TheLoudspeakerSaysTheVolumeAndRaisesIt) {
+TEST_F(Accessibility, TheLoudspeakerReportsTheVolumeAndRaisesIt) {
     EXPECT_EQ(of(player().imgVolume).role(), QAccessible::PushButton);
     EXPECT_EQ(name(player().imgVolume), "50% hlasitost");
     of(player().imgVolume).actionInterface()->doAction(QAccessibleActionInterface::pressAction());

@@ -1,4 +1,4 @@
-// The real dialog and the real message boxes, answered by a user who looks at them first.
+// The real dialog and the real message boxes. Each test looks at the box and then closes it.
 
 #include "tests/window/player_test.h"
 
@@ -26,7 +26,7 @@ class Boxes : public PlayerTest {
 protected:
     void SetUp() override { start(); }
 
-    /// Runs a function as soon as a modal window is on the screen, and closes it afterwards.
+    /// Runs a function when a modal window appears, and closes the window afterwards.
     template<class Window>
     void whenShown(std::function<void(Window&)> look) {
         poll_.disconnect();
@@ -79,7 +79,7 @@ TEST_F(Boxes, AMessageBoxIsPlainTextWithOneButton) {
     EXPECT_EQ(seen(), 2);
 }
 
-TEST_F(Boxes, TheTimerGoesOnBehindABox) {
+TEST_F(Boxes, TheTimerGoesOnWhileABoxIsOpen) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
     const float before = player().picDisplay.Left();
@@ -90,7 +90,7 @@ TEST_F(Boxes, TheTimerGoesOnBehindABox) {
     EXPECT_EQ(seen(), 1);
 }
 
-TEST_F(Boxes, ABoxEndsWithTheProgram) {
+TEST_F(Boxes, ABoxClosesWithTheProgram) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
     bool returned = false;
@@ -129,7 +129,7 @@ TEST_F(Boxes, TheTextCanBeSelectedAndKeepsItsLinesAndTabs) {
         EXPECT_TRUE(text.isReadOnly());
         EXPECT_TRUE(text.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
         EXPECT_TRUE(text.textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard));
-        // Both tabbed texts begin at the same place.
+        // Both texts behind tabs begin at the same place.
         const auto placeOf = [&](int block, const char* part) {
             const QTextBlock line = text.document()->findBlockByNumber(block);
             return line.layout()->lineAt(0).cursorToX(
@@ -164,7 +164,7 @@ TEST_F(Boxes, NoTextMakesABoxLargerThanTheScreen) {
             EXPECT_TRUE(button->isVisible());
             EXPECT_TRUE(
                 box.rect().contains(QRect(button->mapTo(&box, QPoint(0, 0)), button->size())));
-            // All of the text can be reached: it is no wider than its view, and scrolls down.
+            // The user can reach all of the text: it is no wider than its view, and scrolls down.
             const QTextEdit& shown = textOf(box);
             for (QTextBlock line = shown.document()->begin(); line.isValid(); line = line.next()) {
                 for (int i = 0; i < line.layout()->lineCount(); ++i) {
@@ -190,7 +190,7 @@ protected:
         dialog_.Flags = CommonDialog::fileMustExist | CommonDialog::hideReadOnly;
     }
 
-    /// The folder that the dialog opens in.
+    /// Returns the folder that the dialog opens in.
     QString folderFor(const std::string& initDir) {
         QString folder;
         dialog_.InitDir = initDir;
@@ -219,7 +219,7 @@ TEST_F(Dialog, AsksForOneExistingFile) {
     EXPECT_EQ(seen(), 1);
 }
 
-TEST_F(Dialog, SpeaksCzechWhereTheToolkitCan) {
+TEST_F(Dialog, HasCzechButtons) {
     whenShown<QFileDialog>([](QFileDialog& shown) {
         auto* cancel = shown.findChild<QPushButton*>();
         ASSERT_NE(cancel, nullptr);
@@ -232,19 +232,19 @@ TEST_F(Dialog, SpeaksCzechWhereTheToolkitCan) {
     EXPECT_EQ(dialog_.ShowOpen(), std::nullopt);
 }
 
-TEST_F(Dialog, OpensInAFolderThatIsNamed) {
+TEST_F(Dialog, OpensInTheGivenFolder) {
     const QTemporaryDir folder;
     EXPECT_EQ(folderFor(folder.path().toStdString()), QDir(folder.path()).canonicalPath());
 }
 
-TEST_F(Dialog, OpensWhereTheNamedFileIs) {
+TEST_F(Dialog, OpensInTheFolderOfTheGivenFile) {
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("a.mp3")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     EXPECT_EQ(folderFor(file.fileName().toStdString()), QDir(folder.path()).canonicalPath());
 }
 
-TEST_F(Dialog, OpensAmongTheMusicWhereNoFolderIsNamed) {
+TEST_F(Dialog, OpensInTheMusicFolderWithoutAGivenFolder) {
     const QDir home = QDir::home();
     const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
     for (const char* nothing : {"/h", "C:", "", "/no/such/folder"}) {

@@ -16,7 +16,7 @@ protected:
     }
 
     Image& button(std::size_t index) { return player().imgButtons[index]; }
-    /// Whether the mark and its tooltip are those of a button.
+    /// Whether the mark and its tooltip belong to a button.
     bool marks(std::size_t index) {
         return shows(player().imgDisplay_Mark, index + 22) &&
                player().imgDisplay_Mark.ToolTipText() == button(index).ToolTipText();
@@ -51,7 +51,7 @@ TEST_F(ButtonStrip, TheTilesHaveTheirPicturesToo) {
         EXPECT_TRUE(shows(button(i), i + 8));
         press(button(i));
         EXPECT_TRUE(shows(button(i), i + 15));
-        player().gClickArmed = false; // the release is not to end the program here
+        player().gClickArmed = false; // so that the release doesn't end the program
         release(button(i));
         moveOverBody();
     }
@@ -104,7 +104,7 @@ TEST_F(ButtonStrip, FastForwardFillsTheBarAndStops) {
     EXPECT_TRUE(marks(4));
 }
 
-TEST_F(ButtonStrip, PlayWithAFullBarEmptiesItFirst) {
+TEST_F(ButtonStrip, PlayEmptiesAFullBarFirst) {
     click(button(4));
     engine().During = [this](const std::string& call) {
         if (call == "play") {
@@ -138,13 +138,13 @@ TEST_F(ButtonStrip, TheCommandFiresWhereverThePointerIsAtTheRelease) {
     EXPECT_TRUE(marks(3));
 }
 
-TEST_F(ButtonStrip, AHeldButtonKeepsEveryPictureAsItIs) {
+TEST_F(ButtonStrip, HoldingAButtonKeepsAllPictures) {
     moveOver(button(1));
     ASSERT_EQ(player().gHoverIndex, 1);
     press(button(1));
     moveOver(button(0), {5, 5});
     moveOverBody();
-    // Straight at the handlers too: a captured pointer sends them nothing.
+    // Called directly, because a captured pointer sends the handlers nothing.
     player().imgButtons[0].MouseMove({});
     player().MouseMove({});
     EXPECT_EQ(player().gHoverIndex, 1);
@@ -207,7 +207,7 @@ TEST_F(ButtonStrip, ADisabledButtonDoesNothing) {
     EXPECT_TRUE(player().imgDisplay_Mark.ShownPicture() == mark);
 }
 
-TEST_F(ButtonStrip, AButtonDisabledWhileItIsHeldDoesNothingAndLetsGo) {
+TEST_F(ButtonStrip, AButtonDisabledWhileHeldDoesNothingOnRelease) {
     press(button(3));
     player().ShowPlayback(false);
     engine().calls.clear();
@@ -250,12 +250,13 @@ TEST_F(ButtonStrip, ALeftClickOnTheLogoOpensAFile) {
     EXPECT_FALSE(player().gClickArmed);
 }
 
-TEST_F(ButtonStrip, OtherButtonsOnTheLogoOpenNothingButArm) {
+TEST_F(ButtonStrip, OtherButtonsArmTheLogoButOpenNothing) {
     click(player().imgLogo, Qt::RightButton);
     click(player().imgLogo, Qt::MiddleButton);
     EXPECT_EQ(dialog().shown, 1);
     EXPECT_TRUE(player().gClickArmed);
-    // A left release without a left press of its own uses what the right press armed.
+    // A left release without a left press of its own uses the state that the right press left
+    // armed.
     player().imgLogo.MouseUp({.Button = 1});
     EXPECT_EQ(dialog().shown, 2);
     EXPECT_FALSE(player().gClickArmed);

@@ -15,7 +15,7 @@
 namespace zvonivec {
 namespace {
 
-/// The real window as a ground to try controls on.
+/// Tests controls in the real window.
 class Controls : public PlayerTest {
 protected:
     void SetUp() override {
@@ -24,14 +24,14 @@ protected:
         player().picDisplay.setLeft(0);
     }
 
-    /// What a label shows that has this caption.
+    /// Returns the picture of a label with this caption.
     QImage drawn(const std::string& caption) {
         player().lblStatus.setCaption(caption);
         return pictureOf(*widgetOf(window(), player().lblStatus));
     }
 };
 
-TEST_F(Controls, EveryControlHasItsNameInTheProgram) {
+TEST_F(Controls, EveryWidgetHasTheNameOfItsControl) {
     for (const char* name : {"picBGround", "picDisplay", "lbl_Info", "lbl_Info_SH", "PB",
                              "imgVolume", "lblStatus", "imgLogo", "imgDisplay_Mark", "imgButtons_0",
                              "imgButtons_3", "imgButtons_6", "lblTime_0", "lblTime_1"}) {
@@ -87,7 +87,7 @@ TEST_F(Controls, ALabelSizesItselfToItsCaption) {
     EXPECT_EQ(player().lblStatus.Left(), 1665);
 }
 
-TEST_F(Controls, AnItalicTailOrDescenderIsNotCutOff) {
+TEST_F(Controls, DescendersAreNotCutOff) {
     const QFontMetrics metrics(formFont(true));
     EXPECT_LE(metrics.ascent() + metrics.descent(), 13);
 }
@@ -191,7 +191,7 @@ TEST_F(Controls, ADisabledControlTakesNoPointerEventsAndPassesNoneOn) {
     EXPECT_EQ(events, 0);
 }
 
-TEST_F(Controls, APressOnOneControlIsNoPressOnItsContainer) {
+TEST_F(Controls, APressOnAControlIsNoPressOnItsContainer) {
     int body = 0;
     player().MouseDown = [&](const MouseArgs&) { ++body; };
     player().MouseUp = [&](const MouseArgs&) { ++body; };
@@ -275,7 +275,7 @@ TEST_F(Controls, ABarFillsFromTheLeft) {
     EXPECT_NEAR(pixelsUnlikeEmpty(100), 256, 1);
 }
 
-TEST_F(Controls, ACheckBoxRefusesOtherValuesThanItsThree) {
+TEST_F(Controls, ACheckBoxRefusesAllButItsThreeValues) {
     CheckBox& box = player().Popup().chkPopup[popupRepeat];
     int clicks = 0;
     box.Click = [&] { ++clicks; };
@@ -294,7 +294,7 @@ TEST_F(Controls, ACheckBoxRefusesOtherValuesThanItsThree) {
     EXPECT_EQ(clicks, 2);
 }
 
-TEST_F(Controls, APlaceThatIsNoNumberIsRefused) {
+TEST_F(Controls, InvalidPlacesAndSizesAreRefused) {
     player().picDisplay.setLeft(30);
     player().picDisplay.setLeft(std::numeric_limits<float>::quiet_NaN());
     EXPECT_EQ(player().picDisplay.Left(), 30);
@@ -302,7 +302,7 @@ TEST_F(Controls, APlaceThatIsNoNumberIsRefused) {
     EXPECT_GT(player().picDisplay.Width(), 0);
 }
 
-TEST_F(Controls, ThePopupHoldsItsTexts) {
+TEST_F(Controls, ThePopupShowsItsTexts) {
     const char* const captions[POPUP_ITEM_COUNT] = {
         " Otevřít...",
         " Vlastnosti",

@@ -1,4 +1,4 @@
-// Dragging the window, and the clicks that open the menu or don't.
+// Dragging the window, and clicks that open the menu or leave it closed.
 
 #include "tests/window/input.h"
 #include "tests/window/player_test.h"
@@ -12,31 +12,33 @@ class Dragging : public PlayerTest {
 protected:
     void SetUp() override {
         start();
-        open("a.mp3"); // so that every control is shown
+        open("a.mp3"); // so that every control is visible
         player().picDisplay.setLeft(0);
         player().Timer1.setEnabled(false);
-        // A window manager that places it late would move it in the middle of a drag.
+        // A window manager that places the window late would move it during a drag.
         ASSERT_TRUE(serveUntil([this] { return window().windowHandle()->isExposed(); }));
-        // At once: of two steps the server would tell of the first when the second is done.
+        // Moved in one step. After two steps the server could report the first when the second is
+        // already done.
         window().move(300, 200);
         ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(300, 200); }));
     }
 
-    /// Presses a button on a control, goes some way and releases; the way that the window went.
+    /// Presses a button on a control, moves the pointer and releases. Returns the distance that the
+    /// window has moved.
     QPoint drag(const Control& control, Qt::MouseButton button) {
         const QPoint before = window().pos();
         const QPoint from = pointIn(control);
         QWindow& handle = *window().windowHandle();
         input::press(handle, button, from);
         for (const QPoint step : {QPoint(5, 0), QPoint(20, 30)}) {
-            // Counted from the window, which has come along.
+            // Relative to the window, which has moved with the pointer.
             input::move(handle, from + step - (window().pos() - before));
         }
         input::release(handle, button, from + QPoint(20, 30) - (window().pos() - before));
         return window().pos() - before;
     }
 
-    /// A point where nothing lies above the control.
+    /// Returns a point of the control that nothing covers.
     QPoint pointIn(const Control& control) {
         if (&control == &player()) {
             return {30, 200};
@@ -75,7 +77,7 @@ TEST_F(Dragging, NothingElseOpensTheMenu) {
         click(*other, Qt::RightButton);
         EXPECT_FALSE(popup().Visible()) << other->Name();
     }
-    EXPECT_EQ(engine().settings().volume(), 30); // by two of them
+    EXPECT_EQ(engine().settings().volume(), 30); // lblStatus and imgVolume each lower it
 }
 
 TEST_F(Dragging, TimesAndMarkDoNothing) {

@@ -1,5 +1,5 @@
-// What the controls draw by themselves: the bar, the edge of a panel, and pictures as sharp as the
-// screen.
+// What controls draw themselves: the bar, the edge of a panel, and pictures in the screen's
+// resolution.
 #include "controls/CheckBox.h"
 #include "controls/Form.h"
 #include "controls/Label.h"
@@ -21,7 +21,7 @@ public:
     TestForm() : Form("testForm", Kind::main, 300, 300) {}
 };
 
-/// A widget's picture on a screen with so many pixels to a logical one.
+/// Returns a widget's picture on a screen with this number of device pixels to a logical pixel.
 QImage pictureAt(QWidget& widget, double ratio) {
     QImage image(widget.size() * ratio, QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
@@ -42,7 +42,7 @@ protected:
         return pictureOf(*widgetOf(window(), player().PB));
     }
 
-    /// Columns of the bar that are lit: far brighter than the empty track.
+    /// Returns the number of the bar's lit columns, which are far brighter than the empty track.
     static int litColumns(const QImage& bar) {
         int last = 0;
         for (int x = 0; x < bar.width(); ++x) {
@@ -59,7 +59,7 @@ TEST_F(Drawing, TheBarIsLitUpToItsValue) {
     EXPECT_EQ(litColumns(barAt(100)), 257);
 }
 
-TEST_F(Drawing, TheBarShowsWhereThePlayingIsAlsoBetweenSegments) {
+TEST_F(Drawing, TheBarShowsThePositionEvenBetweenSegments) {
     for (int column = 2; column <= 257; ++column) {
         const QImage bar = barAt(static_cast<float>(column) * 100 / 257);
         EXPECT_EQ(litColumns(bar), column);
@@ -67,7 +67,7 @@ TEST_F(Drawing, TheBarShowsWhereThePlayingIsAlsoBetweenSegments) {
     }
 }
 
-TEST_F(Drawing, TheEmptyBarIsDarkAndInSegments) {
+TEST_F(Drawing, TheEmptyBarIsDarkAndSegmented) {
     const QImage bar = barAt(0);
     int gaps = 0;
     for (int x = 0; x < 256; ++x) {
@@ -167,7 +167,7 @@ TEST(WideTexts, OfTheRightWidthAreDrawnAsTheyAre) {
 
 // --- Pictures by the screen's resolution --------------------------------------------------------
 
-TEST(PictureResolution, TheNextHigherDrawingIsTakenAndFitted) {
+TEST(PictureResolution, TheNextHigherDrawingIsScaledDown) {
     const Picture button(skin::LIST_PICTURES[2].file);
     const Picture body(skin::BODY_PICTURE.file);
     const struct {
@@ -179,19 +179,19 @@ TEST(PictureResolution, TheNextHigherDrawingIsTakenAndFitted) {
         {1, 1, {31, 31}, {337, 336}},     {1.25, 1.25, {39, 39}, {421, 420}},
         {1.5, 1.5, {47, 47}, {506, 504}}, {2, 2, {62, 62}, {674, 672}},
         {2.5, 2.5, {78, 78}, {843, 840}}, {3, 3, {93, 93}, {1011, 1008}},
-        {4, 3, {93, 93}, {1011, 1008}}, // drawn larger by the painter
+        {4, 3, {93, 93}, {1011, 1008}}, // the painter enlarges it
     };
     for (const auto& row : expected) {
         EXPECT_EQ(pixmapOf(button, row.screen).size(), row.button) << row.screen;
         EXPECT_EQ(pixmapOf(body, row.screen).size(), row.body) << row.screen;
         EXPECT_EQ(pixmapOf(body, row.screen).devicePixelRatio(), row.shown);
     }
-    // The layout knows logical pixels alone.
+    // The layout uses logical pixels only.
     EXPECT_EQ(button.width(), 31);
     EXPECT_EQ(button.height(), 31);
 }
 
-TEST(PictureResolution, OnePixelToOneShowsThePlainFileAsItIs) {
+TEST(PictureResolution, AtOnePixelToOneThePlainFileIsShownUnchanged) {
     for (const skin::ListPicture& picture : skin::LIST_PICTURES) {
         const QString file =
             ":/skin/" + QString::fromUtf8(picture.file.data(), qsizetype(picture.file.size()));
@@ -200,7 +200,7 @@ TEST(PictureResolution, OnePixelToOneShowsThePlainFileAsItIs) {
     }
 }
 
-TEST(PictureResolution, EveryPictureIsSharpAtTwo) {
+TEST(PictureResolution, EveryPictureIsSharpAtTwoPixelsToOne) {
     for (const skin::SheetPlace& place : skin::SHEET_PLACES) {
         const QPixmap pixmap = pixmapOf(Picture(place.picture.file), 2);
         EXPECT_EQ(pixmap.devicePixelRatio(), 2) << place.picture.file;

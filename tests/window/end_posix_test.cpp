@@ -1,4 +1,4 @@
-// How the system ends a program: by signals.
+// The system ends the program by signals.
 #include "platform/end_requests.h"
 #include "tests/window/end_test.h"
 
@@ -12,7 +12,7 @@ class EndBySignal : public EndTest, public testing::WithParamInterface<int> {};
 TEST_P(EndBySignal, EndsAsTheCloseButtonDoes) {
     const EndRequests requests([this] { player().CloseApplication(); });
     raise(GetParam());
-    EXPECT_TRUE(player().Loaded()); // the handler itself only takes note
+    EXPECT_TRUE(player().Loaded()); // the signal handler only records the signal
     expectEnded();
 }
 

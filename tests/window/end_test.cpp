@@ -16,7 +16,7 @@ TEST_F(End, ByTheCloseButton) {
 TEST_F(End, ThePopupGoesFirst) {
     bool popupGone = false;
     engine().During = [&](const std::string& call) {
-        if (call == "setURL ") { // the main window silences the engine as it goes
+        if (call == "setURL ") { // the main window silences the engine when it unloads
             popupGone = !player().Popup().Loaded();
         }
     };
@@ -35,13 +35,13 @@ TEST_F(End, ByTheSession) {
     expectEnded();
 }
 
-TEST_F(End, TwiceIsOnce) {
+TEST_F(End, EndingTwiceEndsOnce) {
     player().CloseApplication();
     player().CloseApplication();
     EXPECT_EQ(engine().count("setURL "), 1);
 }
 
-TEST_F(End, AClosedProgramPlaysNothingMore) {
+TEST_F(End, AClosedProgramPlaysNothing) {
     player().CloseApplication();
     engine().calls.clear();
     player().OpenMp3File();
@@ -52,7 +52,7 @@ TEST_F(End, AClosedProgramPlaysNothingMore) {
     EXPECT_FALSE(player().Visible());
 }
 
-TEST_F(End, ThePopupAloneIsNotTheProgram) {
+TEST_F(End, ClosingThePopupAloneDoesNothing) {
     QWidget::find(player().Popup().hWnd())->close();
     EXPECT_TRUE(player().Popup().Loaded());
     EXPECT_TRUE(player().Loaded());

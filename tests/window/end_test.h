@@ -1,4 +1,4 @@
-// A player with a file, which is ended in one way or another.
+// A player with an open file that a test ends in some way.
 #pragma once
 
 #include "tests/window/player_test.h"
@@ -11,7 +11,7 @@ protected:
         start();
         open("a.mp3");
     }
-    /// Ended as the close button does: in the end both windows are unloaded and nothing plays.
+    /// Expects the end that the close button causes: both windows are unloaded and nothing plays.
     void expectEnded() {
         EXPECT_TRUE(serveUntil([this] { return !player().Loaded(); }));
         EXPECT_FALSE(player().Popup().Loaded());

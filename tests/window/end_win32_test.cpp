@@ -1,4 +1,4 @@
-// How the system ends a program: by the session's messages.
+// The system ends the program by messages of the session.
 #include "platform/end_requests.h"
 #include "tests/window/end_test.h"
 
@@ -9,7 +9,7 @@ namespace {
 
 using EndBySession = EndTest;
 
-TEST_F(EndBySession, IsAgreedToAndEndsBeforeTheAnswer) {
+TEST_F(EndBySession, IsAcceptedAndUnloadsTheWindowsBeforeTheAnswer) {
     const EndRequests requests([this] { player().CloseApplication(); });
     const auto tell = [this](UINT message, bool ends) {
         return SendMessageW(reinterpret_cast<HWND>(player().hWnd()), message, ends ? TRUE : FALSE,
@@ -17,10 +17,10 @@ TEST_F(EndBySession, IsAgreedToAndEndsBeforeTheAnswer) {
     };
     EXPECT_NE(tell(WM_QUERYENDSESSION, false), FALSE);
     EXPECT_TRUE(player().Loaded());
-    tell(WM_ENDSESSION, false); // another program has said no
+    tell(WM_ENDSESSION, false); // another program has refused
     EXPECT_TRUE(player().Loaded());
     tell(WM_ENDSESSION, true);
-    EXPECT_FALSE(player().Loaded()); // the process may be killed now
+    EXPECT_FALSE(player().Loaded()); // the process may be killed from here on
     expectEnded();
 }
 

@@ -75,7 +75,7 @@ TEST_F(Information, TheBoxesHaveTheirTitlesAndTheInformationIcon) {
     EXPECT_EQ(boxes().boxes[1].style, 64);
 }
 
-TEST_F(Information, AboutNamesToolsDrawingAndAddresses) {
+TEST_F(Information, TheAboutBoxNamesToolsGraphicsAndAddresses) {
     player().ShowAboutBox();
     const std::string text = boxes().boxes.at(0).text;
     const std::size_t drawing = text.find("\r\n\r\n");

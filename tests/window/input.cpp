@@ -6,8 +6,8 @@
 #include <QWindow>
 #include <qtguiglobal.h>
 
-// The toolkit's own entries for tests. The library that has them in its headers isn't built for
-// every system.
+// The toolkit's own functions for tests. The library that declares them isn't built for every
+// system.
 Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
                                       Qt::MouseButtons state, Qt::MouseButton button,
                                       QEvent::Type type, Qt::KeyboardModifiers modifiers,
@@ -21,12 +21,12 @@ namespace zvonivec::input {
 namespace {
 
 Qt::MouseButtons pressed;
-int now = 0; ///< milliseconds of a clock that goes with the events
+int now = 0; ///< milliseconds of a clock that the events advance
 
 void send(QWindow& window, QEvent::Type type, Qt::MouseButton button, QPoint place) {
-    constexpr int betweenClicks = 1000; // longer than any double click
+    constexpr int betweenClicks = 1000; // longer than any double click takes
     pressed.setFlag(button, type == QEvent::MouseButtonPress);
-    const QPointer<QWindow> target(&window); // may go while it is served
+    const QPointer<QWindow> target(&window); // may be deleted while it handles the event
     qt_handleMouseEvent(target, place, window.mapToGlobal(place), pressed, button, type, {}, ++now);
     now += type == QEvent::MouseButtonRelease ? betweenClicks : 0;
 }

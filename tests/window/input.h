@@ -1,4 +1,4 @@
-// The pointer and the keyboard, as the display back-end hands their events to the toolkit.
+// Events of the pointer and the keyboard, sent in the way of the display back-end.
 #pragma once
 
 #include <QPoint>
@@ -8,8 +8,8 @@ class QWindow;
 
 namespace zvonivec::input {
 
-// Places are in pixels from the window's upper left corner. Each call returns when the event, and
-// whatever else was waiting, has been served. Presses never count as the second of a double click.
+// Places are in pixels from the window's upper left corner. Each call returns when the event and
+// all other waiting events have been processed. Two presses never make a double click.
 
 void press(QWindow& window, Qt::MouseButton button, QPoint place);
 void release(QWindow& window, Qt::MouseButton button, QPoint place);

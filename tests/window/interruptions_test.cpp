@@ -1,4 +1,5 @@
-// A message pass inside a handler may bring any event. Here every event comes in every pass.
+// A handler that processes events may be interrupted by any event. Here each handler is interrupted
+// by each event, in each of its message passes.
 
 #include "tests/window/player_test.h"
 
@@ -12,7 +13,7 @@ struct Command {
     std::function<void(frmPlayer&)> run;
 };
 
-/// What the user or the engine starts, with all the message passes in it.
+/// Handlers that the user or the engine starts, with all their message passes.
 const Command HANDLERS[] = {
     {"Open", [](frmPlayer& player) { player.OpenMp3File(); }},
     {"ShowPlaying", [](frmPlayer& player) { player.ShowPlayback(true); }},
@@ -35,7 +36,7 @@ void clickButton(frmPlayer& player, std::int16_t index) {
     }
 }
 
-/// What may come in between.
+/// Events that may interrupt a handler.
 const Command EVENTS[] = {
     {"Close", [](frmPlayer& player) { player.CloseApplication(); }},
     {"CloseByWindowManager", [](frmPlayer& player) { QWidget::find(player.hWnd())->close(); }},
@@ -58,7 +59,7 @@ const Command EVENTS[] = {
     {"Minimise", [](frmPlayer& player) { player.setWindowState(Form::WindowState::minimised); }},
 };
 
-/// The engine's call after which the next message pass brings the event; empty: the first pass.
+/// The call after which the next message pass brings the event. Empty for the first pass.
 const char* const MOMENTS[] = {"",
                                "setURL b.mp3",
                                "getItemInfo Filetype",
@@ -70,7 +71,7 @@ const char* const MOMENTS[] = {"",
 
 class Interruption : public PlayerTest, public testing::WithParamInterface<Command> {
 protected:
-    /// Runs the handler with the event in the message pass that follows a moment.
+    /// Runs the handler and lets the event interrupt it in the message pass after a moment.
     void interrupt(const Command& handler, const Command& event, const std::string& moment) {
         open("a.mp3");
         player().Timer1.setEnabled(true);
@@ -104,7 +105,7 @@ protected:
         EXPECT_LE(dialog().shown - opened, 2);
     }
 
-    void expectSoundState() {
+    void expectConsistentState() {
         EXPECT_EQ(player().Timer1.Enabled(), player().Loaded());
         if (player().Loaded()) {
             expectLook(!engine().URL().empty());
@@ -116,14 +117,14 @@ protected:
     }
 };
 
-TEST_P(Interruption, LeavesASoundState) {
+TEST_P(Interruption, LeavesAConsistentState) {
     for (const Command& event : EVENTS) {
         for (const char* moment : MOMENTS) {
             SCOPED_TRACE(std::string(event.name) + " after " + moment);
             renew();
             player().Form_Load();
             interrupt(GetParam(), event, moment);
-            expectSoundState();
+            expectConsistentState();
         }
     }
 }
@@ -131,13 +132,13 @@ TEST_P(Interruption, LeavesASoundState) {
 INSTANTIATE_TEST_SUITE_P(Handlers, Interruption, testing::ValuesIn(HANDLERS),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-// --- What must come of some of them -----------------------------------------------------------
+// --- Results of certain interruptions ---------------------------------------------------------
 
 class Overtaken : public PlayerTest {
 protected:
     void SetUp() override { start(); }
 
-    /// Runs a function in the message pass that follows an engine call.
+    /// Runs a function in the message pass after a call of the engine.
     void after(const std::string& moment, std::function<void()> function) {
         engine().During = [moment, function, due = true](const std::string& call) mutable {
             if (due && call == moment) {
@@ -156,7 +157,7 @@ TEST_F(Overtaken, AFileThatFailsWhileItIsShownEndsIdleWithOneBox) {
     EXPECT_EQ(engine().playState(), PlayState::undefined);
 }
 
-TEST_F(Overtaken, AFileTakenAwayBeforeItsTypeIsKnownIsNotRefused) {
+TEST_F(Overtaken, AFileThatFailsBeforeItsTypeIsKnownIsNotRefused) {
     after("setURL a.mp3", [this] { engine().fail(); });
     open("a.mp3");
     ASSERT_EQ(boxes().boxes.size(), 1U);
@@ -178,7 +179,7 @@ TEST_F(Overtaken, ClosingWhileTheDialogIsOpenPlaysNothing) {
     EXPECT_EQ(engine().URL(), "");
 }
 
-TEST_F(Overtaken, ClosingWhileTheRefusalIsShownAsksNoMore) {
+TEST_F(Overtaken, ClosingWhileTheRefusalIsShownOpensNoDialog) {
     boxes().During = [this] { player().CloseApplication(); };
     dialog().answers = {"text.txt", "text.txt"};
     player().OpenMp3File();
@@ -195,7 +196,7 @@ TEST_F(Overtaken, ClosingWhileTheTrackIsShownPlaysNothing) {
     EXPECT_FALSE(player().Timer1.Enabled());
 }
 
-TEST_F(Overtaken, AnErrorOfAClosedProgramShowsNoBox) {
+TEST_F(Overtaken, AnErrorAfterTheEndShowsNoBox) {
     player().CloseApplication();
     engine().fail();
     EXPECT_TRUE(boxes().boxes.empty());

@@ -13,9 +13,9 @@ namespace {
 struct Place {
     const char* name;
     const char* container;
-    float left, top, width, height; // twips; width 0: sizes itself
+    float left, top, width, height; // twips; width 0: the control sizes itself
     const char* toolTip;
-    QRect pixels; // width 0: sizes itself
+    QRect pixels; // width 0: the control sizes itself
 };
 
 const Place PLACES[] = {
@@ -136,7 +136,7 @@ TEST_F(Layout, TheWelcomeTextIsClippedByTheDisplay) {
     player().Timer1.setEnabled(false);
     player().picDisplay.setLeft(0);
     const auto onScreen = [this] {
-        QCoreApplication::processEvents(); // what was painted reaches the screen
+        QCoreApplication::processEvents(); // brings the painting to the screen
         return QGuiApplication::primaryScreen()->grabWindow(window().winId()).toImage();
     };
     ASSERT_TRUE(serveUntil([this] { return window().windowHandle()->isExposed(); }));

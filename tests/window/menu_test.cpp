@@ -13,8 +13,8 @@ namespace zvonivec {
 namespace {
 
 constexpr std::int16_t SEPARATORS[] = {2, 3, 9};
-constexpr std::int16_t ITEMS_OF_A_FILE[] = {1, 4, 5, 6, 7, 8};
-constexpr std::int16_t ITEMS_ALWAYS_THERE[] = {0, 10, 11, 12, 13, 14};
+constexpr std::int16_t ITEMS_THAT_NEED_A_FILE[] = {1, 4, 5, 6, 7, 8};
+constexpr std::int16_t ITEMS_ALWAYS_AVAILABLE[] = {0, 10, 11, 12, 13, 14};
 
 class Menu : public PlayerTest {
 protected:
@@ -27,7 +27,7 @@ protected:
         player().ShowPopupMenu();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&popupWindow()));
     }
-    /// The controls that are lit; they have no other colour than the two.
+    /// Returns the names of the lit controls. All others must have the menu's colour.
     std::vector<std::string> lit() {
         std::vector<std::string> names;
         const auto look = [&](const Control& control) {
@@ -64,7 +64,7 @@ TEST_F(Menu, FitsAllItsTexts) {
     for (const Label& label : popup().lblPopup) {
         const QWidget& widget = widgetOfControl(label);
         if (label.Caption().starts_with("--")) {
-            continue; // a line that may be cut at both ends
+            continue; // a separator, which may be cut at both ends
         }
         EXPECT_LE(metrics.horizontalAdvance(QString::fromStdString(label.Caption())),
                   widget.width())
@@ -104,23 +104,23 @@ TEST_F(Menu, ASwitchLightsUpUnderThePointer) {
     EXPECT_EQ(lit(), Names{"lblPopup_13"});
 }
 
-TEST_F(Menu, SeparatorsAndDimmedItemsLeaveTheHighlightWhereItIs) {
+TEST_F(Menu, SeparatorsAndDimmedItemsKeepTheHighlight) {
     show();
     moveOver(item(14));
     for (const std::int16_t index : SEPARATORS) {
         moveOver(item(index));
         EXPECT_EQ(lit(), Names{"lblPopup_14"}) << index;
     }
-    for (const std::int16_t index : ITEMS_OF_A_FILE) {
+    for (const std::int16_t index : ITEMS_THAT_NEED_A_FILE) {
         moveOver(item(index));
         EXPECT_EQ(lit(), Names{"lblPopup_14"}) << index;
     }
 }
 
-TEST_F(Menu, ALitItemStaysUntouched) {
+TEST_F(Menu, MovingOverALitItemChangesNothing) {
     show();
     moveOver(item(0));
-    box(0).setBackColor(HIGHLIGHT_BACK_COLOR); // would go if the colours were set anew
+    box(0).setBackColor(HIGHLIGHT_BACK_COLOR); // would be lost if the colours were set again
     moveOver(item(0), {5, 5});
     EXPECT_EQ(lit(), (Names{"lblPopup_0", "chkPopup_0"}));
     item(1).setBackColor(HIGHLIGHT_BACK_COLOR);
@@ -138,10 +138,10 @@ TEST_F(Menu, SeparatorsDoNothing) {
     EXPECT_TRUE(engine().calls.empty());
 }
 
-TEST_F(Menu, ItemsOfAFileDoNothingWithoutOne) {
+TEST_F(Menu, ItemsThatNeedAFileDoNothingWithoutAFile) {
     show();
     engine().calls.clear();
-    for (const std::int16_t index : ITEMS_OF_A_FILE) {
+    for (const std::int16_t index : ITEMS_THAT_NEED_A_FILE) {
         click(item(index));
         EXPECT_TRUE(popup().Visible()) << index;
         EXPECT_FALSE(player().gClickArmed);
@@ -150,12 +150,12 @@ TEST_F(Menu, ItemsOfAFileDoNothingWithoutOne) {
     EXPECT_TRUE(boxes().boxes.empty());
 }
 
-TEST_F(Menu, ItemsAreSeenDimmedAndStayEnabled) {
-    for (const std::int16_t index : ITEMS_OF_A_FILE) {
+TEST_F(Menu, ItemsThatNeedAFileAreDimmedButEnabled) {
+    for (const std::int16_t index : ITEMS_THAT_NEED_A_FILE) {
         EXPECT_TRUE(item(index).Enabled());
         EXPECT_EQ(item(index).ForeColor(), DISABLED_ITEM_COLOR);
     }
-    for (const std::int16_t index : ITEMS_ALWAYS_THERE) {
+    for (const std::int16_t index : ITEMS_ALWAYS_AVAILABLE) {
         EXPECT_EQ(item(index).ForeColor(), ENABLED_ITEM_COLOR);
     }
 }
@@ -171,7 +171,7 @@ TEST_F(Menu, OpenOpensAFile) {
     EXPECT_EQ(engine().playState(), PlayState::playing);
 }
 
-TEST_F(Menu, PropertiesShowsThemInABox) {
+TEST_F(Menu, PropertiesAreShownInABox) {
     open("a.mp3");
     show();
     boxes().During = [this] { EXPECT_FALSE(popup().Visible()); };
@@ -180,7 +180,7 @@ TEST_F(Menu, PropertiesShowsThemInABox) {
     EXPECT_EQ(boxes().boxes[0].text, player().BuildPropertiesText());
 }
 
-TEST_F(Menu, AboutShowsItsBox) {
+TEST_F(Menu, AboutShowsABox) {
     show();
     click(item(10));
     ASSERT_EQ(boxes().boxes.size(), 1U);
@@ -195,7 +195,7 @@ TEST_F(Menu, MinimiseMinimises) {
     EXPECT_TRUE(player().Loaded());
 }
 
-TEST_F(Menu, QuitEndsTheProgramThePopupFirst) {
+TEST_F(Menu, QuitEndsTheProgramAndUnloadsThePopupFirst) {
     open("a.mp3");
     show();
     bool popupGone = false;
@@ -301,7 +301,7 @@ TEST_F(Menu, TheRepeatSwitchCountsAtTheEndOfATrack) {
     EXPECT_EQ(engine().playState(), PlayState::playing);
 }
 
-TEST_F(Menu, HidingClearsTheHighlightAndLetsEventsPass) {
+TEST_F(Menu, HidingClearsTheHighlightAndProcessesEvents) {
     show();
     moveOver(item(0));
     bool passed = false;
@@ -322,7 +322,7 @@ TEST_F(Menu, EscapeHidesItFromEitherWindow) {
     EXPECT_TRUE(popup().Visible());
     input::key(*window().windowHandle(), Qt::Key_Escape);
     EXPECT_FALSE(popup().Visible());
-    input::key(*window().windowHandle(), Qt::Key_Escape); // without the menu, nothing
+    input::key(*window().windowHandle(), Qt::Key_Escape); // does nothing without the menu
     EXPECT_TRUE(player().Visible());
 }
 
@@ -336,10 +336,10 @@ TEST_F(Menu, IsUsedAgainAndAgain) {
     EXPECT_EQ(popup().hWnd(), handle);
 }
 
-TEST_F(Menu, AFileThatGoesWhileTheMenuClosesHasNoProperties) {
+TEST_F(Menu, PropertiesOfAFileThatFailsWhileTheMenuHidesAreNotShown) {
     open("a.mp3");
     show();
-    Application::post([this] { engine().fail(); }); // comes when the menu hides
+    Application::post([this] { engine().fail(); }); // runs while the menu hides
     popup().lblPopup_Click(1);
     ASSERT_EQ(boxes().boxes.size(), 1U); // the error's
     EXPECT_EQ(boxes().boxes[0].title, "Zvonivec MP3 Player 0.0.7");

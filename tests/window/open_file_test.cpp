@@ -49,7 +49,7 @@ TEST_F(OpenFile, CancellingWhileAFilePlaysChangesNothing) {
     expectLook(true);
 }
 
-TEST_F(OpenFile, RefusesAFileThatIsOnlyNamedMp3) {
+TEST_F(OpenFile, RefusesAFileThatIsMp3OnlyByName) {
     engine().tracks["fake.mp3"].attributes["Filetype"] = "wav";
     open("fake.mp3");
     ASSERT_EQ(boxes().boxes.size(), 1U);
@@ -96,7 +96,7 @@ TEST_F(OpenFile, AsksUntilTheFileIsAnMp3) {
     expectLook(true);
 }
 
-TEST_F(OpenFile, LetsEventsPassBeforeItAsksForTheType) {
+TEST_F(OpenFile, ProcessesEventsBeforeItAsksForTheType) {
     engine().tracks.try_emplace("a.mp3");
     engine().During = [this](const std::string& call) {
         if (call == "setURL a.mp3") {

@@ -16,7 +16,7 @@ protected:
     void repeat(int value) { player().Popup().chkPopup[popupRepeat].setValue(value); }
 };
 
-TEST_F(PlayEvents, TheEndWithRepeatStartsAgainAndLeavesTheDisplay) {
+TEST_F(PlayEvents, TheEndWithRepeatStartsAgainAndKeepsTheDisplay) {
     repeat(1);
     engine().reachEnd();
     EXPECT_EQ(engine().calls, std::vector<std::string>{"play"});

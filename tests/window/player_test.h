@@ -1,4 +1,4 @@
-// The real main window, with a scripted engine, dialog and message boxes behind it.
+// The real main window with a scripted engine, dialog and message boxes.
 #pragma once
 
 #include "main_window/frmPlayer.h"
@@ -18,21 +18,22 @@
 
 namespace zvonivec {
 
-/// Serves events until a condition holds; False when it hasn't after some seconds.
+/// Processes events until a condition holds. Returns false when it doesn't hold within some
+/// seconds.
 bool serveUntil(const std::function<bool()>& condition);
 
-/// The Qt widget of a control.
+/// Returns the Qt widget of a control, or null when the control isn't in the window.
 QWidget* widgetOf(const QWidget& window, const Control& control);
 
-/// What of a window the system lets be seen.
+/// Returns the visible area of a window.
 QRegion outlineOf(const QWidget& window);
 
-/// What a part of the window shows, in pixels.
+/// Returns the picture of a widget, in pixels.
 QImage pictureOf(QWidget& widget);
 
 class FakeDialog : public CommonDialog {
 public:
-    std::deque<std::optional<std::string>> answers; ///< an empty queue cancels
+    std::deque<std::optional<std::string>> answers; ///< an empty queue cancels the dialog
     int shown = 0;
     std::function<void()> During;
 
@@ -59,16 +60,16 @@ protected:
     PlayerTest();
     ~PlayerTest() override;
 
-    /// Throws the window away and makes a new one, as if the program were started again.
+    /// Replaces the window by a new one, as if the program were started again.
     void renew();
-    /// The folder that the program takes for its own.
+    /// Returns the program's folder.
     [[nodiscard]] const std::string& programFolder() const { return folder_.path(); }
     /// Loads the window, as the program's start does.
     void start();
     /// Opens a file that the engine knows, as a click on the logo does.
     void open(const std::string& path);
 
-    // The pointer, at places in pixels from the control's upper left corner.
+    // Pointer events. Places are in pixels from the control's upper left corner.
     void press(const Control& control, Qt::MouseButton button = Qt::LeftButton,
                QPoint place = {2, 2});
     void release(const Control& control, Qt::MouseButton button = Qt::LeftButton,
@@ -76,15 +77,15 @@ protected:
     void click(const Control& control, Qt::MouseButton button = Qt::LeftButton,
                QPoint place = {2, 2});
     void moveOver(const Control& control, QPoint place = {2, 2});
-    /// A place of the window that no control covers.
+    /// Moves the pointer to a place that no control covers.
     void moveOverBody();
 
     [[nodiscard]] QWidget& window() const;
     [[nodiscard]] QWidget& popupWindow();
-    /// The widget of a control of either window.
+    /// Returns the widget of a control in either window.
     QWidget& widgetOfControl(const Control& control);
     [[nodiscard]] bool shows(const Image& image, std::size_t pictureNumber) const;
-    /// Checks that everything tells of the same look.
+    /// Checks that all controls have the playing look or the idle look.
     void expectLook(bool playing) const;
 
     frmPlayer& player() { return *player_; }

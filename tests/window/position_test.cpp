@@ -22,11 +22,11 @@ TEST_F(Position, TheStripMovesTwoPixelsATick) {
     EXPECT_EQ(player().picDisplay.Left(), 870);
 }
 
-TEST_F(Position, TheStripComesInAgainWhenItHasLeft) {
+TEST_F(Position, TheStripReturnsAfterItHasLeft) {
     const float width = player().picDisplay.Width();
     player().picDisplay.setLeft(-width + 30);
     player().Timer1.Tick();
-    EXPECT_EQ(player().picDisplay.Left(), -width); // its last pixel is just gone: not yet
+    EXPECT_EQ(player().picDisplay.Left(), -width); // its last pixel has just left the display
     player().Timer1.Tick();
     EXPECT_EQ(player().picDisplay.Left(), 2455 + 100);
 }
@@ -62,7 +62,7 @@ TEST_F(Position, WhilePausedOnlyTheStripMoves) {
     EXPECT_EQ(player().picDisplay.Left(), left - 30);
 }
 
-TEST_F(Position, AfterStopTheDisplayStaysAsTheCommandLeftIt) {
+TEST_F(Position, AfterStopATickKeepsTheDisplay) {
     openTrack(180);
     click(player().imgButtons[4]);
     engine().positionString = "00:00";
@@ -104,7 +104,7 @@ TEST_F(Position, AReleaseOfAnyButtonOnTheBarSeeks) {
     }
 }
 
-TEST_F(Position, AReleaseBesideTheBarSeeksPastTheTrack) {
+TEST_F(Position, AReleaseOutsideTheBarSeeksOutsideTheTrack) {
     openTrack(257);
     press(player().PB, Qt::LeftButton, {10, 5});
     release(player().PB, Qt::LeftButton, {-20, 5});
@@ -115,7 +115,7 @@ TEST_F(Position, AReleaseBesideTheBarSeeksPastTheTrack) {
     EXPECT_NEAR(engine().position, 4250 / 38.55 * 2.57, 1e-4);
 }
 
-TEST_F(Position, ATickDuringAMessagePassIsServedOnceMore) {
+TEST_F(Position, ATimerThatIsEnabledAgainMovesTheStrip) {
     openTrack(180);
     player().Timer1.setEnabled(true);
     const float left = player().picDisplay.Left();

@@ -1,4 +1,4 @@
-// The real window with the real engine behind it, on a sound server whose sink is recorded.
+// The real window and the real engine. A sound server plays into a sink that is recorded.
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/pulse_server.h"
@@ -36,7 +36,8 @@ protected:
     }
     void repeat(int value) { player().Popup().chkPopup[popupRepeat].setValue(value); }
 
-    /// Whether the whole track is in the recording from a place on; where it ends there, if so.
+    /// Returns the end of the track in the recording, or nothing when the whole track isn't in the
+    /// recording from an index on.
     std::optional<std::size_t> heardFrom(std::size_t place) {
         const support::Samples heard = recording_.samples();
         const support::Samples start(samples_.begin(), samples_.begin() + 2000);
@@ -63,7 +64,7 @@ private:
     std::unique_ptr<frmPlayer> player_;
 };
 
-TEST_F(RealEngine, ATrackPlaysToItsEndAndRests) {
+TEST_F(RealEngine, ATrackPlaysToItsEndAndStops) {
     repeat(0);
     open(file_);
     EXPECT_EQ(player().lblTime[1].Caption(), "00:02");
@@ -95,7 +96,7 @@ TEST_F(RealEngine, ATrackIsRepeatedWithoutTouchingTheDisplay) {
     EXPECT_EQ(player().WMP->playState(), PlayState::playing);
 }
 
-TEST_F(RealEngine, StopWhileRepeatingIsAStop) {
+TEST_F(RealEngine, StopEndsARepeatedTrack) {
     repeat(1);
     open(file_);
     EXPECT_TRUE(serveUntil([this] { return player().PB.Value() > 0.3F; }));
@@ -107,7 +108,7 @@ TEST_F(RealEngine, StopWhileRepeatingIsAStop) {
     EXPECT_EQ(player().WMP->playState(), PlayState::stopped);
 }
 
-TEST_F(RealEngine, AnotherFileReplacesTheFirstWithoutAnEnd) {
+TEST_F(RealEngine, AnotherFileReplacesTheFirstWithoutAnEndEvent) {
     repeat(1);
     open(file_);
     const std::string other = folder_.file("other.mp3");
@@ -127,7 +128,7 @@ TEST_F(RealEngine, AFileThatIsNoMp3IsRefused) {
     EXPECT_EQ(boxes().boxes[0].text, "Tento soubor není ve formátu MP3!");
 }
 
-TEST_F(RealEngine, ALostSoundServerIsOneErrorAndALaterFilePlays) {
+TEST_F(RealEngine, ALostSoundServerCausesOneErrorAndALaterFilePlays) {
     open(file_);
     EXPECT_TRUE(serveUntil([this] { return player().PB.Value() > 0.3F; }));
     sound_.kill();

@@ -1,4 +1,4 @@
-// What the window takes from its settings file, and what it leaves there.
+// What the window reads from its settings file and writes to it.
 
 #include "tests/window/player_test.h"
 
@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(Settings, WithoutAFileAreTheDefaultsAndTheEndCreatesIt) {
+TEST_F(Settings, HaveDefaultsWithoutAFileAndCreateItAtTheEnd) {
     start();
     expectCentred();
     expect(0, 1, 50);
@@ -96,9 +96,9 @@ TEST_F(Settings, APositionThatNoScreenCanHaveIsRefused) {
     }
 }
 
-TEST_F(Settings, WhatIsNoNumberChangesNothing) {
+TEST_F(Settings, TextsThatAreNoNumbersChangeNothing) {
     put("[General]\nLeft=abc\nTop=450\nOnTop=x\nRepeat=\nVolume=loud\n");
-    engine().settings().setVolume(35); // the engine's own
+    engine().settings().setVolume(35); // the engine's initial volume
     const float before = player().Left();
     start();
     EXPECT_EQ(player().Left(), before);
@@ -119,7 +119,7 @@ TEST_F(Settings, ACheckBoxRefusesOtherNumbers) {
     expect(2, 2, 50);
 }
 
-TEST_F(Settings, TheEngineDecidesAboutTheVolume) {
+TEST_F(Settings, TheEngineLimitsTheVolume) {
     put("[General]\nVolume=250\n");
     start();
     expect(0, 1, 100);
@@ -154,17 +154,17 @@ TEST_F(Settings, EveryUnloadOfTheMenuSaves) {
     EXPECT_NE(bytes(), "");
 }
 
-TEST_F(Settings, AnEndInTheMiddleOfReadingOverwritesNothing) {
+TEST_F(Settings, EndingWhileTheSettingsAreReadOverwritesNothing) {
     const std::string stored = "[General]\nLeft=150\nTop=300\nOnTop=1\nRepeat=0\nVolume=20\n";
     put(stored);
-    // Runs in the message pass of the click that the switch raises when it is read.
+    // Runs in the message pass of the click that reading the switch raises.
     Application::post([this] { player().CloseApplication(); });
     player().Form_Load();
     EXPECT_FALSE(player().Loaded());
     EXPECT_EQ(bytes(), stored);
 }
 
-TEST_F(Settings, WhatElseIsInTheFileStays) {
+TEST_F(Settings, OtherContentOfTheFileStays) {
     put("; mine\r\n[Other]\r\nx=1\r\n[General]\r\nVolume=30\r\nColour=red\r\n");
     start();
     player().setLeft(150);
@@ -175,7 +175,7 @@ TEST_F(Settings, WhatElseIsInTheFileStays) {
                        "Left=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\n");
 }
 
-TEST_F(Settings, AFolderThatIsNotThereHarmsNothing) {
+TEST_F(Settings, AMissingFolderDoesNoHarm) {
     std::filesystem::remove_all(programFolder());
     start();
     expect(0, 1, 50);

@@ -46,7 +46,7 @@ TEST_F(ShowPlayback, TheIdleLookShowsTheWelcomeText) {
     EXPECT_FALSE(player().lblTime[1].Visible());
 }
 
-TEST_F(ShowPlayback, TheIdleLookTwiceIsTheIdleLook) {
+TEST_F(ShowPlayback, ShowingTheIdleLookTwiceChangesNothing) {
     open("a.mp3");
     player().ShowPlayback(false);
     player().Timer1.setEnabled(false);
@@ -57,7 +57,7 @@ TEST_F(ShowPlayback, TheIdleLookTwiceIsTheIdleLook) {
     expectLook(false);
 }
 
-TEST_F(ShowPlayback, AnAmpersandIsShownAsItStands) {
+TEST_F(ShowPlayback, MarkupAndAmpersandsAreShownLiterally) {
     const std::string title = "<b>x</b> <img src=/etc/passwd> a && b &c";
     engine().tracks["a.mp3"].attributes["Title"] = title;
     open("a.mp3");
@@ -74,7 +74,7 @@ TEST_F(ShowPlayback, WaitsUntilTheEngineKnowsTheBitRate) {
     EXPECT_EQ(std::count(engine().calls.begin(), asked, "isReadOnlyItem Bitrate"), 50);
 }
 
-TEST_F(ShowPlayback, TheTimerRestsMeanwhile) {
+TEST_F(ShowPlayback, TheTimerIsStoppedMeanwhile) {
     engine().During = [this](const std::string& call) {
         if (call == "durationString") {
             EXPECT_FALSE(player().Timer1.Enabled());
@@ -95,7 +95,7 @@ TEST_F(ShowPlayback, AShorterTrackStartsWithAnEmptyBar) {
     EXPECT_EQ(player().PB.Value(), 0);
 }
 
-TEST_F(ShowPlayback, AFileOfUnknownLengthLeavesTheBarsRange) {
+TEST_F(ShowPlayback, AFileOfUnknownLengthKeepsTheBarsRange) {
     engine().tracks["a.mp3"].duration = 0;
     open("a.mp3");
     EXPECT_EQ(player().PB.Max(), 100);
@@ -109,7 +109,7 @@ struct InfoCase {
 
 class InfoLine : public PlayerTest, public testing::WithParamInterface<InfoCase> {};
 
-TEST_P(InfoLine, IsComposedOfWhatTheFileCarries) {
+TEST_P(InfoLine, ShowsTheTagsOfTheFile) {
     start();
     engine().tracks["a.mp3"].attributes = GetParam().attributes;
     engine().setURL("a.mp3");

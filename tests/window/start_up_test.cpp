@@ -53,10 +53,11 @@ TEST_F(StartUp, ConfiguresTheEngine) {
 }
 
 TEST_F(StartUp, ShowsTheWindowBeforeTheTimerCanTick) {
-    popup().chkPopup[popupRepeat].setValue(1); // as stored: no click, and no message pass for it
+    // The value that is stored too: reading it raises no click and no message pass.
+    popup().chkPopup[popupRepeat].setValue(1);
     bool asked = false;
     Application::post([&] {
-        // Runs in the message pass right before the window is shown.
+        // Runs in the message pass just before the window is shown.
         asked = true;
         EXPECT_FALSE(player().Visible());
         EXPECT_FALSE(player().Timer1.Enabled());
@@ -69,7 +70,7 @@ TEST_F(StartUp, ShowsTheWindowBeforeTheTimerCanTick) {
     EXPECT_TRUE(player().Timer1.Enabled());
 }
 
-TEST_F(StartUp, ATimerTickComesAndMovesTheStrip) {
+TEST_F(StartUp, ATimerTickMovesTheStrip) {
     start();
     const float before = player().picDisplay.Left();
     EXPECT_TRUE(serveUntil([&] { return player().picDisplay.Left() <= before - 30; }));
@@ -81,7 +82,7 @@ TEST_F(StartUp, PutsTheStripJustBeyondTheDisplay) {
     EXPECT_EQ(player().picDisplay.Width(), player().lbl_Info.Width() + 20);
 }
 
-TEST_F(StartUp, ClosingDuringTheStartIsClosing) {
+TEST_F(StartUp, ClosingDuringTheStartEndsTheProgram) {
     Application::post([this] { player().CloseApplication(); });
     player().Form_Load();
     EXPECT_FALSE(player().Loaded());
@@ -112,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, StartFolder,
                                          std::pair{"/", "/"}, std::pair{"", ""},
                                          std::pair{"/žluť", "/ž"}));
 
-TEST_F(StartUp, TheOutlineIsExactlyItsPixels) {
+TEST_F(StartUp, TheOutlineHasExactlyTheExpectedPixels) {
     start();
     QRegion expected;
     std::ifstream file(TEST_DATA "/outline_rects.txt");

@@ -1,4 +1,4 @@
-// What only this system shows of a running program.
+// Traces of a running program that only Linux shows.
 
 #include "tests/window/player_test.h"
 

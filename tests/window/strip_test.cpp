@@ -1,4 +1,4 @@
-// What the display server makes of the strip that slides through the display.
+// The strip that the display server slides through the display.
 #include "main_window/layout.h"
 #include "tests/window/player_test.h"
 
@@ -21,13 +21,13 @@ protected:
         ASSERT_TRUE(serveUntil([this] { return seen() == painted(); }));
     }
 
-    /// What the screen shows in the pane.
+    /// Returns the pane as the screen shows it.
     [[nodiscard]] QImage seen() const {
         const QPixmap all = QGuiApplication::primaryScreen()->grabWindow(window().winId());
         return all.toImage().copy(PANE).convertToFormat(QImage::Format_RGB32);
     }
 
-    /// What it should show with the strip where the program has put it.
+    /// Returns the pane as it should look with the strip in its present place.
     [[nodiscard]] QImage painted() {
         QWidget& strip = *widgetOf(window(), player().picDisplay);
         QImage pane(PANE.size(), QImage::Format_RGB32);
@@ -55,12 +55,12 @@ bool hasText(const QImage& pane) {
     return false;
 }
 
-TEST_F(Strip, IsSeenWhereTheProgramPutsIt) {
+TEST_F(Strip, IsShownWhereTheProgramPutsIt) {
     for (const float left : {0.0F, 1500.0F, -300.0F, 2440.0F, 30.0F}) {
         slideTo(left);
         EXPECT_EQ(hasText(seen()), left < 2000) << left;
     }
-    // Out on either side, and so far in that its end is seen with the ground behind it.
+    // The strip has left the pane on either side, or its end is in the pane.
     slideTo(2455);
     EXPECT_FALSE(hasText(seen()));
     slideTo(-player().picDisplay.Width() + 600);
@@ -106,7 +106,7 @@ TEST_F(Strip, ATextTooLongForTheServerIsPaintedByTheToolkit) {
     player().picDisplay.setLeft(-3000);
     EXPECT_TRUE(serveUntil([this] { return hasText(seen()); }));
     EXPECT_EQ(widgetOf(window(), player().picDisplay)->x(), -200);
-    // And again by the server when there is less to show.
+    // The server shows a shorter text again.
     player().lbl_Info.setCaption("Krátce");
     player().lbl_Info_SH.setCaption("Krátce");
     player().picDisplay.setWidth(player().lbl_Info.Width() + 20);
@@ -116,14 +116,14 @@ TEST_F(Strip, ATextTooLongForTheServerIsPaintedByTheToolkit) {
 TEST_F(Strip, ComesBackWithTheWindow) {
     slideTo(0);
     player().setVisible(false);
-    player().picDisplay.setLeft(300); // nobody sees it
+    player().picDisplay.setLeft(300); // while the window is hidden
     player().setVisible(true);
     ASSERT_TRUE(serveUntil([this] { return window().windowHandle()->isExposed(); }));
     player().picDisplay.setLeft(270);
     EXPECT_TRUE(serveUntil([this] { return seen() == painted(); }));
 }
 
-TEST_F(Strip, NothingTicksFastWhileTheWindowIsMinimised) {
+TEST_F(Strip, TicksSlowlyWhileTheWindowIsMinimised) {
     player().Timer1.setEnabled(true);
     EXPECT_EQ(player().Timer1.Interval(), layout::TIMER_INTERVAL);
     player().setWindowState(Form::WindowState::minimised);

@@ -14,7 +14,7 @@ protected:
     }
 };
 
-TEST_F(Volume, TheLoudspeakerStepsUpByLeftAndDownByTheOthers) {
+TEST_F(Volume, TheLoudspeakerStepsUpByLeftClicksAndDownByOthers) {
     click(player().imgVolume);
     expectVolume(60);
     click(player().imgVolume, Qt::RightButton);
@@ -42,7 +42,7 @@ TEST_F(Volume, StaysWithinItsBounds) {
     expectVolume(0);
 }
 
-TEST_F(Volume, ShowsWhatTheEngineHasKept) {
+TEST_F(Volume, ShowsTheVolumeThatTheEngineHasAccepted) {
     engine().settings().setVolume(95);
     click(player().imgVolume);
     expectVolume(100);
@@ -51,7 +51,7 @@ TEST_F(Volume, ShowsWhatTheEngineHasKept) {
     expectVolume(0);
 }
 
-TEST_F(Volume, IsTheSameStepAnywhereInThePicture) {
+TEST_F(Volume, StepsTheSameAnywhereInThePicture) {
     for (const QPoint corner : {QPoint(0, 0), QPoint(9, 0), QPoint(0, 7), QPoint(9, 7)}) {
         engine().settings().setVolume(30);
         click(player().imgVolume, Qt::LeftButton, corner);
@@ -59,7 +59,7 @@ TEST_F(Volume, IsTheSameStepAnywhereInThePicture) {
     }
 }
 
-TEST_F(Volume, LetsTheLabelRepaintAtOnce) {
+TEST_F(Volume, RepaintsTheLabelAtOnce) {
     const QImage before = pictureOf(*widgetOf(window(), player().lblStatus));
     bool passed = false;
     Application::post([&] { passed = true; });

@@ -5,7 +5,7 @@ namespace support {
 
 namespace {
 
-TEST_F(WindowsTest, TheAboutBoxIsTheSystemsAndClosesWithReturn) {
+TEST_F(WindowsTest, TheAboutBoxIsASystemBoxAndClosesWithReturn) {
     choose(menu::about);
     const auto box = waitForTitle(std::string("O programu ") + player::TITLE);
     ASSERT_TRUE(box);

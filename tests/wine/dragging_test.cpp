@@ -1,4 +1,4 @@
-// The system's own move, with each button.
+// The system's own move command, with each button.
 #include "tests/wine/wine_test.h"
 
 #include <cstdlib>
@@ -11,9 +11,9 @@ class DraggingTest : public WindowsTest, public testing::WithParamInterface<std:
 protected:
     DraggingTest() : WindowsTest("", {.windowManager = GetParam()}) {}
 
-    /// Presses and moves a little, to and fro, until the window goes with the pointer: Wine begins
-    /// the move where the pointer is when the press has reached the program. False when it never
-    /// goes.
+    /// Presses and moves the pointer to and fro until the window follows it. Wine begins the move
+    /// from the pointer's place at the moment when the press reaches the program. Returns false
+    /// when the window never follows.
     [[nodiscard]] bool startMove(Point from, int button) {
         const Point before = corner();
         pointer_.moveTo(from);
@@ -25,7 +25,7 @@ protected:
             return !(corner() == before);
         });
     }
-    /// Wherever the move began, the window is at most the little move's pixel beside its place.
+    /// The window is at its place, or one pixel beside it if the move began from there.
     [[nodiscard]] bool becomesPlacedNear(Point place) const {
         return waitUntil([&] {
             const Point now = corner();
@@ -50,7 +50,7 @@ TEST_P(DraggingTest, FollowsThePointerWithEachButton) {
             click(Point{300, 320});
             EXPECT_TRUE(waitUntilMenuIsGone());
         }
-        // Without a button nothing moves: the pointer lights a button, and the window is there yet.
+        // Without a pressed button the window stays and the pointer lights up a button.
         const Point after = corner();
         moveTo(player::BODY);
         EXPECT_TRUE(lightsUp(player::close));

@@ -1,4 +1,4 @@
-// Every way out saves the settings.
+// Every way to end the program saves the settings.
 #include "tests/wine/wine_test.h"
 
 namespace support {
@@ -9,7 +9,7 @@ class EndingTest : public WindowsTest {
 protected:
     EndingTest() : WindowsTest("[General]\r\nLeft=4500\r\nTop=2250\r\n") {}
 
-    /// Something to be saved that hasn't been written yet.
+    /// Makes a change that isn't saved yet.
     void change() {
         ASSERT_TRUE(becomesPlacedAt({300, 150}));
         choose(menu::louder);
@@ -20,7 +20,7 @@ protected:
         EXPECT_TRUE(becomesGone());
         expectSettings();
     }
-    /// The process may be killed as soon as it has answered.
+    /// Ends the session. The process may be killed as soon as it has answered.
     void endSession() {
         EXPECT_EQ(runInSession({"wineboot", "-e"}), 0);
         EXPECT_TRUE(player_->process().waitForExit());

@@ -1,4 +1,4 @@
-// The menu and what keeps the player above other windows.
+// The menu, and the player above other windows.
 #include "tests/wine/wine_test.h"
 
 namespace support {
@@ -19,7 +19,7 @@ TEST_F(WindowsTest, TheMenuOpensAtThePointer) {
     }
 }
 
-TEST_F(WindowsTest, TheMenuHidesWithAPressBesideIt) {
+TEST_F(WindowsTest, TheMenuHidesAfterAPressOutsideIt) {
     PlainWindow other(display_, {20, 600, 100, 60}, 0x804020, PlainWindow::Kind::ordinary);
     player_->window().activate();
     ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
@@ -34,11 +34,11 @@ TEST_F(WindowsTest, TheMenuHidesWithAPressBesideIt) {
         player_->window().activate();
         ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
     }
-    // The press on the other program was that program's as well.
+    // The other program received the press too.
     EXPECT_FALSE(other.takeClicks().empty());
 }
 
-TEST_F(WindowsTest, AlwaysOnTopIsOnAndOffAgainAndPausesForTheMenu) {
+TEST_F(WindowsTest, AlwaysOnTopCanBeSwitchedAndPausesForTheMenu) {
     const auto becomesAbove = [&](bool above) {
         return waitUntil([&] { return player_->window().hasState(ABOVE) == above; });
     };

@@ -1,4 +1,4 @@
-// A file through the system's dialog, heard and shown.
+// Opening a file in the system's dialog, its sound and its texts.
 #include "tests/wine/wine_test.h"
 
 #include <filesystem>
@@ -7,20 +7,20 @@ namespace support {
 
 namespace {
 
-/// At volume 100 what is heard is what the file holds.
+/// At volume 100 the sound equals the content of the file.
 class OpeningTest : public WindowsTest {
 protected:
     OpeningTest() : WindowsTest("[General]\r\nVolume=100\r\n") {}
 
-    /// Wine hands the samples on as floating-point numbers, from which the server makes whole
-    /// ones: the last bit may be rounded the other way.
+    /// Wine passes the samples on as floating-point numbers, which the server converts to integers.
+    /// The last bit may be rounded differently.
     static constexpr int ROUNDING = 1;
 
     void open(const std::string& path) {
         DesktopTest::click(player::LOGO.middle());
         openInDialog(path);
     }
-    /// A file of noise with Czech tags.
+    /// Makes a file of noise with Czech tags. Returns its samples.
     [[nodiscard]] Samples makeSong(const std::string& path, double seconds) const {
         EXPECT_TRUE(encodeNoise(path, seconds,
                                 {"-b", "128", "--id3v2-only", "--id3v2-utf16", "--tt",
@@ -29,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(OpeningTest, SoundsAsTheFileAndAgainAtItsEnd) {
+TEST_F(OpeningTest, SoundsLikeTheFileAndRepeatsIt) {
     const std::string path = folder_.file("song.mp3");
     samples_ = makeSong(path, 4);
     const Samples start(samples_.begin(), samples_.begin() + 2000);
@@ -44,7 +44,7 @@ TEST_F(OpeningTest, SoundsAsTheFileAndAgainAtItsEnd) {
             return first.has_value();
         },
         std::chrono::seconds(20)));
-    // Repeating is on without settings.
+    // Without settings the program repeats the track.
     std::optional<std::size_t> again;
     ASSERT_TRUE(waitUntil(
         [&] {
@@ -91,10 +91,10 @@ TEST_F(OpeningTest, OtherFilesAreRefused) {
     const auto box = waitForTitle(player::TITLE);
     ASSERT_TRUE(box);
     answer(*box, "Return");
-    // The dialog comes again.
+    // The dialog is shown again.
     const auto dialog = waitForDialog();
     ASSERT_TRUE(dialog);
-    // A dialog that is shown may still take no keys.
+    // A dialog may be shown before it accepts keys.
     EXPECT_TRUE(waitUntil([&] {
         keyboard_.key("Escape");
         return waitUntil([&] { return !dialog->isShown(); }, std::chrono::seconds(1));

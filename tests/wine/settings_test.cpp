@@ -1,4 +1,4 @@
-// MP3.ini beside the exe.
+// MP3.ini next to zvonivec.exe.
 #include "tests/wine/wine_test.h"
 
 #include <filesystem>
@@ -7,7 +7,7 @@ namespace support {
 
 namespace {
 
-TEST_F(WindowsTest, TheFirstRunMakesTheSettingsFile) {
+TEST_F(WindowsTest, TheFirstRunCreatesTheSettingsFile) {
     EXPECT_FALSE(std::filesystem::exists(settingsPath()));
     closePlayer();
     EXPECT_EQ(settings(),

@@ -1,4 +1,4 @@
-// The window as it appears.
+// The look of the window.
 #include "tests/wine/wine_test.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace support {
 
 namespace {
 
-/// A shape's pixels, a '#' each.
+/// Returns a picture of a shape, with a '#' for each pixel.
 std::vector<std::string> pixels(const std::vector<Rectangle>& shape) {
     std::vector<std::string> rows(player::HEIGHT, std::string(player::WIDTH, '.'));
     for (const Rectangle& part : shape) {
@@ -42,7 +42,7 @@ TEST_F(WindowsTest, StartsInTheMiddleOfTheScreenWithItsPictures) {
     EXPECT_FALSE(player_->window().hasFrame());
 }
 
-TEST_F(WindowsTest, HasExactlyTheOutlinesPixels) {
+TEST_F(WindowsTest, HasExactlyThePixelsOfTheOutline) {
     const Rectangle place = player_->window().place();
     EXPECT_EQ(place.width, player::WIDTH);
     EXPECT_EQ(place.height, player::HEIGHT);
@@ -55,7 +55,7 @@ TEST_F(WindowsTest, HasExactlyTheOutlinesPixels) {
     EXPECT_EQ(pixels(player_->window().boundingShape()), expected);
 }
 
-TEST_F(WindowsTest, OutsideItsOutlineTheDesktopIsSeenAndClicked) {
+TEST_F(WindowsTest, OutsideTheOutlineTheDesktopIsSeenAndClicked) {
     PlainWindow backdrop(display_, {0, 0, display_.width(), display_.height()}, 0x804020);
     const Point hole = player_->onScreen({2, 2});
     EXPECT_TRUE(waitUntil([&] { return player_->screenshot().at(2, 2) == 0x804020; }));
@@ -78,7 +78,7 @@ TEST_F(WindowsTest, ButtonsLightUpUnderThePointer) {
         waitUntil([&] { return player_->showsButton(player::close, player::Look::normal); }));
 }
 
-TEST_F(WindowsTest, MinimisesAndComesBackInItsShape) {
+TEST_F(WindowsTest, MinimisesAndIsRestoredInItsShape) {
     DesktopTest::click(player::minimise);
     ASSERT_TRUE(waitUntil([&] { return player_->window().isMinimised(); }));
     player_->window().activate();

@@ -1,17 +1,16 @@
-// window_texts              writes the title of each window that is shown, and the texts of what
-//                           lies in it, as UTF-8
-// window_texts TITLE TEXT   puts a text into the line to type in of the window with this title
+// window_texts              prints the title of each visible window and the texts in it, as UTF-8
+// window_texts TITLE TEXT   writes a text into the edit field of the window with this title
 #include <cstdio>
 #include <fcntl.h>
 #include <io.h>
 #include <string>
 #include <windows.h>
-// After windows.h, which it needs.
+// Needs windows.h before it.
 #include <shellapi.h>
 
 namespace {
 
-/// Asks the window itself, also one of another program.
+/// Asks the window for its text. Works for windows of other programs too.
 std::string textOf(HWND window) {
     std::wstring text(4096, L'\0');
     DWORD_PTR length = 0;
@@ -44,7 +43,7 @@ BOOL CALLBACK writeAll(HWND window, LPARAM data) {
     return TRUE;
 }
 
-/// The first line to type in that is shown.
+/// Finds the first visible edit field.
 BOOL CALLBACK find(HWND window, LPARAM result) {
     std::wstring name(16, L'\0');
     name.resize(static_cast<std::size_t>(

@@ -17,8 +17,8 @@ void WindowsTest::SetUp() {
 
 void WindowsTest::TearDown() {
     MenuTest::TearDown();
-    // All that Wine has started hangs on the display, which goes next.
-    (void)runInSession({"wineserver", "-k"}); // fails where none runs any more
+    // Wine's processes use the display, which is destroyed next.
+    (void)runInSession({"wineserver", "-k"}); // fails when no server is running any more
     EXPECT_EQ(runInSession({"wineserver", "-w"}), 0);
 }
 
@@ -55,10 +55,10 @@ void WindowsTest::openInDialog(const std::string& path) {
     const std::string name = windowsPath(path);
     if (std::ranges::all_of(name, [](char character) { return character > 0; })) {
         keyboard_.type(name);
-    } else { // Wine knows no keys for letters that the keyboard didn't have when it started
+    } else { // Wine knows no keys that were added to the keyboard after its start
         ASSERT_EQ(runInSession({"wine", WINDOW_TEXTS, player::DIALOG_TITLE, name}), 0);
     }
-    // The system reads the keys from its own queue.
+    // Wine reads the keys from a queue of its own.
     EXPECT_TRUE(waitUntil([&] { return windowTexts().find(name) != std::string::npos; }))
         << windowTexts();
     answer(*dialog, "Return");
@@ -81,7 +81,7 @@ bool WindowsTest::becomesGone() const {
 
 bool WindowsTest::lightsUp(player::Button button) const {
     const Rectangle& place = player::BUTTONS.at(button);
-    // A hand moves more than once: Wine may keep the move for itself that comes into a window.
+    // Moves twice, as a hand would. Wine may swallow the first move into a window.
     return waitUntil([&] {
         moveTo(place.middle());
         moveTo({place.x + 3, place.y + 3});

@@ -1,4 +1,4 @@
-// The player for Windows, under Wine, seen and used from this system's desktop.
+// The player for Windows under Wine, seen and used from this system's desktop.
 #pragma once
 
 #include "tests/desktop/menu.h"
@@ -8,12 +8,13 @@
 namespace support {
 
 /// The fixture. Rules
-///  * WINEPREFIX names a prefix that has been set up; the tests use it one after another, and each
-///    leaves it without processes.
-///  * Texts can't be compared as pixels: the letters are Windows' own. windowTexts() reads them.
+///  * WINEPREFIX names a prefix that has been set up. The tests use it one after another, and each
+///    test ends all processes in it.
+///  * Texts can't be compared as pixels, because Wine draws its own letters. windowTexts() reads
+///    them.
 class WindowsTest : public MenuTest {
 protected:
-    /// settings: what stands in MP3.ini before the start; empty: there is none.
+    /// The settings are the content of MP3.ini before the start. Without settings there is no file.
     explicit WindowsTest(std::string settings = {}, const DisplayOptions& options = {})
         : MenuTest(options), firstSettings_(std::move(settings)) {}
 
@@ -23,26 +24,26 @@ protected:
     [[nodiscard]] std::string settingsPath() const { return folder_.file("program/MP3.ini"); }
     [[nodiscard]] std::string settings() const { return readFile(settingsPath()); }
 
-    /// Runs one of Wine's programs in the player's session; its exit code.
+    /// Runs one of Wine's programs in the player's session. Returns its exit code.
     [[nodiscard]] int runInSession(const std::vector<std::string>& argv,
                                    const std::string& outputFile = {}) const;
-    /// The titles and texts of all windows that are shown, as the system itself tells them.
+    /// Returns the titles and texts of all visible windows, as Wine itself reports them.
     [[nodiscard]] std::string windowTexts() const;
-    /// A box or dialog with this title, once it can take keys.
+    /// Waits for a box or dialog with this title until it accepts keys.
     [[nodiscard]] std::optional<Window> waitForTitle(const std::string& title) const;
 
-    /// A path of this system as Windows names it.
+    /// Returns Windows' form of a path.
     [[nodiscard]] static std::string windowsPath(std::string path);
-    /// Opens a file by the real dialog, whichever way that has been opened.
+    /// Opens a file in the system's dialog, which has been opened before.
     void openInDialog(const std::string& path);
 
     [[nodiscard]] Point corner() const;
     [[nodiscard]] bool becomesPlacedAt(Point place) const;
-    /// It ends by itself, without an error.
+    /// Waits until the program has ended. Expects exit code 0.
     [[nodiscard]] bool becomesGone() const;
-    /// Moves the pointer on a button; whether it lights up.
+    /// Moves the pointer over a button. Returns whether the button lights up.
     [[nodiscard]] bool lightsUp(player::Button button) const;
-    /// Closes it with its own button.
+    /// Closes the player with its own button.
     void closePlayer();
 
 private:
