@@ -6,7 +6,7 @@ namespace support {
 namespace {
 
 TEST_F(WindowsTest, TheAboutBoxIsASystemBoxAndClosesWithReturn) {
-    choose(menu::about);
+    choose(menu::ABOUT);
     const auto box = waitForTitle(std::string("O programu ") + player::TITLE);
     ASSERT_TRUE(box);
     EXPECT_FALSE(menu());

@@ -12,7 +12,7 @@ protected:
     /// Makes a change that isn't saved yet.
     void change() {
         ASSERT_TRUE(becomesPlacedAt({300, 150}));
-        choose(menu::louder);
+        choose(menu::LOUDER);
         ASSERT_TRUE(waitUntilMenuIsGone());
         ASSERT_EQ(settings(), "[General]\r\nLeft=4500\r\nTop=2250\r\n");
     }
@@ -42,7 +42,7 @@ TEST_F(EndingTest, TheCloseButton) {
 
 TEST_F(EndingTest, TheMenu) {
     change();
-    choose(menu::quit);
+    choose(menu::QUIT);
     expectSaved();
 }
 
@@ -71,7 +71,7 @@ TEST_F(EndingTest, TheEndOfTheSessionWithTheMenuOpen) {
 
 TEST_F(EndingTest, TheEndOfTheSessionWithABoxOpen) {
     change();
-    choose(menu::about);
+    choose(menu::ABOUT);
     ASSERT_TRUE(waitForTitle(std::string("O programu ") + player::TITLE));
     endSession();
 }

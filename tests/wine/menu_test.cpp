@@ -43,7 +43,7 @@ TEST_F(WindowsTest, AlwaysOnTopCanBeSwitchedAndPausesForTheMenu) {
         return waitUntil([&] { return player_->window().hasState(ABOVE) == above; });
     };
     EXPECT_FALSE(player_->window().hasState(ABOVE));
-    choose(menu::onTop);
+    choose(menu::ON_TOP);
     ASSERT_TRUE(waitUntilMenuIsGone());
     EXPECT_TRUE(becomesAbove(true));
     openMenu();
@@ -60,7 +60,7 @@ TEST_F(WindowsTest, AlwaysOnTopCanBeSwitchedAndPausesForTheMenu) {
     EXPECT_TRUE(waitUntil([&] { return other.window().isActive(); }));
     EXPECT_TRUE(waitUntil([&] { return player_->showsIdleLook(); }));
 
-    choose(menu::onTop);
+    choose(menu::ON_TOP);
     ASSERT_TRUE(waitUntilMenuIsGone());
     EXPECT_TRUE(becomesAbove(false));
     other.window().activate();

@@ -63,12 +63,12 @@ TEST_F(OpeningTest, CzechLettersInNamesAndTagsAreRightEverywhere) {
     const std::string path = folder + "/01 – ďábelské ódy.mp3";
     ASSERT_FALSE(makeSong(path, 20).empty());
     openMenu();
-    click(menu::open);
+    click(menu::OPEN);
     openInDialog(path);
     ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
     EXPECT_TRUE(waitUntil([&] { return sound_.playingStreams() == 1; }));
 
-    choose(menu::properties);
+    choose(menu::PROPERTIES);
     const auto box = waitForTitle(std::string(player::TITLE) + " - vlastnosti souboru MP3");
     ASSERT_TRUE(box);
     const std::string texts = windowTexts();

@@ -36,11 +36,11 @@ TEST_F(KeptSettings, AreReadAtTheStart) {
 
 TEST_F(KeptSettings, AreChangedOneByOne) {
     ASSERT_TRUE(becomesPlacedAt({200, 100}));
-    choose(menu::onTop);
+    choose(menu::ON_TOP);
     ASSERT_TRUE(waitUntilMenuIsGone());
-    choose(menu::repeat);
+    choose(menu::REPEAT);
     ASSERT_TRUE(waitUntilMenuIsGone());
-    choose(menu::louder);
+    choose(menu::LOUDER);
     ASSERT_TRUE(waitUntilMenuIsGone());
     closePlayer();
     EXPECT_EQ(settings(), "; mine\r\n[Other]\r\nLeft=1\r\n[General]\r\nLeft=3000\r\n"
