@@ -9,10 +9,10 @@
 namespace bench {
 
 void writeFrames(const std::string& path, std::uint64_t megabytes, bool described) {
-    using support::FrameSpec;
-    const FrameSpec plain{.bitRateIndex = 9, .size = 417};
-    const FrameSpec padded{.bitRateIndex = 9, .padded = true, .size = 418};
-    const FrameSpec rich{.bitRateIndex = 11, .size = 626};
+    using support::FrameShape;
+    const FrameShape plain{.bitRateIndex = 9, .size = 417};
+    const FrameShape padded{.bitRateIndex = 9, .padded = true, .size = 418};
+    const FrameShape rich{.bitRateIndex = 11, .size = 626};
     constexpr std::size_t rounds = 500;
     constexpr std::uint32_t framesInRound = 3;
     const std::string block = support::repeated(

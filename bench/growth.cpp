@@ -4,8 +4,8 @@
 #include "bench/files.h"
 #include "bench/probe.h"
 #include "bench/report.h"
+#include "engine/decoding/mp3_decoder.h"
 #include "engine/loaded_file.h"
-#include "engine/mp3_decoder.h"
 #include "tests/support/process.h"
 
 #include <chrono>
@@ -57,8 +57,8 @@ Figures measure(const std::string& path, bool cold) {
     }
     begin = Clock::now();
     Mp3Decoder decoder(file.reader(), *file.kind().stream, walk);
-    decoder.seek(walk.samples() / 10 * 9);
-    if (decoder.read().result != Mp3Decoder::Result::samples) {
+    if (decoder.seek(walk.samples() / 10 * 9) ||
+        decoder.read().result != Mp3Decoder::Result::samples) {
         std::fputs("nothing is decoded\n", stderr);
         std::exit(1);
     }

@@ -2,9 +2,9 @@
 
 #include "bench/files.h"
 #include "bench/player_at_work.h"
+#include "engine/decoding/mp3_decoder.h"
 #include "engine/loaded_file.h"
-#include "engine/mp3_decoder.h"
-#include "engine/sample_feed.h"
+#include "engine/output/sample_feed.h"
 #include "tests/support/mp3_samples.h"
 
 #include <QImage>
@@ -47,13 +47,18 @@ void decodeThroughTheRing(benchmark::State& state) {
     feed.setGain(0.5F);
     feed.beginStream(1);
     feed.allow(1);
-    decoder.seek(0);
+    const auto toTheStart = [&] {
+        if (decoder.seek(0)) {
+            state.SkipWithError("libmpg123 can't be set up");
+        }
+    };
+    toTheStart();
     std::array<std::int16_t, 4096> device{};
     while (state.KeepRunning()) {
         for (int frames = 0; frames < decoder.sampleRate();) {
             const Mp3Decoder::Block block = decoder.read();
             if (block.result != Mp3Decoder::Result::samples) {
-                decoder.seek(0);
+                toTheStart();
                 continue;
             }
             feed.write(block.samples);

@@ -1,6 +1,7 @@
 #include "engine/decoder_thread.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <utility>
@@ -11,24 +12,24 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Decoded frames that wait for the device: 0.7 s at 44.1 kHz.
+/// Most decoded frames that wait for the device: 0.7 s at 44.1 kHz.
 constexpr std::size_t FEED_CAPACITY = 32768;
-/// How often a full feed is topped up and the device looked after.
+/// Interval at which a full feed is topped up and the device checked.
 constexpr auto PLAYING_RHYTHM = 250ms;
-/// How often, when it is not full yet or about to run out.
+/// The same interval while the feed is low.
 constexpr auto HURRY = 4ms;
 constexpr std::uint64_t FEED_LOW = FEED_CAPACITY / 4;
-/// How long the device stays open for the next command.
+/// How long an idle device stays open for the next command.
 constexpr auto DEVICE_LINGER = 1500ms;
-/// Time for the user-interface thread to answer the end of a track by playing on.
+/// Time for the user-interface thread to answer the end of a track with play.
 constexpr auto END_REACTION = 25ms;
-/// How long the end of the thread is waited for: closing a device takes a tenth of a second.
+/// How long end waits for the thread. Closing a device takes a tenth of a second.
 constexpr auto END_PATIENCE = 500ms;
-/// Bytes of a file that are measured between two looks at everything else.
+/// Bytes of a file that are measured before the thread looks for commands and fills the feed.
 constexpr std::uint64_t STUDY_SLICE = std::uint64_t{1} << 20U;
 
 std::int64_t frameAt(double seconds, int sampleRate) {
-    constexpr double most = 1e15; // keeps the number within its type
+    constexpr double most = 1e15; // any larger number might not fit the type
     return static_cast<std::int64_t>(std::llround(std::min(seconds * sampleRate, most)));
 }
 
@@ -64,6 +65,7 @@ void DecoderThread::load(std::shared_ptr<LoadedFile> file) {
 }
 
 void DecoderThread::start(std::uint64_t run, std::uint64_t stream, double seconds) {
+    assert(run != 0 && stream != 0 && seconds >= 0);
     send({.kind = Command::Kind::start, .run = run, .stream = stream, .seconds = seconds});
 }
 
@@ -99,13 +101,14 @@ std::optional<double> DecoderThread::position(std::uint64_t run) const {
     if (segment.run != run) {
         return std::nullopt;
     }
-    // What the device took last is heard once it has played what it held before.
+    // The frames that the device took last are heard after those that it held before.
     const SampleFeed::Taken taken = feed_.taken();
     const double elapsed = std::chrono::duration<double>(Clock::now() - taken.when).count();
     const double sinceTaken =
         elapsed * segment.sampleRate - static_cast<double>(taken.count) - latencyFrames_.load();
-    const double behind = static_cast<double>(taken.end) - static_cast<double>(segment.feedFrame);
-    const double heard = std::max(0.0, behind + std::min(0.0, sinceTaken));
+    const double takenOfRun =
+        static_cast<double>(taken.end) - static_cast<double>(segment.feedFrame);
+    const double heard = std::max(0.0, takenOfRun + std::min(0.0, sinceTaken));
     return (static_cast<double>(segment.trackFrame) + heard) / segment.sampleRate;
 }
 
@@ -162,7 +165,7 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
 
 void DecoderThread::obey(Command& command) {
     if (!playing_ && output_.lost()) {
-        dropOutput(); // nobody heard it go: the next one may be there already
+        dropOutput(); // nothing was playing, so this is no failure; play opens a new device
     }
     switch (command.kind) {
     case Command::Kind::load:
@@ -196,8 +199,12 @@ void DecoderThread::begin(const Command& command) {
             std::make_unique<Mp3Decoder>(file_->reader(), *file_->kind().stream, *file_->measure());
     }
     const std::int64_t frame = decoder_ ? frameAt(command.seconds, decoder_->sampleRate()) : 0;
-    if (!decoder_ || !decoder_->seek(frame)) {
-        fail();
+    if (!decoder_) {
+        fail(file_ ? file_->failure() : Failure{Failure::Cause::notOpened, {}});
+        return;
+    }
+    if (const auto failure = decoder_->seek(frame)) {
+        fail(*failure);
         return;
     }
     if (decoder_->sampleRate() != sampleRate_ || decoder_->channels() != channels_) {
@@ -218,7 +225,7 @@ void DecoderThread::begin(const Command& command) {
         segment_ = {run_, feed_.writeIndex(), frame, sampleRate_};
     }
     decodedAll_ = false;
-    broken_ = false;
+    failure_.reset();
     playing_ = true;
 }
 
@@ -244,41 +251,45 @@ void DecoderThread::play() {
     }
     idleSince_ = Clock::now();
     if (output_.lost()) {
-        fail();
+        fail({Failure::Cause::deviceLost, {}});
         return;
     }
     fillFeed();
     if (!output_.isOpen() && waiting() != 0) {
-        if (!output_.open(sampleRate_, channels_)) {
-            fail();
+        if (const auto failure = output_.open(sampleRate_, channels_)) {
+            fail(*failure);
             return;
         }
         latencyFrames_.store(output_.heldFrames());
-        fillFeed(); // with what lasts until the next look
+        fillFeed(); // enough to last until the next wake-up
     }
-    // The end is told while the device still has some tens of milliseconds to play: a track that is
-    // repeated can then follow without a gap.
+    // The end is reported while the device still has some tens of milliseconds to play, so that a
+    // track that is repeated follows without a gap.
     if (decodedAll_ && waiting() <= endLead()) {
-        playing_ = false;
-        callEvent(broken_ ? &Events::failed : &Events::ended);
+        if (failure_) {
+            fail(*failure_);
+        } else {
+            playing_ = false;
+            reportEnd();
+        }
     }
 }
 
-/// The track's end is told when so many of its frames are still to be taken by the device.
+/// Frames that the device hasn't taken yet when the end of the track is reported.
 std::uint64_t DecoderThread::endLead() const {
     const auto reaction = std::chrono::duration<double>(END_REACTION).count() * sampleRate_;
     return static_cast<std::uint64_t>(output_.periodFrames()) +
            static_cast<std::uint64_t>(reaction);
 }
 
-/// Frames of the present stream that the device hasn't taken yet.
+/// Frames of the current stream that the device hasn't taken yet.
 std::uint64_t DecoderThread::waiting() const {
     return feed_.writeIndex() - std::max(feed_.readIndex(), streamStart_);
 }
 
 void DecoderThread::fillFeed() {
-    constexpr std::size_t mostFrames = 1152; // of one block of the decoder
-    // A device that isn't open yet needn't wait for a full feed.
+    constexpr std::size_t mostFrames = 1152; // in one block of the decoder
+    // Opening the device shouldn't wait for a full feed.
     const std::uint64_t enough = output_.isOpen() ? FEED_CAPACITY : FEED_LOW;
     while (!decodedAll_ && feed_.space() >= mostFrames && waiting() < enough &&
            !commandsWait_.load()) {
@@ -287,20 +298,25 @@ void DecoderThread::fillFeed() {
             feed_.write(block.samples);
         } else {
             decodedAll_ = true;
-            broken_ = block.result == Mp3Decoder::Result::failed;
+            if (block.result == Mp3Decoder::Result::failed) {
+                failure_ = decoder_->failure();
+            }
         }
     }
 }
 
-void DecoderThread::fail() {
+void DecoderThread::fail(const Failure& failure) {
     playing_ = false;
-    callEvent(&Events::failed);
+    const std::lock_guard lock(eventMutex_);
+    if (events_.failed) {
+        events_.failed(run_, failure);
+    }
 }
 
-void DecoderThread::callEvent(std::function<void(std::uint64_t)> Events::*event) {
+void DecoderThread::reportEnd() {
     const std::lock_guard lock(eventMutex_);
-    if (events_.*event) {
-        (events_.*event)(run_);
+    if (events_.ended) {
+        events_.ended(run_);
     }
 }
 

@@ -1,11 +1,12 @@
-// The thread that measures and decodes files, feeds the sound device, and notices the end of a
-// track and what goes wrong.
+// The thread that measures and decodes files, feeds the sound device, and reports the end of a
+// track and failures.
 #pragma once
 
-#include "engine/audio_output.h"
+#include "engine/decoding/mp3_decoder.h"
+#include "engine/failure.h"
 #include "engine/loaded_file.h"
-#include "engine/mp3_decoder.h"
-#include "engine/sample_feed.h"
+#include "engine/output/audio_output.h"
+#include "engine/output/sample_feed.h"
 
 #include <atomic>
 #include <chrono>
@@ -20,43 +21,45 @@
 
 namespace zvonivec {
 
-/// All commands are for the user-interface thread; they are carried out in order and never wait.
-/// What they lead to may wait for a disk or a sound server without an end, which holds up nobody
-/// but this thread: it shares the object, so that the user-interface thread can leave both behind.
+/// Commands are given on the user-interface thread, return at once, and are carried out in order.
+/// Carrying them out may wait for a disk or a sound server forever. Only the decoder thread waits
+/// then: it shares ownership of this object, so the user-interface thread can abandon both.
 ///
-/// A run is a stretch of playing that begins with start or restart; its number names it in events.
+/// A run is a stretch of playing that begins with start or restart. Its number identifies it in
+/// events.
 class DecoderThread {
 public:
     struct Events {
-        std::function<void(std::uint64_t run)> ended;  ///< the natural end of a run
-        std::function<void(std::uint64_t run)> failed; ///< a run can't go on; it is silent
+        std::function<void(std::uint64_t run)> ended; ///< the natural end of a run
+        /// A run can't go on. It is silent by then.
+        std::function<void(std::uint64_t run, const Failure& failure)> failed;
     };
 
-    /// The events are called on the decoder thread. end must be called before the last owner but
-    /// the thread goes.
+    /// The events are called on the decoder thread. end must be called before the last reference
+    /// other than the thread's is dropped.
     static std::shared_ptr<DecoderThread> create(Events events);
     DecoderThread(const DecoderThread&) = delete;
     DecoderThread& operator=(const DecoderThread&) = delete;
     ~DecoderThread() = default;
 
-    /// Closes the device and ends the thread. No event is called any more. A thread that hasn't
+    /// Closes the device and ends the thread. No event is called afterwards. A thread that hasn't
     /// ended after half a second ends later by itself, or with the process.
     void end();
 
-    /// Makes a file, or none, the one that the other commands are about. Nothing plays any more.
+    /// Sets the file that later commands act on; null for none. Stops playing.
     void load(std::shared_ptr<LoadedFile> file);
     /// Plays from a time on, as a new stream of the feed.
     void start(std::uint64_t run, std::uint64_t stream, double seconds);
-    /// Plays from the start, in the stream that has just come to its end, without a gap.
+    /// Plays from the start of the track, in the stream that has just ended, without a gap.
     void restart(std::uint64_t run);
     void pause();
     void resume();
     void stop();
 
-    /// Seconds of the track that are heard now in a run, nothing when it hasn't been begun yet.
+    /// Returns the position in seconds that is heard now in a run; nothing before the run begins.
     [[nodiscard]] std::optional<double> position(std::uint64_t run) const;
 
-    /// The gate and the volume, which act at once.
+    /// The gate and the volume; they act at once, without a command.
     [[nodiscard]] SampleFeed& feed() { return feed_; }
 
 private:
@@ -70,7 +73,8 @@ private:
         double seconds = 0;
     };
 
-    /// Which frame of the track a frame of the feed is.
+    /// Maps frames of the feed to frames of the track: from feedFrame on they are those from
+    /// trackFrame on.
     struct Segment {
         std::uint64_t run = 0;
         std::uint64_t feedFrame = 0;
@@ -83,7 +87,7 @@ private:
 
     // The decoder thread.
     void work();
-    void callEvent(std::function<void(std::uint64_t)> Events::*event);
+    void reportEnd();
     [[nodiscard]] std::optional<Clock::time_point> nextWake() const;
     void obey(Command& command);
     void begin(const Command& command);
@@ -92,41 +96,41 @@ private:
     void fillFeed();
     [[nodiscard]] std::uint64_t waiting() const;
     [[nodiscard]] std::uint64_t endLead() const;
-    void fail();
+    void fail(const Failure& failure);
     void dropOutput();
     void restIfIdle();
 
     std::mutex eventMutex_;
-    Events events_; ///< guarded by eventMutex_; empty once nobody listens any more
+    Events events_; ///< guarded by eventMutex_; empty after end
     SampleFeed feed_;
 
     std::mutex commandMutex_;
     std::condition_variable commandCame_;
     std::vector<Command> commands_;         ///< guarded by commandMutex_
     std::atomic<bool> commandsWait_{false}; ///< whether commands_ has any
-    bool finished_ = false;                 ///< the thread's work is done; guarded by commandMutex_
+    bool finished_ = false; ///< the thread is about to end; guarded by commandMutex_
     std::condition_variable finishedCame_;
 
     mutable std::mutex segmentMutex_;
     Segment segment_; ///< guarded by segmentMutex_
     std::atomic<int> latencyFrames_{0};
 
-    // The rest is the decoder thread's alone.
+    // Used by the decoder thread alone, except for thread_.
     AudioOutput output_;
     std::shared_ptr<LoadedFile> file_;
     std::optional<TrackTags> tags_; ///< of file_, once read
-    bool studied_ = true;           ///< nothing is left to find out of file_
+    bool studied_ = true;           ///< file_ has been measured and its tags read
     std::unique_ptr<Mp3Decoder> decoder_;
     int channels_ = 0; ///< format of feed_ and output_
     int sampleRate_ = 0;
     std::uint64_t run_ = 0;
-    std::uint64_t streamStart_ = 0; ///< frame of the feed where the present stream begins
+    std::uint64_t streamStart_ = 0; ///< frame of the feed where the current stream begins
     bool playing_ = false;
-    bool decodedAll_ = false; ///< the feed has the end of what can be played
-    bool broken_ = false;     ///< that end is not the track's
+    bool decodedAll_ = false;        ///< nothing is left to decode
+    std::optional<Failure> failure_; ///< why decoding stopped before the end of the track
     Clock::time_point idleSince_;
 
-    std::thread thread_; ///< the user-interface thread's
+    std::thread thread_; ///< used by the user-interface thread alone
 };
 
 } // namespace zvonivec

@@ -8,9 +8,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// One question's wait, short enough to go unnoticed.
+/// Wait of one call, short enough to go unnoticed.
 constexpr auto SHORT_WAIT = 5ms;
-/// After this long a disk is too slow to be waited for.
+/// Time after loading from which on nobody waits for a slow disk.
 constexpr auto LONGEST_WAIT = 3s;
 
 } // namespace

@@ -1,10 +1,11 @@
 // The file that the engine has loaded, and what is known of it.
 #pragma once
 
-#include "engine/file_kind.h"
-#include "engine/file_measure.h"
-#include "engine/file_reader.h"
-#include "engine/tags.h"
+#include "engine/failure.h"
+#include "engine/reading/file_kind.h"
+#include "engine/reading/file_measure.h"
+#include "engine/reading/file_reader.h"
+#include "engine/tags/tags.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -17,32 +18,37 @@ namespace zvonivec {
 /// Made on the user-interface thread, measured on the decoder thread, read on both.
 class LoadedFile {
 public:
-    /// What is known; everything is final once known is True.
+    /// Estimates until known is True, final afterwards.
     struct Facts {
         bool known = false;
         Measurement measurement;
         TrackTags tags;
     };
 
-    /// Finds out a file's kind. One that couldn't be opened (null), or is no MP3 file, is known at
-    /// once: nothing is known of it.
+    /// Finds out a file's kind. For a file that couldn't be opened (null), or is no MP3 file, known
+    /// is True at once and the facts are empty.
     explicit LoadedFile(std::shared_ptr<const FileReader> reader);
     explicit LoadedFile(const std::string& path) : LoadedFile(FileReader::open(path)) {}
 
     [[nodiscard]] const std::shared_ptr<const FileReader>& reader() const { return reader_; }
     [[nodiscard]] const FileKind& kind() const { return kind_; }
 
-    /// Null unless the file is an MP3 file. For the decoder thread alone.
+    /// Null unless the file is an MP3 file. For use by the decoder thread only.
     [[nodiscard]] FileMeasure* measure() { return measure_.get(); }
 
-    /// Decoder thread: makes facts public.
+    /// Decoder thread: publishes what it has found out.
     void setFacts(Facts facts);
+
+    /// Why a file without a measure can't be played.
+    [[nodiscard]] Failure failure() const {
+        return {reader_ ? Failure::Cause::notMp3 : Failure::Cause::notOpened, {}};
+    }
 
     [[nodiscard]] Facts facts() const;
     [[nodiscard]] Measurement measurement() const;
 
-    /// Waits a little for the facts to be known. True when they are, and also once the file has
-    /// been loaded for so long that the estimates must do.
+    /// Waits a few milliseconds for the facts. True when they are known, and also three seconds
+    /// after loading, when the caller has to do with the estimates.
     [[nodiscard]] bool waitUntilKnown() const;
 
 private:

@@ -1,11 +1,11 @@
-// The engine as the user-interface thread sees it: its state, and the events of the decoder thread
-// that still matter when they arrive.
+// The engine as the user-interface thread sees it: its state, and those events of the decoder
+// thread that are still true when they arrive.
 
 #include "engine/mp3_engine.h"
 
 #include "engine/decoder_thread.h"
-#include "engine/gain.h"
 #include "engine/loaded_file.h"
+#include "engine/output/gain.h"
 #include "engine/time_text.h"
 
 #include <algorithm>
@@ -61,8 +61,8 @@ private:
     bool raise(PlayState state);
     void rest(double position);
 
-    /// Locked by what is posted: when it is gone, so is the engine. Both happen on the
-    /// user-interface thread.
+    /// Reset when the engine is destroyed. Posted functions hold it weakly, and so notice that the
+    /// engine is gone. Used on the user-interface thread alone.
     std::shared_ptr<Mp3Engine*> self_ = std::make_shared<Mp3Engine*>(this);
 
     const PostToUserInterface post_; ///< called on the decoder thread
@@ -74,16 +74,17 @@ private:
     std::int32_t volume_ = 50;
     bool autoStart_ = true;
 
-    /// Changes with every command that makes earlier events of the decoder thread untrue.
+    /// Number of the run. Changes with every command that makes earlier events untrue.
     std::uint64_t run_ = 1;
     /// The stream of the feed that run_ plays.
     std::uint64_t stream_ = 0;
-    /// Whether the track has come to its natural end and nothing has moved it since: its last
-    /// samples may still be on their way out.
+    /// The track has come to its natural end and has not been moved since. The device may still be
+    /// playing its last samples.
     bool ended_ = false;
-    /// Whether play continues what was paused; else it starts at position_.
+    /// play continues after a pause; otherwise it starts at position_.
     bool resumes_ = false;
-    /// Where the track rests, or the last position told, so that time doesn't run backwards.
+    /// The position at rest. While playing, the last position that was returned: no later one may
+    /// be below it.
     mutable double position_ = 0;
 
     const std::shared_ptr<DecoderThread> thread_;
@@ -108,7 +109,7 @@ DecoderThread::Events Mp3Engine::postedEvents() {
                 return;
             }
             post([handler, weak, run] {
-                // Not kept locked: a handler that destroys the engine must be noticed.
+                // Released before the call, so that a handler can destroy the engine.
                 auto self = weak.lock();
                 Mp3Engine* const engine = self ? *self : nullptr;
                 self.reset();
@@ -118,7 +119,9 @@ DecoderThread::Events Mp3Engine::postedEvents() {
             });
         };
     };
-    return {.ended = posted(&Mp3Engine::runEnded), .failed = posted(&Mp3Engine::runFailed)};
+    return {.ended = posted(&Mp3Engine::runEnded),
+            .failed = [failed = posted(&Mp3Engine::runFailed)](
+                          std::uint64_t run, const Failure& /*failure*/) { failed(run); }};
 }
 
 void Mp3Engine::setURL(const std::string& path) {
@@ -170,7 +173,8 @@ void Mp3Engine::stop() {
     raise(PlayState::stopped);
 }
 
-/// Silent, and at a position. What is left of a track that has ended may be heard out.
+/// Silences the track and moves it to a position. The last samples of a track that has ended are
+/// still heard.
 void Mp3Engine::rest(double position) {
     if (!ended_) {
         thread_->feed().allow(0);
@@ -250,7 +254,7 @@ void Mp3Engine::setVolume(std::int32_t percent) {
 }
 
 void Mp3Engine::runEnded(std::uint64_t run) {
-    // One that was told just before a pause comes again after it.
+    // An end that was reported just before a pause is reported again after the pause.
     if (run != run_ || state_ != PlayState::playing) {
         return;
     }
@@ -261,7 +265,7 @@ void Mp3Engine::runEnded(std::uint64_t run) {
          {PlayState::mediaEnded, PlayState::transitioning, PlayState::stopped}) {
         state_ = state;
         if (!raise(state) || state_ != state) {
-            return; // the handler went on to something else
+            return; // the handler has given a command or destroyed the engine
         }
     }
 }
@@ -278,7 +282,7 @@ void Mp3Engine::runFailed(std::uint64_t run) {
     }
 }
 
-/// Raises PlayStateChange; False when the handler has destroyed the engine.
+/// Raises PlayStateChange. Returns False when the handler has destroyed the engine.
 bool Mp3Engine::raise(PlayState state) {
     const std::weak_ptr<Mp3Engine*> alive = self_;
     if (const auto handler = PlayStateChange) {

@@ -1,7 +1,7 @@
-// The real engine, for those who bring its files.
+// The real engine, with a function of the caller's that opens files.
 #pragma once
 
-#include "engine/file_reader.h"
+#include "engine/reading/file_reader.h"
 #include "playback/PlayerEngine.h"
 
 #include <functional>
@@ -10,10 +10,10 @@
 
 namespace zvonivec {
 
-/// Opens a file; null when it can't be. Called on the user-interface thread, by setURL.
+/// Opens a file; null on failure. Called by setURL on the user-interface thread.
 using OpenFile = std::function<std::shared_ptr<const FileReader>(const std::string& path)>;
 
-/// As createPlayerEngine, which opens files by FileReader::open. Never null.
+/// Creates an engine like createPlayerEngine, which opens files with FileReader::open. Never null.
 std::unique_ptr<PlayerEngine> createMp3Engine(PostToUserInterface post, OpenFile open);
 
 } // namespace zvonivec

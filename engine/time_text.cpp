@@ -15,7 +15,7 @@ std::string twoDigits(long long number) {
 } // namespace
 
 std::string timeText(double seconds) {
-    constexpr double longest = 1e12; // keeps the whole number within its type
+    constexpr double longest = 1e12; // any larger number might not fit the type
     const double shown = std::isnan(seconds) ? 0 : std::clamp(seconds, 0.0, longest);
     const auto whole = static_cast<long long>(shown);
     return twoDigits(whole / 60) + ":" + twoDigits(whole % 60);

@@ -1,12 +1,12 @@
-// Times as the display shows them.
+// Formats times for the display.
 #pragma once
 
 #include <string>
 
 namespace zvonivec {
 
-/// mm:ss; seconds are cut, not rounded, minutes of 100 and more have as many digits as they need.
-/// Below 0, or no number: "00:00".
+/// Returns a time as mm:ss. Seconds are cut, not rounded; minutes from 100 on have more digits.
+/// A negative time or no number gives "00:00".
 std::string timeText(double seconds);
 
 } // namespace zvonivec

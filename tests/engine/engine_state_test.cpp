@@ -1,5 +1,5 @@
-// The engine's states and events where nothing needs to be heard: SDL's device that plays nothing
-// takes the samples in real time.
+// The engine's states and events, with SDL's dummy device, which takes samples in real time and
+// plays nothing.
 
 #include "tests/engine/engine_under_test.h"
 #include "tests/support/mp3_samples.h"
@@ -175,7 +175,7 @@ TEST_F(Engine, TheNaturalEndIsRaisedOnce) {
 }
 
 TEST_F(Engine, AnEndThatCrossesACommandIsDropped) {
-    // Each command comes when the end has been posted and not been delivered.
+    // Gives each command after the end has been posted and before it is delivered.
     const auto playToTheEnd = [&] {
         engine.open(track(0.2));
         engine.controls().play();
@@ -230,7 +230,7 @@ TEST_F(Engine, MayBeDestroyedByItsOwnEvent) {
 }
 
 TEST_F(Engine, HandlersMayCommand) {
-    // The end is answered with another file.
+    // The handler opens another file at the end.
     const std::string next = track(0.3);
     engine.onState = [&](PlayState state) {
         if (state == PlayState::stopped && engine.stops() == 1) {
@@ -280,7 +280,7 @@ TEST_F(Engine, PositionRunsAndRests) {
     engine.controls().play();
     ASSERT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 3.3; }));
     engine.controls().pause();
-    std::this_thread::sleep_for(100ms); // what the device has is still heard
+    std::this_thread::sleep_for(100ms); // the device still plays the samples that it has
     const double rest = engine.controls().currentPosition();
     std::this_thread::sleep_for(100ms);
     EXPECT_EQ(engine.controls().currentPosition(), rest);
@@ -318,7 +318,7 @@ TEST_F(Engine, WithoutADevicePlayingIsOneError) {
     engine.queue.runFor(100ms);
     EXPECT_EQ(engine.errors, 1);
     EXPECT_EQ(engine.stops(), 0);
-    // And when there is one again, it plays.
+    // With a device again, the engine plays.
     setenv("SDL_AUDIODRIVER", "dummy", 1);
     engine.open(track(0.2));
     engine.controls().play();

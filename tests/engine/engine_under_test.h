@@ -1,4 +1,4 @@
-// The real engine with a user-interface thread made of the test's own.
+// The real engine, with the test's thread as the user-interface thread.
 #pragma once
 
 #include "engine/mp3_engine.h"
@@ -13,7 +13,7 @@
 
 namespace zvonivec {
 
-/// What a toolkit's event loop does for the engine: runs functions of other threads on this one.
+/// Runs functions that other threads post, like a toolkit's event loop.
 class UserInterfaceQueue {
 public:
     [[nodiscard]] PostToUserInterface poster() {
@@ -24,8 +24,8 @@ public:
         };
     }
 
-    /// Runs what comes until a condition, asked every few milliseconds, holds. False when it never
-    /// does.
+    /// Runs posted functions until a condition holds; checks it every few milliseconds. False when
+    /// the time has run out.
     bool runUntil(const std::function<bool()>& condition,
                   std::chrono::milliseconds limit = std::chrono::seconds(20)) {
         const auto end = std::chrono::steady_clock::now() + limit;
@@ -43,7 +43,7 @@ public:
         }
     }
 
-    /// Runs what comes for a while.
+    /// Runs posted functions for a time.
     void runFor(std::chrono::milliseconds time) {
         runUntil([] { return false; }, time);
     }
@@ -74,7 +74,7 @@ private:
     std::deque<std::function<void()>> functions_;
 };
 
-/// An engine whose events are counted.
+/// An engine that counts its events.
 struct EngineUnderTest {
     explicit EngineUnderTest(const OpenFile& open = &FileReader::open)
         : engine(createMp3Engine(queue.poster(), open)) {
@@ -91,7 +91,7 @@ struct EngineUnderTest {
     PlayerEngine::Controls& controls() { return engine->controls(); }
     PlayerEngine::Media& media() { return engine->currentMedia(); }
 
-    /// Loads a file and waits until it has been measured, as the program does.
+    /// Loads a file and waits until it has been measured, like the program.
     void open(const std::string& path) {
         engine->setURL(path);
         while (!media().isReadOnlyItem("Bitrate")) {

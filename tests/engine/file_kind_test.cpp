@@ -1,6 +1,6 @@
-// The kind of a file is told by its content: every file here bears a name that says otherwise.
+// Kinds of files are recognised by content: every file here has a misleading name.
 
-#include "engine/file_kind.h"
+#include "engine/reading/file_kind.h"
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
@@ -18,7 +18,7 @@ namespace zvonivec {
 namespace {
 
 using support::frameBytes;
-using support::FrameSpec;
+using support::FrameShape;
 using support::repeated;
 
 class FileKindOf : public testing::Test {
@@ -39,7 +39,7 @@ TEST_F(FileKindOf, LayerThreeIsMp3) {
         std::string content;
     };
     const std::string frames = repeated(frameBytes({}), 20);
-    const FrameSpec free = {.bitRateIndex = 0, .size = 700};
+    const FrameShape free = {.bitRateIndex = 0, .size = 700};
     const std::vector<Row> rows = {
         {"MPEG-1", frames},
         {"MPEG-2", repeated(frameBytes({.version = 2, .bitRateIndex = 8, .size = 208}), 20)},
@@ -152,7 +152,7 @@ TEST_F(FileKindOf, ChanceSyncWordsDontPass) {
     for (unsigned seed = 1; seed <= 40; ++seed) {
         EXPECT_NE(extensionOf(support::randomBytes(200000, seed)), "mp3") << seed;
     }
-    // One frame within something else, then two, then three with nothing behind them.
+    // One, two and three frames within other bytes.
     for (std::size_t count = 1; count <= 3; ++count) {
         EXPECT_NE(extensionOf(std::string(100, '\1') + repeated(frameBytes({}), count) +
                               std::string(2000, '\1')),
@@ -165,7 +165,7 @@ TEST_F(FileKindOf, ChanceSyncWordsDontPass) {
         mixed += frameBytes({}) + frameBytes({.sampleRateIndex = 1, .size = 384});
     }
     EXPECT_NE(extensionOf(mixed), "mp3");
-    // A sync word where every frame should be, and nonsense behind each.
+    // A valid header at the place of every frame, each followed by noise.
     std::string nonsense;
     for (unsigned seed = 1; seed <= 20; ++seed) {
         nonsense += frameBytes({}).substr(0, 4) + support::randomBytes(413, seed);
@@ -179,9 +179,9 @@ TEST_F(FileKindOf, MoreJunkThanAllowedIsNoMp3) {
 
 TEST_F(FileKindOf, HostileFilesTakeNoTime) {
     const support::ProcessorTime time;
-    extensionOf(repeated("\xFF\xFB\x90\x40", 200000));               // headers everywhere
-    extensionOf(repeated(std::string("\xFF\xFB\0\x40", 4), 200000)); // of free format
-    extensionOf(repeated("ID3\3" + std::string(6, '\0'), 100000));   // tags without end
+    extensionOf(repeated("\xFF\xFB\x90\x40", 200000));               // nothing but headers
+    extensionOf(repeated(std::string("\xFF\xFB\0\x40", 4), 200000)); // the same in free format
+    extensionOf(repeated("ID3\3" + std::string(6, '\0'), 100000));   // nothing but tags
     EXPECT_LT(time.seconds(), 1);
 }
 
@@ -193,7 +193,7 @@ TEST_F(FileKindOf, WhatCantBeReadIsNothing) {
     const std::string pipe = folder.file("pipe.mp3");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(FileReader::open(pipe), nullptr) << "a pipe that nobody writes to";
-    if (geteuid() != 0) { // who may read everything
+    if (geteuid() != 0) { // root may read everything
         const std::string secret = folder.file("secret.mp3");
         support::writeFile(secret, repeated(frameBytes({}), 20));
         ASSERT_EQ(chmod(secret.c_str(), 0), 0);

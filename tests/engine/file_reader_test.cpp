@@ -1,6 +1,6 @@
-// Files that go wrong while they are read: on a real disk, and on one that fails as the test says.
+// Files that change or fail while they are read, on a real disk and on a simulated one.
 
-#include "engine/file_reader.h"
+#include "engine/reading/file_reader.h"
 
 #include "tests/engine/engine_under_test.h"
 #include "tests/support/mp3_samples.h"
@@ -74,7 +74,7 @@ TEST_F(OnDisk, WhatIsThereNowIsRead) {
     std::filesystem::resize_file(path, 2);
     EXPECT_EQ(readText(*file, 0, 3), "aa");
     EXPECT_EQ(readText(*file, 50000, 3), "");
-    // Another file in its place is another file.
+    // A file that replaces it is not read.
     support::writeFile(folder.file("other"), "bbb");
     std::filesystem::rename(folder.file("other"), path);
     EXPECT_EQ(readText(*file, 0, 3), "aa");
@@ -106,7 +106,7 @@ TEST_F(OnDisk, SeveralThreadsReadAtOnce) {
     EXPECT_EQ(wrong, 0);
 }
 
-/// A disk that answers with errors from an offset on, or stops answering.
+/// A disk that fails from an offset on, or stops answering.
 struct Disk {
     std::atomic<std::uint64_t> failsFrom{UINT64_MAX};
 
@@ -119,7 +119,7 @@ struct Disk {
         hangs = false;
         changed.notify_all();
     }
-    /// Whether a reader waits for it.
+    /// Whether a reader is waiting for the disk.
     bool isWaitedFor() {
         const std::lock_guard lock(mutex);
         return waiting != 0;
@@ -172,7 +172,7 @@ protected:
         return file;
     }};
 
-    /// Runs until there is an error, and makes sure that there is one alone.
+    /// Runs until MediaError is raised, and checks that it is raised once.
     void expectOneError() {
         const auto self = std::this_thread::get_id();
         std::thread::id thread;
@@ -200,7 +200,7 @@ TEST_F(FailingDisk, AnErrorWhilePlayingIsOneMediaError) {
     expectOneError();
     EXPECT_EQ(engine.engine->URL(), "file") << "the file stays";
     EXPECT_NEAR(engine.media().duration(), 1200 * 1152 / 44100.0, 1e-9);
-    // Played again it is one again, unless the disk has recovered.
+    // Playing again raises the error again, until the disk has recovered.
     engine.controls().setCurrentPosition(20);
     engine.controls().play();
     expectOneError();
@@ -261,7 +261,7 @@ TEST_F(FailingDisk, ADiskThatHangsHoldsNobodyUp) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 100ms);
     engine.engine.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 900ms);
-    // The thread that was left behind ends when it can, and leaves nothing.
+    // The abandoned thread ends when the disk answers, and closes the file.
     EXPECT_FALSE(opened.expired());
     disk.goOn();
     EXPECT_TRUE(support::waitUntil([&] { return opened.expired(); }));

@@ -1,11 +1,11 @@
-// Files of all kinds, each as the engine tells of it, against what other programs make of it: how
-// long it is and how it sounds is mpg123's word, its rate and its tags are what it was made with.
+// Files of all kinds. Length and samples are compared with those of the mpg123 program, rate and
+// tags with the values that the file was made with.
 
 #include "tests/engine/engine_under_test.h"
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
 
-#include "engine/mp3_decoder.h"
+#include "engine/decoding/mp3_decoder.h"
 
 #include <cmath>
 #include <filesystem>
@@ -25,12 +25,12 @@ using support::writeFile;
 
 constexpr double SECONDS = 2.5;
 
-/// The file's audio alone, where something stands around it that other programs trip over.
+/// Path of a copy without the bytes around the audio that other programs can't skip.
 std::string plain(const std::string& path) {
     return path + ".plain";
 }
 
-/// Bytes in front of a file, and bytes behind it.
+/// Puts bytes before and after the content of a file.
 void wrap(const std::string& path, const std::string& before, const std::string& after = {}) {
     std::filesystem::copy_file(path, plain(path));
     writeFile(path, before + readFile(path) + after);
@@ -40,7 +40,7 @@ std::string text(const std::string& utf8) {
     return "\3" + utf8;
 }
 
-// --- What is MP3 ------------------------------------------------------------------------------
+// --- MP3 files ------------------------------------------------------------------------------
 
 struct Mp3File {
     const char* name;
@@ -57,7 +57,7 @@ bool lame(const std::string& path, const std::vector<std::string>& arguments, in
     return encodeNoise(path, SECONDS, arguments, rate, channels);
 }
 
-/// A described file whose description is another one than the encoder's.
+/// A file whose info frame doesn't come from its encoder.
 bool described(const std::string& path, const std::string& description) {
     const bool made = lame(path, {"-V", "4", "-t"});
     wrap(path, description);
@@ -207,7 +207,7 @@ Samples decoded(const std::string& path) {
     FileMeasure measure(file, *kind.stream);
     Mp3Decoder decoder(file, *kind.stream, measure);
     Samples all;
-    if (decoder.seek(0)) {
+    if (!decoder.seek(0)) {
         for (auto block = decoder.read(); block.result == Mp3Decoder::Result::samples;
              block = decoder.read()) {
             all.insert(all.end(), block.samples.begin(), block.samples.end());
@@ -219,7 +219,7 @@ Samples decoded(const std::string& path) {
 TEST_P(Mp3Files, AreToldAndSoundAsTheyAre) {
     const Mp3File& wanted = GetParam();
     const support::TemporaryFolder folder;
-    const std::string path = folder.file("music.txt"); // names don't count
+    const std::string path = folder.file("music.txt"); // the name doesn't count
     ASSERT_TRUE(wanted.make(path));
     const Samples samples =
         support::decodeWithMpg123(std::filesystem::exists(plain(path)) ? plain(path) : path);
@@ -237,7 +237,7 @@ TEST_P(Mp3Files, AreToldAndSoundAsTheyAre) {
         EXPECT_EQ(bitRate, wanted.bitRate);
     } else {
         const double average = static_cast<double>(std::filesystem::file_size(path)) * 8 / length;
-        EXPECT_NEAR(std::stod(bitRate), average, average / 50); // the file's head and tail aside
+        EXPECT_NEAR(std::stod(bitRate), average, average / 50); // the file also has tags
         EXPECT_TRUE(bitRate.ends_with("000")) << bitRate;
     }
     EXPECT_EQ(engine.media().getItemInfo("Title"), wanted.title);
@@ -251,7 +251,7 @@ TEST_P(Mp3Files, AreToldAndSoundAsTheyAre) {
 INSTANTIATE_TEST_SUITE_P(All, Mp3Files, testing::ValuesIn(MP3_FILES),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-// --- What isn't -------------------------------------------------------------------------------
+// --- Other files -------------------------------------------------------------------------------
 
 struct OtherFile {
     const char* name;
@@ -341,7 +341,7 @@ TEST_P(OtherFiles, AreNotMp3WhateverTheirNameSays) {
     const std::string path = folder.file("music.mp3");
     ASSERT_TRUE(GetParam().make(path));
     EngineUnderTest engine;
-    engine.open(path); // ends although nothing can be measured
+    engine.open(path); // returns although the file can't be measured
     EXPECT_EQ(engine.media().getItemInfo("Filetype"), GetParam().fileType);
     EXPECT_EQ(engine.media().duration(), 0);
 }
@@ -357,7 +357,7 @@ TEST(OtherFiles, AFileWithoutPermissionIsNothing) {
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
     const pid_t child = fork();
     if (child == 0) {
-        // Root may read anything, so somebody else tries.
+        // Root may read anything, so the child takes another user's rights.
         const bool dropped = geteuid() != 0 || setuid(65534) == 0;
         _exit(dropped && !detectFileKind(FileReader::open(path)).stream ? 0 : 1);
     }

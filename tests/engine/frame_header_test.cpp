@@ -1,4 +1,4 @@
-#include "engine/frame_header.h"
+#include "engine/reading/frame_header.h"
 
 #include "tests/support/mp3_samples.h"
 
@@ -11,19 +11,19 @@ namespace zvonivec {
 
 namespace {
 
-using support::FrameSpec;
+using support::FrameShape;
 
 std::vector<std::uint8_t> bytesOf(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
-std::optional<FrameHeader> parse(const FrameSpec& spec) {
-    return parseFrameHeader(bytesOf(support::frameBytes(spec)));
+std::optional<FrameHeader> parse(const FrameShape& shape) {
+    return parseFrameHeader(bytesOf(support::frameBytes(shape)));
 }
 
 TEST(FrameHeader, TellsWhatAFrameIs) {
     struct Row {
-        FrameSpec spec;
+        FrameShape shape;
         int bitRate;
         int sampleRate;
         int samples;
@@ -42,10 +42,10 @@ TEST(FrameHeader, TellsWhatAFrameIs) {
         Row{{.bitRateIndex = 0}, 0, 44100, 1152, 0},
     };
     for (const Row& row : rows) {
-        const auto header = parse(row.spec);
+        const auto header = parse(row.shape);
         ASSERT_TRUE(header) << row.bitRate;
-        EXPECT_EQ(header->version, row.spec.version);
-        EXPECT_EQ(header->layer, row.spec.layer);
+        EXPECT_EQ(header->version, row.shape.version);
+        EXPECT_EQ(header->layer, row.shape.layer);
         EXPECT_EQ(header->bitRate, row.bitRate);
         EXPECT_EQ(header->sampleRate, row.sampleRate);
         EXPECT_EQ(header->samples, row.samples);

@@ -1,4 +1,4 @@
-#include "engine/gain.h"
+#include "engine/output/gain.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-// Lengths and bit rates, against a full decode by the mpg123 program.
+// Compares lengths and bit rates with a full decode by the mpg123 program.
 
-#include "engine/file_measure.h"
+#include "engine/reading/file_measure.h"
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
@@ -16,7 +16,7 @@ namespace zvonivec {
 namespace {
 
 using support::frameBytes;
-using support::FrameSpec;
+using support::FrameShape;
 using support::repeated;
 
 constexpr std::uint64_t EVERYTHING = std::numeric_limits<std::uint64_t>::max() / 2;
@@ -86,7 +86,7 @@ TEST_F(Measure, ConstantRateIsTheNominalOne) {
 }
 
 TEST_F(Measure, VariableRateIsTheAverageInWholeKilobits) {
-    // Ten frames of 128 kb/s and thirty of 192 kb/s; a slot is cut off each.
+    // Ten frames of 128 kb/s and thirty of 192 kb/s; their sizes are rounded down.
     const std::string content = repeated(frameBytes({.bitRateIndex = 9, .size = 417}), 10) +
                                 repeated(frameBytes({.bitRateIndex = 11, .size = 626}), 30);
     const double seconds = 40 * 1152 / 44100.0;
@@ -98,29 +98,29 @@ TEST_F(Measure, VariableRateIsTheAverageInWholeKilobits) {
 }
 
 TEST_F(Measure, HeadersThatLieDontMatter) {
-    const FrameSpec spec = {};
-    const std::string frames = repeated(frameBytes(spec), 100);
+    const FrameShape shape = {};
+    const std::string frames = repeated(frameBytes(shape), 100);
     const auto bytes = static_cast<std::uint32_t>(frames.size() + 417);
     const double seconds = 100 * 1152 / 44100.0;
     for (const std::uint32_t claimed : {0U, 1U, 50U, 5000U, 0xFFFFFFFFU}) {
         EXPECT_DOUBLE_EQ(
-            measureContent(support::xingFrame(spec, "Xing", claimed, bytes) + frames).seconds,
+            measureContent(support::xingFrame(shape, "Xing", claimed, bytes) + frames).seconds,
             seconds)
             << claimed;
         EXPECT_DOUBLE_EQ(
-            measureContent(support::xingFrame(spec, "Info", claimed, bytes, 576, 1000) + frames)
+            measureContent(support::xingFrame(shape, "Info", claimed, bytes, 576, 1000) + frames)
                 .seconds,
             seconds - (576 + 529) / 44100.0)
             << claimed;
-        EXPECT_DOUBLE_EQ(measureContent(support::vbriFrame(spec, claimed, bytes) + frames).seconds,
+        EXPECT_DOUBLE_EQ(measureContent(support::vbriFrame(shape, claimed, bytes) + frames).seconds,
                          seconds)
             << claimed;
     }
     EXPECT_DOUBLE_EQ(
-        measureContent(support::xingFrame(spec, "Info", 100, bytes, 576, 1000) + frames).seconds,
+        measureContent(support::xingFrame(shape, "Info", 100, bytes, 576, 1000) + frames).seconds,
         seconds - (576 + 1000) / 44100.0);
     EXPECT_DOUBLE_EQ(
-        measureContent(support::xingFrame(spec, "Info", 100, bytes, 4095, 4095) + frames).seconds,
+        measureContent(support::xingFrame(shape, "Info", 100, bytes, 4095, 4095) + frames).seconds,
         seconds - (4095 + 4095) / 44100.0);
 }
 
@@ -145,7 +145,7 @@ TEST_F(Measure, DamageAndForeignBytesAreSkipped) {
     EXPECT_DOUBLE_EQ(measureContent(frames + frame.substr(0, 200)).seconds, 50 * frameSeconds)
         << "cut off";
     EXPECT_DOUBLE_EQ(measureContent(frames + std::string(500, '\0')).seconds, 50 * frameSeconds);
-    // Another file's tag in the middle, with what looks like frames in its picture.
+    // The tag of a joined file, with bytes that look like frames in its picture.
     const std::string tag = support::id3v2(3, {{"APIC", repeated(frame, 10)}});
     EXPECT_DOUBLE_EQ(measureContent(frames + tag + frames).seconds, 100 * frameSeconds);
     EXPECT_DOUBLE_EQ(measureContent(frames + support::apeTag({{"x", repeated(frame, 10)}})).seconds,
@@ -162,7 +162,7 @@ TEST_F(Measure, AHundredMegabytesAreWalkedInNoTime) {
         }
         support::writeFile(path, content);
     }
-    measure(path); // warm
+    measure(path); // fills the disk's cache
     const support::ProcessorTime time;
     EXPECT_DOUBLE_EQ(measure(path).seconds, 240000 * 1152 / 44100.0);
     const double seconds = time.seconds();
@@ -171,12 +171,12 @@ TEST_F(Measure, AHundredMegabytesAreWalkedInNoTime) {
 }
 
 TEST_F(Measure, EveryFrameIsFoundAgainInALongFile) {
-    // So many frames that their index has been thinned out twice; padding makes places irregular.
-    FrameSpec spec{.version = 25, .bitRateIndex = 1, .size = 52};
-    const std::string plain = frameBytes(spec);
-    spec.padded = true;
-    spec.size = 53;
-    const std::string padded = frameBytes(spec);
+    // Enough frames to thin the index out twice. Padding makes the offsets irregular.
+    FrameShape shape{.version = 25, .bitRateIndex = 1, .size = 52};
+    const std::string plain = frameBytes(shape);
+    shape.padded = true;
+    shape.size = 53;
+    const std::string padded = frameBytes(shape);
     constexpr std::int64_t count = 300000;
     std::vector<std::uint64_t> offsets;
     std::string content;

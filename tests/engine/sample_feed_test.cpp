@@ -1,6 +1,6 @@
-// What the device's callback does, called by the test in its place.
+// Tests the feed with the test itself in place of the device's callback.
 
-#include "engine/sample_feed.h"
+#include "engine/output/sample_feed.h"
 
 #include "tests/support/recording.h"
 
@@ -19,7 +19,7 @@ using support::Samples;
 constexpr std::size_t PERIOD = 512;
 constexpr std::size_t FADE = SampleFeed::FADE_FRAMES;
 
-/// Mono samples that count on from a number, so that each tells its place.
+/// Mono samples that count up from a number, so that each shows its place.
 Samples counting(int from, std::size_t count) {
     Samples samples;
     for (std::size_t i = 0; i < count; ++i) {
@@ -126,7 +126,7 @@ TEST_F(Feed, ANewStreamReplacesTheOldOne) {
     feed.allow(2);
     feed.beginStream(2);
     feed.write(counting(1, 1000));
-    const Samples out = fill(); // the old one fades
+    const Samples out = fill(); // fades the old stream out
     EXPECT_GT(out[0], 900);
     EXPECT_EQ(out[FADE], 0);
     EXPECT_EQ(fill(), counting(1, PERIOD));
@@ -224,7 +224,7 @@ TEST_F(Feed, TellsWhatWasTakenAndWhen) {
 }
 
 TEST_F(Feed, ThreeThreadsAtOnce) {
-    // The device takes, the decoder thread writes and begins streams, the user commands.
+    // One thread for the device, one for the user's commands; this one is the decoder thread.
     std::atomic<bool> done{false};
     std::atomic<std::uint64_t> stream{1};
     feed.beginStream(1);

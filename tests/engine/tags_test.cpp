@@ -1,6 +1,6 @@
-#include "engine/tags.h"
+#include "engine/tags/tags.h"
 
-#include "engine/tag_text.h"
+#include "engine/tags/tag_text.h"
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
 #include "tests/support/processor_time.h"
@@ -31,10 +31,10 @@ std::string utf16Of(const std::u16string& text) {
     return bytes;
 }
 
-/// Packed bits, as deflate has them: from the lowest of each byte on.
+/// Packs bits like deflate, beginning with the lowest bit of each byte.
 class BitWriter {
 public:
-    /// A Huffman code, whose highest bit comes first.
+    /// Adds a Huffman code, highest bit first.
     void code(unsigned bits, unsigned count) {
         while (count != 0) {
             const unsigned bit = bits >> --count & 1U;
@@ -58,21 +58,21 @@ private:
     unsigned used_ = 0;
 };
 
-/// A zlib stream that inflates to some letters, in hardly any room. Its checksum is wrong, which is
-/// found out when it has been inflated.
+/// A short zlib stream that inflates to many letters. Its checksum is wrong, which a reader notices
+/// only after inflating it.
 std::string bomb(std::size_t letters) {
     BitWriter bits;
     bits.code(0b110, 3);      // the last block, with the fixed codes
-    bits.code(0x30 + 'x', 8); // the letter
+    bits.code(0x30 + 'x', 8); // a letter
     for (std::size_t done = 1; done < letters; done += 258) {
-        bits.code(0b11000101, 8); // 258 times more
+        bits.code(0b11000101, 8); // repeat 258 times
         bits.code(0, 5);          // the letter before
     }
-    bits.code(0, 7); // the end
+    bits.code(0, 7); // end of the block
     return "\x78\x01" + bits.finish() + std::string(4, '\0');
 }
 
-/// A zlib stream of some text as it is.
+/// A zlib stream that stores a text uncompressed.
 std::string stored(const std::string& text) {
     std::uint32_t a = 1;
     std::uint32_t b = 0;
@@ -85,7 +85,7 @@ std::string stored(const std::string& text) {
            support::littleEndian(~size & 0xFFFFU, 2) + text + support::bigEndian(b << 16U | a);
 }
 
-/// A tag of frames that say that they are compressed and how long they are otherwise.
+/// A tag of frames that claim to be compressed, with the uncompressed size that they state.
 std::string compressedId3v2(int version,
                             const std::vector<std::pair<std::string, std::string>>& zlibFrames,
                             std::uint32_t statedSize) {
@@ -103,7 +103,7 @@ std::string compressedId3v2(int version,
     return tag;
 }
 
-/// The most memory that the process has had, in bytes; reset forgets what was.
+/// Most memory that the process has had, in bytes, since the last call with reset.
 std::size_t peakMemory(bool reset) {
     if (reset) {
         support::writeFile("/proc/self/clear_refs", "5");
@@ -168,7 +168,7 @@ TEST_F(Tags, OfTheFirstKind) {
     EXPECT_EQ(tags.year, "1999");
     EXPECT_EQ(tags.description, "Poznámka");
     EXPECT_EQ(tags.genre, "Rock");
-    // With the number of the track.
+    // A comment that is followed by a track number.
     const std::string comment = std::string("Poznámka").append(19, '\0') + '\7';
     EXPECT_EQ(tagsOf(FRAMES + id3v1("t", "", "", "", comment, 17)).description, "Poznámka");
 }
@@ -306,7 +306,7 @@ TEST_F(Tags, AProgramsOwnCommentIsNoDescription) {
 TEST_F(Tags, HostileTagsAreHarmless) {
     const std::string huge(5000000, 'x');
     EXPECT_EQ(tagsOf(id3v2(4, {{"TIT2", UTF8 + huge}}) + FRAMES).title.size(), TAG_TEXT_LIMIT);
-    // Random bytes where frames should be, and in their texts.
+    // Random bytes in place of frames, and in their texts.
     for (unsigned seed = 1; seed <= 100; ++seed) {
         const std::string noise = support::randomBytes(2000, seed);
         tagsOf(id3v2(2 + static_cast<int>(seed % 3), {{"TIT2", noise}, {"TCON", noise}}) + FRAMES);
@@ -331,7 +331,7 @@ TEST_F(Tags, CompressedTextsAreRead) {
 TEST_F(Tags, WhatInflatesToNoEndIsLeftOut) {
     constexpr std::size_t letters = 500'000'000;
     const std::string data = bomb(letters);
-    // A chapter holds frames of its own.
+    // A chapter contains frames.
     const std::string chapter = compressedId3v2(4, {{"TIT2", data}}, letters).substr(10);
     const std::string nested = std::string("c\0", 2) + std::string(16, '\0') + chapter;
     struct Row {

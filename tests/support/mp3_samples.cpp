@@ -26,8 +26,8 @@ void put(std::string& bytes, std::size_t at, const std::string& part) {
     bytes.replace(at, part.size(), part);
 }
 
-std::size_t sideInfoSize(const FrameSpec& spec) {
-    return spec.version == 1 ? (spec.mono ? 17 : 32) : (spec.mono ? 9 : 17);
+std::size_t sideInfoSize(const FrameShape& shape) {
+    return shape.version == 1 ? (shape.mono ? 17 : 32) : (shape.mono ? 9 : 17);
 }
 
 std::string padTo(std::string text, std::size_t size) {
@@ -90,15 +90,15 @@ Samples decodeWithMpg123(const std::string& path) {
     return samplesFromFile(options.outputFile);
 }
 
-std::string frameBytes(const FrameSpec& spec) {
-    const unsigned version = spec.version == 1 ? 3 : spec.version == 2 ? 2 : 0;
-    const auto layer = static_cast<unsigned>(4 - spec.layer);
-    const auto bitRate = static_cast<unsigned>(spec.bitRateIndex);
-    const auto sampleRate = static_cast<unsigned>(spec.sampleRateIndex);
+std::string frameBytes(const FrameShape& shape) {
+    const unsigned version = shape.version == 1 ? 3 : shape.version == 2 ? 2 : 0;
+    const auto layer = static_cast<unsigned>(4 - shape.layer);
+    const auto bitRate = static_cast<unsigned>(shape.bitRateIndex);
+    const auto sampleRate = static_cast<unsigned>(shape.sampleRateIndex);
     const unsigned header = 0xFFE00000U | version << 19U | layer << 17U |
-                            (spec.crc ? 0U : 1U << 16U) | bitRate << 12U | sampleRate << 10U |
-                            (spec.padded ? 1U << 9U : 0U) | (spec.mono ? 3U << 6U : 0U);
-    return padTo(bigEndian(header), spec.size);
+                            (shape.crc ? 0U : 1U << 16U) | bitRate << 12U | sampleRate << 10U |
+                            (shape.padded ? 1U << 9U : 0U) | (shape.mono ? 3U << 6U : 0U);
+    return padTo(bigEndian(header), shape.size);
 }
 
 std::string repeated(const std::string& bytes, std::size_t count) {
@@ -131,10 +131,10 @@ std::string littleEndian(std::uint32_t number, int bytes) {
     return {big.rbegin(), big.rend()};
 }
 
-std::string xingFrame(const FrameSpec& spec, const std::string& name, std::uint32_t frames,
+std::string xingFrame(const FrameShape& shape, const std::string& name, std::uint32_t frames,
                       std::uint32_t bytes, int delay, int padding) {
-    std::string frame = frameBytes(spec);
-    const std::size_t at = 4 + sideInfoSize(spec);
+    std::string frame = frameBytes(shape);
+    const std::size_t at = 4 + sideInfoSize(shape);
     put(frame, at, name + bigEndian(3) + bigEndian(frames) + bigEndian(bytes));
     if (delay >= 0) {
         put(frame, at + 16, "LAME3.100");
@@ -145,8 +145,8 @@ std::string xingFrame(const FrameSpec& spec, const std::string& name, std::uint3
     return frame;
 }
 
-std::string vbriFrame(const FrameSpec& spec, std::uint32_t frames, std::uint32_t bytes) {
-    std::string frame = frameBytes(spec);
+std::string vbriFrame(const FrameShape& shape, std::uint32_t frames, std::uint32_t bytes) {
+    std::string frame = frameBytes(shape);
     put(frame, 36,
         "VBRI" + bigEndian(1, 2) + bigEndian(0, 2) + bigEndian(75, 2) + bigEndian(bytes) +
             bigEndian(frames));

@@ -28,7 +28,7 @@ bool encodeNoise(const std::string& path, double seconds, const std::vector<std:
 Samples decodeWithMpg123(const std::string& path);
 
 /// The shape of a frame.
-struct FrameSpec {
+struct FrameShape {
     int version = 1;      ///< of MPEG: 1, 2 or 25 for 2.5
     int layer = 3;        ///< 1 to 3
     int bitRateIndex = 9; ///< 128 kb/s in MPEG-1 layer III
@@ -38,7 +38,7 @@ struct FrameSpec {
     bool crc = false;
     std::size_t size = 417; ///< of the whole frame, in bytes
 };
-std::string frameBytes(const FrameSpec& spec);
+std::string frameBytes(const FrameShape& shape);
 std::string repeated(const std::string& bytes, std::size_t count);
 
 /// Returns random bytes, always the same for a seed.
@@ -48,9 +48,9 @@ std::string bigEndian(std::uint32_t number, int bytes = 4);
 std::string littleEndian(std::uint32_t number, int bytes = 4);
 
 /// Return a frame that describes the file. The frame must have room for the description.
-std::string xingFrame(const FrameSpec& spec, const std::string& name, std::uint32_t frames,
+std::string xingFrame(const FrameShape& shape, const std::string& name, std::uint32_t frames,
                       std::uint32_t bytes, int delay = -1, int padding = -1);
-std::string vbriFrame(const FrameSpec& spec, std::uint32_t frames, std::uint32_t bytes);
+std::string vbriFrame(const FrameShape& shape, std::uint32_t frames, std::uint32_t bytes);
 
 /// Return tags. Texts are given as the bytes of the fields in the file.
 std::string id3v1(const std::string& title, const std::string& artist, const std::string& album,
