@@ -87,6 +87,24 @@ TEST_F(Accessibility, ACheckBoxHasItsStateAndCanBeSwitched) {
     of(repeat).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_FALSE(of(repeat).state().checked);
     EXPECT_EQ(repeat.Value(), 0);
+    EXPECT_FALSE(of(repeat).state().checkStateMixed);
+    repeat.setValue(2);
+    EXPECT_FALSE(of(repeat).state().checked);
+    EXPECT_TRUE(of(repeat).state().checkStateMixed);
+}
+
+TEST_F(Accessibility, OnlyControlsThatActOfferTheirAction) {
+    const auto offersPress = [this](const Control& control) {
+        return of(control).actionInterface()->actionNames().contains(
+            QAccessibleActionInterface::pressAction());
+    };
+    EXPECT_TRUE(offersPress(player().Popup().lblPopup[0]));
+    EXPECT_TRUE(offersPress(player().Popup().chkPopup[popupRepeat]));
+    EXPECT_TRUE(offersPress(player().imgLogo));
+    EXPECT_FALSE(offersPress(player().imgDisplay_Mark));
+    EXPECT_FALSE(offersPress(player().lbl_Info));
+    EXPECT_FALSE(offersPress(player().PB));
+    EXPECT_FALSE(offersPress(player().picDisplay));
 }
 
 TEST_F(Accessibility, TheMarkIsAPictureWithTheCommandsName) {

@@ -9,7 +9,7 @@ class QWindow;
 namespace zvonivec::input {
 
 // Places are in pixels from the window's upper left corner. Each call returns when the event and
-// all other waiting events have been processed. Two presses never make a double click.
+// all other waiting events have been processed. Calls of press() never make a double click.
 
 void press(QWindow& window, Qt::MouseButton button, QPoint place);
 void release(QWindow& window, Qt::MouseButton button, QPoint place);

@@ -34,7 +34,7 @@ std::optional<std::string> FakeDialog::ShowOpen() {
     if (answers.empty()) {
         return std::nullopt;
     }
-    const std::optional<std::string> answer = answers.front();
+    std::optional<std::string> answer = answers.front();
     answers.pop_front();
     return answer;
 }
