@@ -23,9 +23,13 @@ namespace {
 
 using namespace zvonivec::skin;
 
-bool writeBytes(const std::string& path, const std::string& bytes) {
+bool writeBytes(const std::string& path, const std::optional<std::string>& bytes) {
+    if (!bytes) {
+        std::fprintf(stderr, "draw_skin: cannot encode %s\n", path.c_str());
+        return false;
+    }
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.write(bytes->data(), static_cast<std::streamsize>(bytes->size()));
     file.close();
     if (!file) {
         std::fprintf(stderr, "draw_skin: cannot write %s\n", path.c_str());
@@ -35,15 +39,7 @@ bool writeBytes(const std::string& path, const std::string& bytes) {
 }
 
 bool writePicture(const std::string& path, const Picture& picture) {
-    if (path.ends_with(".png")) {
-        return writeBytes(path, pngBytes(picture));
-    }
-    const std::optional<std::string> bytes = gifBytes(picture);
-    if (!bytes) {
-        std::fprintf(stderr, "draw_skin: too many colours for %s\n", path.c_str());
-        return false;
-    }
-    return writeBytes(path, *bytes);
+    return writeBytes(path, path.ends_with(".png") ? pngBytes(picture) : gifBytes(picture));
 }
 
 /// Picture number 1 to 31 of the image list.

@@ -120,7 +120,8 @@ struct Holes {
         constexpr double rowHeight = 6;
         for (int row = 0; row < 9; ++row) {
             for (int column = 0; column < 12; ++column) {
-                const Point p{38 + column * step + (row % 2 == 0 ? 0 : step / 2), 200 + row * rowHeight};
+                const Point p{38 + column * step + (row % 2 == 0 ? 0 : step / 2),
+                              200 + row * rowHeight};
                 if (plateDistance(p) > 11 && p.x < 120) {
                     middles.push_back(p);
                     middles.push_back({WIDTH - p.x, p.y});

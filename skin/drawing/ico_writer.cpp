@@ -16,7 +16,7 @@ void append(std::string& out, std::uint32_t value, unsigned bytes) {
 
 } // namespace
 
-std::string icoBytes(const std::vector<Picture>& pictures) {
+std::optional<std::string> icoBytes(const std::vector<Picture>& pictures) {
     constexpr std::uint32_t icon = 1;
     constexpr std::size_t headSize = 6;
     constexpr std::size_t entrySize = 16;
@@ -26,16 +26,19 @@ std::string icoBytes(const std::vector<Picture>& pictures) {
     append(head, static_cast<std::uint32_t>(pictures.size()), 2);
     std::string body;
     for (const Picture& picture : pictures) {
-        const std::string png = pngBytes(picture);
+        const std::optional<std::string> png = pngBytes(picture);
+        if (!png) {
+            return std::nullopt;
+        }
         append(head, static_cast<std::uint32_t>(picture.width()) & 255U, 1); // 0 stands for 256
         append(head, static_cast<std::uint32_t>(picture.height()) & 255U, 1);
         append(head, 0, 2);  // colours of a palette: none
         append(head, 1, 2);  // planes
         append(head, 32, 2); // bits of a pixel
-        append(head, static_cast<std::uint32_t>(png.size()), 4);
+        append(head, static_cast<std::uint32_t>(png->size()), 4);
         append(head,
                static_cast<std::uint32_t>(headSize + entrySize * pictures.size() + body.size()), 4);
-        body += png;
+        body += *png;
     }
     return head + body;
 }

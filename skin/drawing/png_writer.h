@@ -1,14 +1,15 @@
-// PNG files, compressed here so that their bytes don't depend on a library's version.
+// PNG files.
 #pragma once
 
 #include "skin/drawing/image.h"
 
+#include <optional>
 #include <string>
 
 namespace zvonivec::skin {
 
-/// The bytes of a PNG: with a palette where up to 256 colours do, else with 8 bits for each of red,
-/// green, blue and alpha.
-std::string pngBytes(const Picture& picture);
+/// Returns the bytes of a PNG: with a palette where up to 256 colours do, else with 8 bits for each
+/// of red, green, blue and alpha. Returns nothing when the picture can't be encoded.
+std::optional<std::string> pngBytes(const Picture& picture);
 
 } // namespace zvonivec::skin

@@ -1,4 +1,5 @@
 // The pictures in the tree are what the drawing program draws.
+#include "tests/skin/picture_file.h"
 #include "tests/support/process.h"
 
 #include <filesystem>
@@ -25,8 +26,7 @@ TEST(SkinRedraw, GivesThePicturesOfTheTree) {
     EXPECT_EQ(drawn, filesIn(PICTURES_FOLDER));
     EXPECT_GE(drawn.size(), 41U);
     for (const std::string& name : drawn) {
-        EXPECT_TRUE(support::readFile(folder.file(name)) ==
-                    support::readFile(std::string(PICTURES_FOLDER "/") + name))
+        EXPECT_EQ(skin_test::differenceOf(folder.file(name), PICTURES_FOLDER "/" + name), "")
             << name << " in skin/pictures/ is not what draw_skin draws: build redraw_skin";
     }
 }

@@ -1,6 +1,7 @@
 // The pictures for screens with more pixels: the same device, drawn finer.
 #include "skin/pictures.h"
 #include "skin/window_outline.h"
+#include "tests/skin/picture_pixels.h"
 
 #include <QImage>
 #include <QPolygon>
@@ -15,22 +16,10 @@
 #include <utility>
 #include <vector>
 
+using namespace skin_test;
 using namespace zvonivec::skin;
 
 namespace {
-
-constexpr QRgb MARK = qRgb(224, 255, 64);
-constexpr QRgb DISPLAY = qRgb(0, 160, 192);
-constexpr std::array<QRgb, 4> SYMBOLS{qRgb(0, 192, 192), qRgb(64, 255, 255), MARK,
-                                      qRgb(160, 160, 160)};
-/// Picture number of the first round button in each state.
-constexpr std::array<int, 4> FIRST_NUMBER{1, 8, 15, 27};
-
-QImage load(std::string_view file) {
-    const QImage image(":/skin/" + QString::fromUtf8(file.data(), qsizetype(file.size())));
-    EXPECT_FALSE(image.isNull()) << file;
-    return image.convertToFormat(QImage::Format_ARGB32);
-}
 
 QImage cut(const QImage& sheet, const SheetPlace& place, int scale) {
     return sheet.copy(place.left * scale, place.top * scale, place.picture.width * scale,
