@@ -51,6 +51,7 @@ private:
     unsigned count_ = 0;
 };
 
+/// Returns the indices in LZW codes, in blocks.
 std::string compressed(const std::vector<std::uint8_t>& indices, unsigned depth) {
     constexpr unsigned codeLimit = 4096;
     constexpr std::uint16_t noCode = 0xFFFF;
@@ -82,8 +83,8 @@ std::string compressed(const std::vector<std::uint8_t>& indices, unsigned depth)
         }
         blocks.append(current, width);
         if (nextCode < codeLimit) {
-            // A reader learns each code one step later than this writer does, so the width grows
-            // when the code just given doesn't fit any more, not when the next one wouldn't.
+            // A reader learns each code one step later than this writer. So the width grows when
+            // the code just given doesn't fit, not when the next code wouldn't.
             if (nextCode == (1U << width)) {
                 ++width;
             }
@@ -103,60 +104,84 @@ std::string compressed(const std::vector<std::uint8_t>& indices, unsigned depth)
     return blocks.finished();
 }
 
-} // namespace
-
-std::optional<std::string> gifBytes(const Picture& picture) {
-    std::map<std::uint32_t, unsigned> numbers;
+/// A picture in numbers of a palette.
+struct Indexed {
     std::vector<Rgba> palette;
-    std::optional<unsigned> transparent;
+    std::optional<unsigned> transparent; ///< the entry of the clear pixels, if there are any
     std::vector<std::uint8_t> indices;
-    indices.reserve(picture.pixels().size());
-    for (const Rgba& pixel : picture.pixels()) {
-        unsigned number = 0;
+};
+
+/// Returns nothing when the picture needs more than 256 palette entries.
+std::optional<Indexed> indexed(const Picture& picture) {
+    constexpr Rgba transparentColour{255, 0, 255, 255};
+    Indexed result;
+    std::map<std::uint32_t, unsigned> numbers;
+    const auto numberOf = [&](const Rgba& pixel) {
+        const auto next = static_cast<unsigned>(result.palette.size());
         if (pixel.a == 0) {
-            if (!transparent) {
-                transparent = static_cast<unsigned>(palette.size());
-                palette.push_back(Rgba{255, 0, 255, 255});
+            if (!result.transparent) {
+                result.transparent = next;
+                result.palette.push_back(transparentColour);
             }
-            number = *transparent;
-        } else {
-            const std::uint32_t key = (std::uint32_t{pixel.r} << 16U) |
-                                      (std::uint32_t{pixel.g} << 8U) | std::uint32_t{pixel.b};
-            const auto [place, isNew] =
-                numbers.try_emplace(key, static_cast<unsigned>(palette.size()));
-            if (isNew) {
-                palette.push_back(pixel);
-            }
-            number = place->second;
+            return *result.transparent;
         }
-        if (palette.size() > 256) {
+        const std::uint32_t key = (std::uint32_t{pixel.r} << 16U) | (std::uint32_t{pixel.g} << 8U) |
+                                  std::uint32_t{pixel.b};
+        const auto [place, isNew] = numbers.try_emplace(key, next);
+        if (isNew) {
+            result.palette.push_back(pixel);
+        }
+        return place->second;
+    };
+    result.indices.reserve(picture.pixels().size());
+    for (const Rgba& pixel : picture.pixels()) {
+        const unsigned number = numberOf(pixel);
+        if (number > 255) {
             return std::nullopt;
         }
-        indices.push_back(static_cast<std::uint8_t>(number));
+        result.indices.push_back(static_cast<std::uint8_t>(number));
     }
+    return result;
+}
 
-    unsigned depth = 1;
-    while ((std::size_t{1} << depth) < palette.size()) {
-        ++depth;
-    }
-
-    std::string out = "GIF89a";
-    appendWord(out, picture.width());
-    appendWord(out, picture.height());
-    appendByte(out, 0xF0U | (depth - 1)); // a global palette of 2^depth entries
-    appendByte(out, 0);
-    appendByte(out, 0);
+/// Appends a palette of 2^depth entries.
+void appendPalette(std::string& out, std::vector<Rgba> palette, unsigned depth) {
     palette.resize(std::size_t{1} << depth, Rgba{0, 0, 0, 255});
     for (const Rgba& colour : palette) {
         appendByte(out, colour.r);
         appendByte(out, colour.g);
         appendByte(out, colour.b);
     }
-    if (transparent) {
-        out += "\x21\xF9\x04\x01";
-        appendWord(out, 0);
-        appendByte(out, *transparent);
-        appendByte(out, 0);
+}
+
+/// Appends the graphic control extension that names the transparent entry.
+void appendTransparent(std::string& out, unsigned entry) {
+    out += "\x21\xF9\x04\x01";
+    appendWord(out, 0);
+    appendByte(out, entry);
+    appendByte(out, 0);
+}
+
+} // namespace
+
+std::optional<std::string> gifBytes(const Picture& picture) {
+    const std::optional<Indexed> image = indexed(picture);
+    if (!image) {
+        return std::nullopt;
+    }
+    unsigned depth = 1;
+    while ((std::size_t{1} << depth) < image->palette.size()) {
+        ++depth;
+    }
+    std::string out = "GIF89a";
+    appendWord(out, picture.width());
+    appendWord(out, picture.height());
+    appendByte(out, 0xF0U | (depth - 1)); // a global palette of 2^depth entries
+    appendByte(out, 0);
+    appendByte(out, 0);
+    appendPalette(out, image->palette, depth);
+    if (image->transparent) {
+        appendTransparent(out, *image->transparent);
     }
     out += '\x2C';
     appendWord(out, 0);
@@ -166,7 +191,7 @@ std::optional<std::string> gifBytes(const Picture& picture) {
     appendByte(out, 0);
     const unsigned codeDepth = depth < 2 ? 2 : depth;
     appendByte(out, codeDepth);
-    out += compressed(indices, codeDepth);
+    out += compressed(image->indices, codeDepth);
     out += '\x3B';
     return out;
 }

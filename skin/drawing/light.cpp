@@ -113,50 +113,98 @@ Picture roundedWithAlpha(const Drawing& drawing) {
     return picture;
 }
 
-Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
-                 std::size_t colours, double mostOwed) {
-    // Channels carry eight binary places, so that sums of shared-out errors stay exact.
-    constexpr int unit = 256;
-    using Channels = std::array<int, 3>;
-    const int width = drawing.width();
-    const int height = drawing.height();
+namespace {
 
-    Grid<Channels> wanted(width, height, Channels{});
-    std::vector<Rgba> free;
-    std::vector<Rgba> palette;
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
+/// Channels with eight binary places, so that sums of shared-out errors stay exact.
+constexpr int UNIT = 256;
+using Channels = std::array<int, 3>;
+
+Grid<Channels> channelsOf(const Drawing& drawing) {
+    Grid<Channels> channels(drawing.width(), drawing.height(), Channels{});
+    for (int y = 0; y < drawing.height(); ++y) {
+        for (int x = 0; x < drawing.width(); ++x) {
             const Light light = drawing.at(x, y).light;
             const std::array<double, 3> values{shown(light.r), shown(light.g), shown(light.b)};
             for (std::size_t i = 0; i < 3; ++i) {
-                wanted.at(x, y)[i] = static_cast<int>(std::floor(values[i] * unit + 0.5));
+                channels.at(x, y).at(i) = static_cast<int>(std::floor(values.at(i) * UNIT + 0.5));
             }
+        }
+    }
+    return channels;
+}
+
+/// Returns the colours of the fixed pixels and those that stand best for all others.
+std::vector<Rgba> paletteFor(const Drawing& drawing, const Picture& fixed, const Mask& mask,
+                             std::size_t colours) {
+    std::vector<Rgba> palette;
+    std::vector<Rgba> free;
+    for (int y = 0; y < drawing.height(); ++y) {
+        for (int x = 0; x < drawing.width(); ++x) {
+            const Rgba& pixel = fixed.at(x, y);
             if (mask.at(x, y) == 0) {
                 continue;
             }
-            if (fixed.at(x, y).a == 0) {
-                free.push_back(Rgba{whole(values[0]), whole(values[1]), whole(values[2])});
-            } else {
-                bool known = false;
-                for (const Rgba& colour : palette) {
-                    known = known || colour == fixed.at(x, y);
-                }
-                if (!known) {
-                    palette.push_back(fixed.at(x, y));
-                }
+            if (pixel.a == 0) {
+                free.push_back(pixelOf(drawing.at(x, y).light));
+            } else if (std::ranges::find(palette, pixel) == palette.end()) {
+                palette.push_back(pixel);
             }
         }
     }
     const std::vector<Rgba> chosen = choosePalette(free, colours - palette.size());
     palette.insert(palette.end(), chosen.begin(), chosen.end());
+    return palette;
+}
 
-    // What earlier pixels lost, to be made good by this one. What goes beyond the limit is let go:
-    // a debt in hue alone, piled up over many dark pixels, would come back as a bright speck.
-    const int limit = static_cast<int>(mostOwed * unit);
-    Grid<Channels> owed(width, height, Channels{});
+/// What earlier pixels lost, to be made good by their neighbours.
+class Debts {
+public:
+    /// A debt beyond the limit is let go: a debt in hue alone, piled up over many dark pixels,
+    /// would come back as a bright speck.
+    Debts(int width, int height, int limit) : owed_(width, height, Channels{}), limit_(limit) {}
+
+    [[nodiscard]] Channels addedTo(Channels wanted, int x, int y) const {
+        for (std::size_t i = 0; i < 3; ++i) {
+            wanted.at(i) += std::clamp(owed_.at(x, y).at(i), -limit_, limit_);
+        }
+        return wanted;
+    }
+
+    /// Shares out what a pixel lost. Ahead is 1 in rows that run to the right, else -1.
+    void share(const Channels& lost, int x, int y, int ahead) {
+        owe(lost, x + ahead, y, 7);
+        owe(lost, x - ahead, y + 1, 3);
+        owe(lost, x, y + 1, 5);
+        owe(lost, x + ahead, y + 1, 1);
+    }
+
+private:
+    void owe(const Channels& lost, int x, int y, int sixteenths) {
+        if (x < 0 || x >= owed_.width() || y >= owed_.height()) {
+            return;
+        }
+        for (std::size_t i = 0; i < 3; ++i) {
+            owed_.at(x, y).at(i) += lost.at(i) * sixteenths / 16;
+        }
+    }
+
+    Grid<Channels> owed_;
+    int limit_;
+};
+
+} // namespace
+
+Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
+                 std::size_t colours, double mostOwed) {
+    const int width = drawing.width();
+    const int height = drawing.height();
+    const std::vector<Rgba> palette = paletteFor(drawing, fixed, mask, colours);
+    const Grid<Channels> wanted = channelsOf(drawing);
+    Debts debts(width, height, static_cast<int>(mostOwed * UNIT));
     Picture picture(width, height, CLEAR);
-    // Every second row runs backwards: an error that always moved right would draw slanted worms.
     for (int y = 0; y < height; ++y) {
+        // Every second row runs backwards: an error that always moved right would draw slanted
+        // worms.
         const bool forth = y % 2 == 0;
         for (int step = 0; step < width; ++step) {
             const int x = forth ? step : width - 1 - step;
@@ -167,26 +215,11 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
                 picture.at(x, y) = fixed.at(x, y);
                 continue;
             }
-            Channels want = wanted.at(x, y);
-            for (std::size_t i = 0; i < 3; ++i) {
-                want[i] += std::clamp(owed.at(x, y)[i], -limit, limit);
-            }
-            const Rgba got = nearestColour(palette, want[0], want[1], want[2], unit);
+            const Channels want = debts.addedTo(wanted.at(x, y), x, y);
+            const Rgba got = nearestColour(palette, want[0], want[1], want[2], UNIT);
             picture.at(x, y) = got;
-            const Channels given{got.r * unit, got.g * unit, got.b * unit};
-            const int ahead = forth ? 1 : -1;
-            const auto share = [&](int column, int row, int sixteenths) {
-                if (column < 0 || column >= width || row >= height) {
-                    return;
-                }
-                for (std::size_t i = 0; i < 3; ++i) {
-                    owed.at(column, row)[i] += (want[i] - given[i]) * sixteenths / 16;
-                }
-            };
-            share(x + ahead, y, 7);
-            share(x - ahead, y + 1, 3);
-            share(x, y + 1, 5);
-            share(x + ahead, y + 1, 1);
+            debts.share({want[0] - got.r * UNIT, want[1] - got.g * UNIT, want[2] - got.b * UNIT}, x,
+                        y, forth ? 1 : -1);
         }
     }
     return picture;

@@ -10,8 +10,10 @@ namespace zvonivec::skin {
 
 namespace {
 
+using Channels = std::array<int, 3>;
+
 struct Counted {
-    std::array<int, 3> channels{};
+    Channels channels{};
     std::int64_t count = 0;
 };
 
@@ -44,9 +46,9 @@ Cell measured(const std::vector<Counted>& colours, std::size_t first, std::size_
     return cell;
 }
 
-/// How different two colours look. Shifts between the channels weigh more than lightness: a grey
-/// that is a little too dark goes unnoticed, a bluish speck in it doesn't.
-std::int64_t difference(const std::array<int, 3>& a, const std::array<int, 3>& b) {
+/// Returns how different two colours look. A shift between the channels weighs more than a shift in
+/// lightness: a grey that is a little too dark goes unnoticed, a bluish speck in it doesn't.
+std::int64_t difference(const Channels& a, const Channels& b) {
     const std::int64_t red = a[0] - b[0];
     const std::int64_t green = a[1] - b[1];
     const std::int64_t blue = a[2] - b[2];
@@ -55,10 +57,9 @@ std::int64_t difference(const std::array<int, 3>& a, const std::array<int, 3>& b
            2 * (square(red - green) + square(green - blue) + square(red - blue));
 }
 
-} // namespace
-
-std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t count) {
-    std::map<std::array<int, 3>, std::int64_t> histogram;
+/// Returns the different colours of the pixels, each with its number of pixels.
+std::vector<Counted> counted(const std::vector<Rgba>& pixels) {
+    std::map<Channels, std::int64_t> histogram;
     for (const Rgba& pixel : pixels) {
         ++histogram[{pixel.r, pixel.g, pixel.b}];
     }
@@ -67,87 +68,107 @@ std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t cou
     for (const auto& [channels, number] : histogram) {
         colours.push_back({channels, number});
     }
-    if (colours.empty()) {
-        return {};
-    }
+    return colours;
+}
 
-    // Cut the cell that spreads most, at its mean, until there are enough.
+/// Colours added up, for their mean.
+struct Sum {
+    std::array<std::int64_t, 3> channels{};
+    std::int64_t count = 0;
+
+    void add(const Counted& colour) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            channels.at(i) += colour.channels.at(i) * colour.count;
+        }
+        count += colour.count;
+    }
+    /// Each channel rounded to the nearest whole number.
+    [[nodiscard]] Channels mean() const {
+        Channels mean{};
+        for (std::size_t i = 0; i < 3; ++i) {
+            mean.at(i) = count > 0 ? static_cast<int>((channels.at(i) + count / 2) / count) : 0;
+        }
+        return mean;
+    }
+};
+
+Sum sumOf(const std::vector<Counted>& colours, const Cell& cell) {
+    Sum sum;
+    for (std::size_t i = cell.first; i < cell.last; ++i) {
+        sum.add(colours[i]);
+    }
+    return sum;
+}
+
+/// Cuts the cell that spreads most at its mean, until there are enough cells. Sorts the colours so
+/// that each cell is a run of them.
+std::vector<Cell> cut(std::vector<Counted>& colours, std::size_t count) {
     std::vector<Cell> cells{measured(colours, 0, colours.size())};
     while (cells.size() < count) {
-        const auto widest =
-            std::max_element(cells.begin(), cells.end(),
-                             [](const Cell& a, const Cell& b) { return a.spread < b.spread; });
+        const auto widest = std::ranges::max_element(cells, {}, &Cell::spread);
         if (widest->spread == 0) {
             break;
         }
         const Cell cell = *widest;
-        std::int64_t sum = 0;
-        std::int64_t number = 0;
-        for (std::size_t i = cell.first; i < cell.last; ++i) {
-            sum += colours[i].channels.at(cell.channel) * colours[i].count;
-            number += colours[i].count;
-        }
-        const std::int64_t mean = number > 0 ? sum / number : 0;
+        const Sum sum = sumOf(colours, cell);
+        const std::int64_t mean = sum.channels.at(cell.channel) / sum.count;
         const auto begin = colours.begin() + static_cast<std::ptrdiff_t>(cell.first);
         const auto end = colours.begin() + static_cast<std::ptrdiff_t>(cell.last);
-        const auto cut = std::stable_partition(begin, end, [&](const Counted& colour) {
+        const auto upper = std::stable_partition(begin, end, [&](const Counted& colour) {
             return colour.channels.at(cell.channel) <= mean;
         });
-        const auto middle = static_cast<std::size_t>(cut - colours.begin());
+        const auto middle = static_cast<std::size_t>(upper - colours.begin());
         *widest = measured(colours, cell.first, middle);
         cells.push_back(measured(colours, middle, cell.last));
     }
+    return cells;
+}
 
-    std::vector<std::array<int, 3>> centres;
-    const auto centreOf = [](const std::array<std::int64_t, 3>& sums, std::int64_t number) {
-        std::array<int, 3> centre{};
-        for (std::size_t i = 0; i < 3; ++i) {
-            centre.at(i) = number > 0 ? static_cast<int>((sums.at(i) + number / 2) / number) : 0;
+std::size_t nearest(const std::vector<Channels>& centres, const Channels& colour) {
+    std::size_t best = 0;
+    std::int64_t bestDistance = std::numeric_limits<std::int64_t>::max();
+    for (std::size_t i = 0; i < centres.size(); ++i) {
+        const std::int64_t distance = difference(centres[i], colour);
+        if (distance < bestDistance) {
+            best = i;
+            bestDistance = distance;
         }
-        return centre;
-    };
-    for (const Cell& cell : cells) {
-        std::array<std::int64_t, 3> sums{};
-        std::int64_t number = 0;
-        for (std::size_t i = cell.first; i < cell.last; ++i) {
-            for (std::size_t channel = 0; channel < 3; ++channel) {
-                sums.at(channel) += colours[i].channels.at(channel) * colours[i].count;
-            }
-            number += colours[i].count;
-        }
-        centres.push_back(centreOf(sums, number));
     }
+    return best;
+}
 
-    // A few rounds in which every colour joins its nearest centre and the centres follow.
+/// Moves every centre to the mean of the colours that are nearest to it.
+void settle(std::vector<Channels>& centres, const std::vector<Counted>& colours) {
+    std::vector<Sum> sums(centres.size());
+    for (const Counted& colour : colours) {
+        sums[nearest(centres, colour.channels)].add(colour);
+    }
+    for (std::size_t i = 0; i < centres.size(); ++i) {
+        if (sums[i].count > 0) {
+            centres[i] = sums[i].mean();
+        }
+    }
+}
+
+} // namespace
+
+std::vector<Rgba> choosePalette(const std::vector<Rgba>& pixels, std::size_t count) {
+    std::vector<Counted> colours = counted(pixels);
+    if (colours.empty()) {
+        return {};
+    }
+    std::vector<Channels> centres;
+    for (const Cell& cell : cut(colours, count)) {
+        centres.push_back(sumOf(colours, cell).mean());
+    }
     constexpr int rounds = 6;
     for (int round = 0; round < rounds; ++round) {
-        std::vector<std::array<std::int64_t, 3>> sums(centres.size());
-        std::vector<std::int64_t> numbers(centres.size(), 0);
-        for (const Counted& colour : colours) {
-            std::size_t best = 0;
-            std::int64_t bestDistance = std::numeric_limits<std::int64_t>::max();
-            for (std::size_t i = 0; i < centres.size(); ++i) {
-                const std::int64_t distance = difference(centres[i], colour.channels);
-                if (distance < bestDistance) {
-                    best = i;
-                    bestDistance = distance;
-                }
-            }
-            for (std::size_t channel = 0; channel < 3; ++channel) {
-                sums[best].at(channel) += colour.channels.at(channel) * colour.count;
-            }
-            numbers[best] += colour.count;
-        }
-        for (std::size_t i = 0; i < centres.size(); ++i) {
-            if (numbers[i] > 0) {
-                centres[i] = centreOf(sums[i], numbers[i]);
-            }
-        }
+        settle(centres, colours);
     }
 
     std::vector<Rgba> palette;
     palette.reserve(centres.size());
-    for (const auto& centre : centres) {
+    for (const Channels& centre : centres) {
         palette.push_back(Rgba{static_cast<std::uint8_t>(centre[0]),
                                static_cast<std::uint8_t>(centre[1]),
                                static_cast<std::uint8_t>(centre[2]), 255});
