@@ -1,4 +1,4 @@
-// Measures this player and others side by side. bench/compare builds and starts it.
+// Measures this player and others side by side. The script bench/compare builds and starts it.
 
 #include "bench/probe.h"
 #include "bench/report.h"
@@ -10,7 +10,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <set>
+#include <span>
 #include <thread>
 
 namespace {
@@ -20,23 +22,23 @@ using namespace std::chrono_literals;
 
 constexpr std::string_view OURS = "Zvonivec";
 constexpr std::string_view FLOOR = "mpg123";
-const std::string THREAD = "playing, thread "; ///< key of a thread's share
+constexpr std::string_view THREAD = "playing, thread "; ///< begins the key of a thread's share
 
 struct Plan {
     int rounds = 5;
-    std::chrono::milliseconds stretch = 12s; ///< that processor time is measured over
-    std::chrono::milliseconds settling = 3s; ///< before it, so that a start is not in it
+    std::chrono::milliseconds stretch = 12s; ///< over which processor time is measured
+    std::chrono::milliseconds settling = 3s; ///< waited before, so that no start is measured
     double fileSeconds = 240;
     std::string jsonFile;
-    std::string only; ///< names of players; empty: all that are installed
+    std::string only; ///< names of players; empty: all installed ones
 };
 
-/// What is asked of our player: at most so many times a figure of others in the same run.
+/// A target for our player: the greatest ratio to the same figure of another player.
 struct Target {
     std::string_view title;
     std::string_view key;
     double most;
-    bool ofFloor; ///< of mpg123's figure, else of the leanest player with a window
+    bool ofFloor; ///< a ratio to mpg123, else to the leanest other player with a window
 };
 
 constexpr std::array TARGETS{
@@ -49,10 +51,11 @@ constexpr std::array TARGETS{
 };
 constexpr double MOST_IDLE = 0.0025; ///< of a core
 
+/// The shared libraries that each player maps while it plays.
 struct Libraries {
     std::map<std::string_view, std::set<std::string>> of;
 
-    /// Bytes of those that no other player uses.
+    /// Returns the bytes of the libraries that no other player uses.
     [[nodiscard]] double own(std::string_view subject) const {
         double size = 0;
         for (const std::string& library : of.at(subject)) {
@@ -68,7 +71,7 @@ struct Libraries {
     }
 };
 
-/// One program, once through everything. False when it didn't show or play.
+/// Measures everything of one player once. False when it didn't show or play.
 bool measure(const Subject& subject, support::Display& display, support::PulseServer& sound,
              const std::string& file, const Plan& plan, Report& report, Libraries& libraries) {
     if (subject.hasWindow) {
@@ -95,7 +98,7 @@ bool measure(const Subject& subject, support::Display& display, support::PulseSe
     report.add(subject.name, "playing", minute.processor);
     report.add(subject.name, "playing_display", minute.server);
     for (const auto& [name, processor] : minute.threads) {
-        report.add(subject.name, THREAD + name, processor);
+        report.add(subject.name, std::string(THREAD) + name, processor);
     }
     report.add(subject.name, "playing_wake_ups", minute.wakeUps);
     const Memory memory = memoryOf(playing.pid());
@@ -113,7 +116,7 @@ bool measure(const Subject& subject, support::Display& display, support::PulseSe
         std::this_thread::sleep_for(plan.settling);
         minute = playing.measure(plan.stretch);
     }
-    // Without a window it is out of sight all the time.
+    // A player without a window is out of sight all the time.
     report.add(subject.name, "minimised", minute.processor);
     report.add(subject.name, "minimised_wake_ups", minute.wakeUps);
     return true;
@@ -156,13 +159,12 @@ int usage() {
     return 2;
 }
 
-} // namespace
-
-int main(int count, char** arguments) {
+/// Returns nothing when the arguments make no plan.
+std::optional<Plan> planFrom(std::span<char*> arguments) {
     Plan plan;
-    for (int i = 1; i < count; ++i) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view option = arguments[i];
-        const bool hasValue = i + 1 < count;
+        const bool hasValue = i + 1 < arguments.size();
         if (option == "--quick") {
             plan.rounds = 1;
             plan.stretch = 500ms;
@@ -177,8 +179,56 @@ int main(int count, char** arguments) {
         } else if (option == "--json" && hasValue) {
             plan.jsonFile = arguments[++i];
         } else {
-            return usage();
+            return std::nullopt;
         }
+    }
+    return plan;
+}
+
+bool isPlanned(const Subject& subject, const Plan& plan) {
+    return isInstalled(subject) &&
+           (plan.only.empty() || plan.only.find(subject.name) != std::string::npos);
+}
+
+/// Measures every planned player in every round. False when our own player didn't show or play.
+bool measureAll(support::Display& display, support::PulseServer& sound, const std::string& file,
+                const Plan& plan, Report& report, Libraries& libraries) {
+    for (int round = 1; round <= plan.rounds; ++round) {
+        for (const Subject& subject : subjects()) {
+            if (!isPlanned(subject, plan)) {
+                continue;
+            }
+            const std::string name(subject.name);
+            std::fprintf(stderr, "round %d of %d: %s\n", round, plan.rounds, name.c_str());
+            if (!measure(subject, display, sound, file, plan, report, libraries)) {
+                std::fprintf(stderr, "%s doesn't show or doesn't play\n", name.c_str());
+                if (subject.name == OURS) {
+                    return false;
+                }
+            }
+        }
+    }
+    return true;
+}
+
+/// Returns the names of the other players with a window that were measured.
+std::vector<std::string_view> othersWithWindow(const Libraries& libraries) {
+    std::vector<std::string_view> names;
+    for (const Subject& subject : subjects()) {
+        if (libraries.of.contains(subject.name) && subject.hasWindow && subject.name != OURS) {
+            names.push_back(subject.name);
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    const std::optional<Plan> plan =
+        planFrom(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
+    if (!plan) {
+        return usage();
     }
 
     const support::TemporaryFolder folder;
@@ -187,7 +237,7 @@ int main(int count, char** arguments) {
     support::PulseServer sound;
     if (!display.ok() || !sound.running() ||
         !support::encodeNoise(
-            file, plan.fileSeconds,
+            file, plan->fileSeconds,
             {"-b", "128", "--tt", "Tichá noc", "--ta", "Interpret", "--tl", "Album"})) {
         std::fprintf(stderr, "no desktop, sound server or sample: %s\n", display.problem().c_str());
         return 1;
@@ -195,39 +245,20 @@ int main(int count, char** arguments) {
 
     Report report;
     Libraries libraries;
-    std::vector<std::string_view> withWindow;
-    for (int round = 1; round <= plan.rounds; ++round) {
-        for (const Subject& subject : subjects()) {
-            if (!isInstalled(subject) ||
-                (!plan.only.empty() && plan.only.find(subject.name) == std::string::npos)) {
-                continue;
-            }
-            const std::string name(subject.name);
-            std::fprintf(stderr, "round %d of %d: %s\n", round, plan.rounds, name.c_str());
-            if (!measure(subject, display, sound, file, plan, report, libraries)) {
-                std::fprintf(stderr, "%s doesn't show or doesn't play\n", name.c_str());
-                if (subject.name == OURS) {
-                    return 1;
-                }
-            }
-        }
+    if (!measureAll(display, sound, file, *plan, report, libraries)) {
+        return 1;
     }
-    for (const Subject& subject : subjects()) {
-        if (libraries.of.contains(subject.name)) {
-            report.add(subject.name, "own_libraries", libraries.own(subject.name));
-            if (subject.hasWindow && subject.name != OURS) {
-                withWindow.push_back(subject.name);
-            }
-        }
+    for (const auto& [name, files] : libraries.of) {
+        report.add(name, "own_libraries", libraries.own(name));
     }
 
-    std::printf("%s\n\nMedians of %d; processor time over %.1f s, told for a minute.\n\n%s",
-                machine().c_str(), plan.rounds, std::chrono::duration<double>(plan.stretch).count(),
-                report.table().c_str());
-    printTargets(report, withWindow);
+    std::printf("%s\n\nMedians of %d; processor time over %.1f s, scaled to a minute.\n\n%s",
+                machine().c_str(), plan->rounds,
+                std::chrono::duration<double>(plan->stretch).count(), report.table().c_str());
+    printTargets(report, othersWithWindow(libraries));
     printThreads(report);
-    if (!plan.jsonFile.empty()) {
-        support::writeFile(plan.jsonFile, report.json(machine()));
+    if (!plan->jsonFile.empty()) {
+        support::writeFile(plan->jsonFile, report.json(machine()));
     }
     return 0;
 }
