@@ -10,11 +10,12 @@ namespace {
 using Stroke = std::vector<Point>;
 
 /// A letter in units of its own: the x-height is 2 units, the baseline lies at y = 0, up is
-/// negative; the strokes' middles are given. What is round or slants stands closer to its
-/// neighbours than what is straight: that is what tight takes away on either side.
+/// negative. The strokes run along the middles of the lines.
 struct Letter {
     std::vector<Stroke> strokes;
     double width;
+    /// What the letter gives up on either side. A round or slanting letter stands closer to its
+    /// neighbours than a straight one.
     double tight = 0;
 };
 
@@ -23,7 +24,8 @@ Stroke joined(Stroke first, const Stroke& second) {
     return first;
 }
 
-Letter letter(char name) {
+/// A letter of the maker's name or of the logo.
+Letter nameLetter(char name) {
     switch (name) {
     case 'Z':
         return {{{{0, -2.8}, {1.9, -2.8}, {0, 0}, {2, 0}}}, 2, 0.05};
@@ -48,7 +50,14 @@ Letter letter(char name) {
         return {{{{0, -2}, {0, 0.9}}, arc({1, -1}, 1, 0, 24)}, 2};
     case '3':
         return {{joined(arc({0.75, -2.05}, 0.75, 14, 30), arc({0.75, -0.65}, 0.8, 18, 34))}, 1.5};
-    // Capitals for the small print: 2 units high, on a grid that makes whole pixels of them.
+    default:
+        return {{}, 1};
+    }
+}
+
+/// A capital for the small print: 2 units high, on a grid whose lines fall on whole pixels.
+Letter capital(char name) {
+    switch (name) {
     case 'M':
         return {{{{0, 0}, {0, -2}, {1, -0.9}, {2, -2}, {2, 0}}}, 2};
     case 'P':
@@ -103,7 +112,8 @@ Letter letter(char name) {
 /// A line of letters with its strokes placed.
 class Lettering {
 public:
-    Lettering(std::string_view text, Point baseline, double unit, double gap, double weight)
+    Lettering(std::string_view text, Letter (*letter)(char), Point baseline, double unit,
+              double gap, double weight)
         : weight_(weight) {
         double x = baseline.x;
         for (const char name : text) {
@@ -137,17 +147,17 @@ private:
 } // namespace
 
 double wordmarkDistance(Point p) {
-    static const Lettering name("Zvonivec", {71.5, 35.5}, 3.5, 3.4, 1.5);
+    static const Lettering name("Zvonivec", nameLetter, {71.5, 35.5}, 3.5, 3.4, 1.5);
     return p.y < 20 || p.y > 42 || p.x > 170 || p.x < 66 ? 1000 : name.distance(p);
 }
 
 double smallPrintDistance(Point p) {
-    static const Lettering print("DIGITAL AUDIO", {135.5, 322.5}, 2, 3, 1);
+    static const Lettering print("DIGITAL AUDIO", capital, {135.5, 322.5}, 2, 3, 1);
     return p.y < 315 || p.y > 326 || p.x > 220 || p.x < 110 ? 1000 : print.distance(p);
 }
 
 double mp3Distance(Point p) {
-    static const Lettering name("mp3", {4.4, 19.2}, 2.8, 2.7, 2.1);
+    static const Lettering name("mp3", nameLetter, {4.4, 19.2}, 2.8, 2.7, 2.1);
     return name.distance(p);
 }
 

@@ -5,12 +5,12 @@
 
 namespace zvonivec::skin {
 
-/// Distance to the maker's name on the body, negative inside, in layout pixels.
+/// Returns the distance to the maker's name on the body, negative inside, in layout pixels.
 double wordmarkDistance(Point p);
-/// The small print at the foot of the body.
+/// Returns the distance to the small print at the foot of the body.
 double smallPrintDistance(Point p);
 
-/// Distance to "mp3" as it stands in the logo's square of 32 x 32.
+/// Returns the distance to "mp3" as it stands in the logo's square of 32 x 32.
 double mp3Distance(Point p);
 
 } // namespace zvonivec::skin
