@@ -2,14 +2,16 @@
 #pragma once
 
 #include "controls/units.h"
+#include "version.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace zvonivec {
 
-inline constexpr const char* APPLICATION_TITLE = "Zvonivec MP3 Player 0.0.7";
-inline constexpr const char* WELCOME_TEXT = "Vítejte v programu Zvonivec MP3 Player 0.0.7";
+inline constexpr const char* APPLICATION_TITLE = "Zvonivec MP3 Player " ZVONIVEC_VERSION;
+inline constexpr const char* WELCOME_TEXT =
+    "Vítejte v programu Zvonivec MP3 Player " ZVONIVEC_VERSION;
 
 /// Value of gHoverIndex when no button shows its hover picture.
 inline constexpr std::int16_t NO_BUTTON = 10;

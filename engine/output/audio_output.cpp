@@ -1,5 +1,7 @@
 #include "engine/output/audio_output.h"
 
+#include "version.h"
+
 #include <SDL.h>
 #include <cassert>
 #include <cstddef>
@@ -37,8 +39,8 @@ bool setUpSdl() {
     SDL_SetMainReady();
     // SDL's event queue, which comes with audio, would otherwise catch SIGINT and SIGTERM.
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    SDL_SetHint(SDL_HINT_APP_NAME, "Zvonivec MP3 Player 0.0.7");
-    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Zvonivec MP3 Player 0.0.7");
+    SDL_SetHint(SDL_HINT_APP_NAME, "Zvonivec MP3 Player " ZVONIVEC_VERSION);
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Zvonivec MP3 Player " ZVONIVEC_VERSION);
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
     return SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
 }
