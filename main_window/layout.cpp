@@ -2,8 +2,10 @@
 
 #include "main_window/constants.h"
 #include "skin/pictures.h"
+#include "skin/places.h"
 
 #include <array>
+#include <string_view>
 
 namespace zvonivec::layout {
 
@@ -11,6 +13,26 @@ namespace {
 
 constexpr Colour DISPLAY_COLOUR = rgb(0, 160, 192);
 
+/// A control on the body that takes the size of its picture.
+consteval ControlLayout at(std::string_view name, ControlLayout control) {
+    const skin::Place place = skin::placeOf(name);
+    control.Name = name;
+    control.Left = TWIPS_PER_PIXEL * static_cast<float>(place.left);
+    control.Top = TWIPS_PER_PIXEL * static_cast<float>(place.top);
+    return control;
+}
+
+/// A control that fills its place on the body.
+consteval ControlLayout filling(std::string_view name, const ControlLayout& control) {
+    const skin::Place place = skin::placeOf(name);
+    ControlLayout placed = at(name, control);
+    placed.Width = TWIPS_PER_PIXEL * static_cast<float>(place.width);
+    placed.Height = TWIPS_PER_PIXEL * static_cast<float>(place.height);
+    return placed;
+}
+
+/// What is drawn lies where skin/places.h says. The texts' places, which needn't be whole pixels,
+/// stand here.
 constexpr std::array CONTROLS{
     ControlLayout{.Name = "picBGround",
                   .Left = 1290,
@@ -35,10 +57,8 @@ constexpr std::array CONTROLS{
                   .ForeColor = rgb(224, 224, 224),
                   .Bold = true,
                   .AutoSize = true},
-    ControlLayout{
-        .Name = "PB", .Left = 600, .Top = 4320, .Width = 3855, .Height = 150, .Visible = false},
-    ControlLayout{
-        .Name = "imgVolume", .Left = 1440, .Top = 1155, .Picture = skin::VOLUME_PICTURE.file},
+    filling("PB", {.Visible = false}),
+    at("imgVolume", {.Picture = skin::VOLUME_PICTURE.file}),
     ControlLayout{.Name = "lblStatus",
                   .Left = 1665,
                   .Top = 1110,
@@ -47,52 +67,14 @@ constexpr std::array CONTROLS{
                   .Caption = "50% hlasitost",
                   .ForeColor = rgb(255, 255, 128),
                   .AutoSize = true},
-    ControlLayout{.Name = "imgLogo",
-                  .Left = 2295,
-                  .Top = 1845,
-                  .ToolTipText = "Otevřít soubor MP3",
-                  .Picture = skin::LOGO_PICTURE.file},
-    ControlLayout{.Name = "imgDisplay_Mark", .Left = 3480, .Top = 1155, .ToolTipText = "Zastavit"},
-    ControlLayout{.Name = "imgButtons_6",
-                  .Left = 4380,
-                  .Top = 510,
-                  .Width = 210,
-                  .Height = 210,
-                  .ToolTipText = "Zavřít"},
-    ControlLayout{.Name = "imgButtons_5",
-                  .Left = 4140,
-                  .Top = 510,
-                  .Width = 210,
-                  .Height = 210,
-                  .ToolTipText = "Minimalizovat"},
-    ControlLayout{.Name = "imgButtons_4",
-                  .Left = 3705,
-                  .Top = 2160,
-                  .Width = 465,
-                  .Height = 465,
-                  .ToolTipText = "Přetočit dopředu",
-                  .Enabled = false},
-    ControlLayout{.Name = "imgButtons_3",
-                  .Left = 3000,
-                  .Top = 2640,
-                  .Width = 465,
-                  .Height = 465,
-                  .ToolTipText = "Zastavit",
-                  .Enabled = false},
-    ControlLayout{.Name = "imgButtons_2",
-                  .Left = 2295,
-                  .Top = 3120,
-                  .Width = 465,
-                  .Height = 465,
-                  .ToolTipText = "Přehrát",
-                  .Enabled = false},
-    ControlLayout{.Name = "imgButtons_1",
-                  .Left = 1590,
-                  .Top = 2640,
-                  .Width = 465,
-                  .Height = 465,
-                  .ToolTipText = "Pozastavit",
-                  .Enabled = false},
+    at("imgLogo", {.ToolTipText = "Otevřít soubor MP3", .Picture = skin::LOGO_PICTURE.file}),
+    at("imgDisplay_Mark", {.ToolTipText = "Zastavit"}),
+    filling("imgButtons_6", {.ToolTipText = "Zavřít"}),
+    filling("imgButtons_5", {.ToolTipText = "Minimalizovat"}),
+    filling("imgButtons_4", {.ToolTipText = "Přetočit dopředu", .Enabled = false}),
+    filling("imgButtons_3", {.ToolTipText = "Zastavit", .Enabled = false}),
+    filling("imgButtons_2", {.ToolTipText = "Přehrát", .Enabled = false}),
+    filling("imgButtons_1", {.ToolTipText = "Pozastavit", .Enabled = false}),
     ControlLayout{.Name = "lblTime_1",
                   .Left = 4425,
                   .Top = 3960,
@@ -112,13 +94,7 @@ constexpr std::array CONTROLS{
                   .ForeColor = rgb(192, 255, 192),
                   .AutoSize = true,
                   .Visible = false},
-    ControlLayout{.Name = "imgButtons_0",
-                  .Left = 885,
-                  .Top = 2160,
-                  .Width = 465,
-                  .Height = 465,
-                  .ToolTipText = "Přetočit dozadu",
-                  .Enabled = false},
+    filling("imgButtons_0", {.ToolTipText = "Přetočit dozadu", .Enabled = false}),
 };
 
 } // namespace

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "controls/ControlLayout.h"
+#include "controls/units.h"
+#include "skin/pictures.h"
 
 #include <span>
 
 namespace zvonivec::layout {
 
 /// The client area, in twips.
-inline constexpr float WINDOW_WIDTH = 5055;
-inline constexpr float WINDOW_HEIGHT = 5040;
+inline constexpr float WINDOW_WIDTH = TWIPS_PER_PIXEL * skin::BODY_PICTURE.width;
+inline constexpr float WINDOW_HEIGHT = TWIPS_PER_PIXEL * skin::BODY_PICTURE.height;
 
 /// Milliseconds between two ticks of Timer1.
 inline constexpr int TIMER_INTERVAL = 100;

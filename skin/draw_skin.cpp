@@ -8,6 +8,7 @@
 #include "skin/drawing/light.h"
 #include "skin/drawing/png_writer.h"
 #include "skin/pictures.h"
+#include "skin/places.h"
 
 #include <algorithm>
 #include <array>
@@ -126,27 +127,28 @@ bool drawAll(const std::string& folder) {
 Picture drawPreview(int scale) {
     struct Placed {
         int number;
-        int left;
-        int top;
+        Place place;
     };
-    constexpr std::array<Placed, 8> places{{
-        {1, 59, 144},
-        {9, 106, 176},
-        {17, 153, 208},
-        {4, 200, 176},
-        {31, 247, 144},
-        {6, 276, 34},
-        {7, 292, 34},
-        {24, 232, 77},
+    constexpr std::array<Placed, 8> pictures{{
+        {1, placeOf("imgButtons_0")},
+        {9, placeOf("imgButtons_1")},
+        {17, placeOf("imgButtons_2")},
+        {4, placeOf("imgButtons_3")},
+        {31, placeOf("imgButtons_4")},
+        {6, placeOf("imgButtons_5")},
+        {7, placeOf("imgButtons_6")},
+        {24, placeOf("imgDisplay_Mark")},
     }};
-    Picture picture = drawBody(scale);
-    for (const Placed& placed : places) {
-        paste(picture, drawListPicture(placed.number, scale), placed.left * scale,
-              placed.top * scale);
+    Picture preview = drawBody(scale);
+    const auto put = [&](const Picture& picture, const Place& place) {
+        paste(preview, picture, place.left * scale, place.top * scale);
+    };
+    for (const Placed& placed : pictures) {
+        put(drawListPicture(placed.number, scale), placed.place);
     }
-    paste(picture, drawLogo(scale), 153 * scale, 123 * scale);
-    paste(picture, drawLoudspeaker(scale), 96 * scale, 77 * scale);
-    return picture;
+    put(drawLogo(scale), placeOf("imgLogo"));
+    put(drawLoudspeaker(scale), placeOf("imgVolume"));
+    return preview;
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // The names of the pictures, shared by the program that draws them and the one that shows them.
 #pragma once
 
+#include "skin/places.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -34,9 +36,13 @@ inline constexpr std::array<ListPicture, 31> LIST_PICTURES{{
     {"31_forward_disabled.gif", 31, 31},
 }};
 
-inline constexpr ListPicture BODY_PICTURE{"body.gif", 337, 336};
-inline constexpr ListPicture VOLUME_PICTURE{"volume.gif", 10, 8};
-inline constexpr ListPicture LOGO_PICTURE{"logo.png", 32, 32};
+/// A picture that fills the place of a control.
+consteval ListPicture pictureFor(std::string_view control, std::string_view file) {
+    return {file, placeOf(control).width, placeOf(control).height};
+}
+inline constexpr ListPicture BODY_PICTURE = pictureFor("frmPlayer", "body.gif");
+inline constexpr ListPicture VOLUME_PICTURE = pictureFor("imgVolume", "volume.gif");
+inline constexpr ListPicture LOGO_PICTURE = pictureFor("imgLogo", "logo.png");
 inline constexpr ListPicture ICON_PICTURE{"icon.png", 32, 32};
 inline constexpr ListPicture HAND_PICTURE{"hand.png", 32, 32};
 

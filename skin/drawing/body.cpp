@@ -3,7 +3,8 @@
 #include "skin/drawing/light.h"
 #include "skin/drawing/seat.h"
 #include "skin/drawing/studio.h"
-
+#include "skin/pictures.h"
+#include "skin/places.h"
 #include "skin/window_outline.h"
 
 #include <algorithm>
@@ -15,11 +16,21 @@ namespace zvonivec::skin {
 
 namespace {
 
-constexpr int WIDTH = 337;
-constexpr int HEIGHT = 336;
+constexpr int WIDTH = BODY_PICTURE.width;
+constexpr int HEIGHT = BODY_PICTURE.height;
 constexpr double MIDDLE = WIDTH / 2.0;
 
 // --- where things are, in layout pixels ---
+
+constexpr Box boxOf(const Place& place) {
+    return {static_cast<double>(place.left), static_cast<double>(place.top),
+            static_cast<double>(place.left + place.width),
+            static_cast<double>(place.top + place.height)};
+}
+
+constexpr Box around(const Box& box, double gap) {
+    return {box.left - gap, box.top - gap, box.right + gap, box.bottom + gap};
+}
 
 /// The outline without its one-pixel steps: what the edge is shaded along.
 constexpr std::array<Point, 25> SHADED_OUTLINE{{
@@ -32,21 +43,23 @@ constexpr std::array<Point, 25> SHADED_OUTLINE{{
 constexpr Box GLASS{69, 44, 268, 99};
 constexpr Box DISPLAY{79, 52, 258, 91};
 constexpr Box DECK{30, 258, 307, 307};
-constexpr Box SLOT{37, 285, 300, 301};
-constexpr Box TILE_BED{274, 32, 308, 50};
+/// The slot of the bar and the bed of the tiles leave a gap around them.
+constexpr Box SLOT = around(boxOf(placeOf("PB")), 3);
+constexpr Box MINIMISE = boxOf(placeOf("imgButtons_5"));
+constexpr Box CLOSE = boxOf(placeOf("imgButtons_6"));
+constexpr Box TILE_BED = around({MINIMISE.left, MINIMISE.top, CLOSE.right, CLOSE.bottom}, 2);
 /// Steel frames around the glasses and the bed of the tiles.
 constexpr double FRAME = 3;
 /// The rails' ends are parts of their own.
 constexpr double UPPER_SEAM = 54;
 constexpr double LOWER_SEAM = 290;
-constexpr Box LOGO{153, 123, 185, 155};
-constexpr std::array<Point, 5> BUTTONS{{
-    {74.5, 159.5},
-    {121.5, 191.5},
-    {168.5, 223.5},
-    {215.5, 191.5},
-    {262.5, 159.5},
-}};
+constexpr Box LOGO = boxOf(placeOf("imgLogo"));
+/// The middles of the round buttons.
+constexpr std::array<Point, 5> BUTTONS{
+    boxOf(placeOf("imgButtons_0")).centre(), boxOf(placeOf("imgButtons_1")).centre(),
+    boxOf(placeOf("imgButtons_2")).centre(), boxOf(placeOf("imgButtons_3")).centre(),
+    boxOf(placeOf("imgButtons_4")).centre(),
+};
 
 /// How wide a side rail is at a height: wide where it ends in the tab, and at the foot.
 double railWidth(double y) {
@@ -143,8 +156,8 @@ double holeDistance(Point p) {
     return nearest;
 }
 
-/// The distances of a place to everything on the body; negative is inside.
-struct Place {
+/// The distances of a point to everything on the body, negative inside.
+struct Distances {
     double edge;
     double rail;
     double glass;
@@ -157,23 +170,23 @@ struct Place {
     double holes;
 };
 
-Place placeOf(Point p) {
-    Place place{};
-    place.edge = polygonDistance(p, SHADED_OUTLINE);
+Distances distancesOf(Point p) {
+    Distances at{};
+    at.edge = polygonDistance(p, SHADED_OUTLINE);
     const double fromSide = p.x < MIDDLE ? p.x : WIDTH - p.x;
-    place.rail = (fromSide - railWidth(p.y)) * 0.93;
-    place.glass = boxDistance(p, GLASS, 9);
-    place.display = boxDistance(p, DISPLAY, 3);
-    place.deck = boxDistance(p, DECK, 10);
-    place.plate = plateDistance(p);
-    place.seat = boxDistance(p, {LOGO.left - 1, LOGO.top - 1, LOGO.right + 1, LOGO.bottom + 1}, 8);
+    at.rail = (fromSide - railWidth(p.y)) * 0.93;
+    at.glass = boxDistance(p, GLASS, 9);
+    at.display = boxDistance(p, DISPLAY, 3);
+    at.deck = boxDistance(p, DECK, 10);
+    at.plate = plateDistance(p);
+    at.seat = boxDistance(p, around(LOGO, 1), 8);
     for (const Point button : BUTTONS) {
-        place.seat = std::min(place.seat, circleDistance(p, button, SEAT_RADIUS));
+        at.seat = std::min(at.seat, circleDistance(p, button, SEAT_RADIUS));
     }
-    place.slot = boxDistance(p, SLOT, 6);
-    place.tiles = boxDistance(p, TILE_BED, 5);
-    place.holes = holeDistance(p);
-    return place;
+    at.slot = boxDistance(p, SLOT, 6);
+    at.tiles = boxDistance(p, TILE_BED, 5);
+    at.holes = holeDistance(p);
+    return at;
 }
 
 double seamDistance(Point p) {
@@ -181,7 +194,7 @@ double seamDistance(Point p) {
 }
 
 double heightAt(Point p) {
-    const Place at = placeOf(p);
+    const Distances at = distancesOf(p);
     // The whole shell bulges a little, so that no face is a dead even shade.
     const double dx = (p.x - MIDDLE) / MIDDLE;
     const double dy = (p.y - MIDDLE) / MIDDLE;
@@ -214,7 +227,7 @@ Light exposed(Light light) {
     return {channel(light.r), channel(light.g), channel(light.b)};
 }
 
-Light railColour(Point p, const Place& at, Direction n) {
+Light railColour(Point p, const Distances& at, Direction n) {
     const double grain = 0.6 * noise(p.x * 1.7, p.y / 26, 11) + 0.4 * noise(p.x * 3.1, p.y / 9, 12);
     const bool isEnd = p.y < UPPER_SEAM || p.y > LOWER_SEAM;
     const Light brushed = brushedMetal(lightOf(196, 202, 206), n, isEnd ? 0 : grain);
@@ -230,7 +243,7 @@ Light railColour(Point p, const Place& at, Direction n) {
     return light * (0.25 + 0.75 * smoothStep(0, 1.8, -at.rail));
 }
 
-Light plateColour(Point p, const Place& at, Direction n) {
+Light plateColour(Point p, const Distances& at, Direction n) {
     const Point spoke = p - LOGO.centre();
     const double radius = length(spoke) + 0.001;
     const Point along{spoke.x / radius, spoke.y / radius};
@@ -260,7 +273,7 @@ double windowLight(Point p) {
     return smoothStep(-0.8, 0.8, inside) * (0.35 + 0.65 * smoothStep(260, 0, p.y));
 }
 
-Light shellColour(Point p, const Place& at, Direction n) {
+Light shellColour(Point p, const Distances& at, Direction n) {
     const double flakes = noise(p.x * 2.3, p.y * 2.3, 31);
     Light light = lacquer(lightOf(6, 44, 66) * (1 + 0.10 * flakes), n);
     light = light + lightOf(112, 184, 216) * (0.066 * windowLight(p));
@@ -314,7 +327,7 @@ Light lipLight(Point p, double distance, const Box& box) {
 
 /// The printed scale over the bar: sixteen parts of its width, on whole pixels.
 double scaleMark(Point p) {
-    constexpr double left = 40;
+    constexpr double left = placeOf("PB").left;
     constexpr double part = 16;
     constexpr double bottom = 283;
     const double place = std::floor((p.x - left) / part);
@@ -326,7 +339,7 @@ double scaleMark(Point p) {
 }
 
 Drop colourAt(Point p, Direction n, double edgeWidth) {
-    const Place at = placeOf(p);
+    const Distances at = distancesOf(p);
     Light light;
     if (at.rail < 0) {
         light = railColour(p, at, n);

@@ -31,7 +31,9 @@ struct Box {
     double top = 0;
     double right = 0;
     double bottom = 0;
-    [[nodiscard]] Point centre() const { return {(left + right) / 2, (top + bottom) / 2}; }
+    [[nodiscard]] constexpr Point centre() const {
+        return {(left + right) / 2, (top + bottom) / 2};
+    }
 };
 
 inline double clamped(double value, double low, double high) {
