@@ -1,79 +1,22 @@
 // The settings file on the disk: whole at any moment, whatever happens to its writers.
+#include "tests/unit/settings_file_test.h"
 
-#include "platform/modDeklarace.h"
-#include "platform/whole_file.h"
-#include "tests/support/process.h"
 #include "tests/support/processor_time.h"
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
-#include <grp.h>
-#include <gtest/gtest.h>
 #include <random>
 #include <sched.h>
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace zvonivec {
 namespace {
 
-namespace fs = std::filesystem;
-using modDeklarace::GetPrivateProfileStringA;
-using modDeklarace::WritePrivateProfileStringA;
 using std::chrono::milliseconds;
-
-class SettingsFile : public testing::Test {
-protected:
-    std::string read(const std::string& key) const {
-        return GetPrivateProfileStringA("General", key, "DEF", 33001, path_);
-    }
-    void write(const std::string& key, const std::string& value) const {
-        WritePrivateProfileStringA("General", key, value, path_);
-    }
-    /// Everything in the folder, by name.
-    std::vector<std::string> names() const {
-        std::vector<std::string> all;
-        for (const auto& entry : fs::directory_iterator(folder_.path())) {
-            all.push_back(entry.path().filename().string());
-        }
-        std::ranges::sort(all);
-        return all;
-    }
-    using Names = std::vector<std::string>;
-
-    support::TemporaryFolder folder_;
-    std::string path_ = folder_.file("MP3.ini");
-};
-
-/// A device's name. Root gets one that nobody misses when a test damages it; anybody else can't
-/// damage the system's.
-std::string deviceIn(const support::TemporaryFolder& folder) {
-    if (geteuid() != 0) {
-        return "/dev/zero";
-    }
-    constexpr dev_t zero = 1U << 8U | 5U;
-    EXPECT_EQ(mknod(folder.file("device").c_str(), S_IFCHR | 0666U, zero), 0);
-    return folder.file("device");
-}
-
-/// Runs a function in a child process; its result.
-int inChild(const std::function<int()>& function) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(function());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
 
 TEST_F(SettingsFile, ReplacesTheFileAndLeavesNothingElse) {
     write("Left", "1");
@@ -242,147 +185,6 @@ TEST_F(SettingsFile, AFullFileSystemLeavesTheOldFile) {
     EXPECT_EQ(result, kept);
 }
 
-TEST_F(SettingsFile, KeepsPermissions) {
-    for (const auto mode : {fs::perms(0600), fs::perms(0644), fs::perms(0660)}) {
-        write("Left", std::to_string(static_cast<int>(mode)));
-        fs::permissions(path_, mode);
-        write("Left", "1");
-        EXPECT_EQ(fs::status(path_).permissions(), mode);
-    }
-    fs::remove(path_);
-    const mode_t mask = umask(027);
-    write("Left", "1");
-    umask(mask);
-    EXPECT_EQ(fs::status(path_).permissions(), fs::perms(0640));
-}
-
-TEST_F(SettingsFile, KeepsOwnerAndGroup) {
-    constexpr uid_t alice = 1001;
-    constexpr uid_t bob = 1002;
-    constexpr gid_t players = 2001;
-    if (geteuid() != 0) {
-        GTEST_SKIP() << "only root can give files away";
-    }
-    const auto status = [this] {
-        struct stat found {};
-        EXPECT_EQ(stat(path_.c_str(), &found), 0);
-        return found;
-    };
-    write("Left", "1");
-    ASSERT_EQ(chown(path_.c_str(), alice, players), 0);
-    fs::permissions(path_, fs::perms(0660));
-    write("Left", "2");
-    EXPECT_EQ(status().st_uid, alice);
-    EXPECT_EQ(status().st_gid, players);
-
-    // A member of the group can't give the file to its owner, but leave it to the group.
-    fs::permissions(folder_.path(), fs::perms(0777));
-    EXPECT_EQ(inChild([&] {
-                  if (setgroups(1, &players) != 0 || setgid(bob) != 0 || setuid(bob) != 0) {
-                      return 1;
-                  }
-                  write("Left", "3");
-                  return 0;
-              }),
-              0);
-    EXPECT_EQ(read("Left"), "3");
-    EXPECT_EQ(status().st_uid, bob);
-    EXPECT_EQ(status().st_gid, players);
-    EXPECT_EQ(status().st_mode & 07777U, 0660U);
-}
-
-TEST_F(SettingsFile, KeepsASymbolicLinkInItsPlace) {
-    fs::create_directory(folder_.file("elsewhere"));
-    support::writeFile(folder_.file("elsewhere/real"), "[General]\r\nLeft=1\r\n");
-    fs::create_symlink("elsewhere/second", path_);
-    fs::create_symlink("real", folder_.file("elsewhere/second"));
-    write("Left", "2");
-    EXPECT_TRUE(fs::is_symlink(path_));
-    EXPECT_TRUE(fs::is_symlink(folder_.file("elsewhere/second")));
-    EXPECT_EQ(support::readFile(folder_.file("elsewhere/real")), "[General]\r\nLeft=2\r\n");
-    EXPECT_EQ(names(), (Names{"MP3.ini", "elsewhere"}));
-
-    fs::remove(folder_.file("elsewhere/real")); // the link now points to nothing
-    write("Left", "3");
-    EXPECT_EQ(support::readFile(folder_.file("elsewhere/real")), "[General]\r\nLeft=3\r\n");
-}
-
-TEST_F(SettingsFile, ALinkToItselfIsLeftAlone) {
-    fs::create_symlink("MP3.ini", path_);
-    write("Left", "1");
-    EXPECT_TRUE(fs::is_symlink(path_));
-    EXPECT_EQ(read("Left"), "DEF");
-}
-
-TEST_F(SettingsFile, WhatMayNotBeWrittenStaysWithoutAMessage) {
-    write("Left", "1");
-    // Root may write anything, so somebody else tries.
-    const auto asNobody = [&](const std::string& value) {
-        return inChild([&] {
-            if (geteuid() == 0 && setuid(65534) != 0) {
-                return 1;
-            }
-            write("Left", value);
-            return 0;
-        });
-    };
-    fs::permissions(folder_.path(), fs::perms(0555));
-    EXPECT_EQ(asNobody("2"), 0);
-    EXPECT_EQ(read("Left"), "1");
-    fs::permissions(folder_.path(), fs::perms(0777));
-    fs::permissions(path_, fs::perms(0444));
-    EXPECT_EQ(asNobody("3"), 0); // the folder would let it be replaced
-    EXPECT_EQ(read("Left"), "1");
-    EXPECT_EQ(names(), Names{"MP3.ini"});
-}
-
-TEST_F(SettingsFile, AFolderAPipeAndADeviceInItsPlaceAreLeftAlone) {
-    const auto start = std::chrono::steady_clock::now();
-    fs::create_directory(path_);
-    EXPECT_EQ(read("Left"), "DEF");
-    write("Left", "1");
-    EXPECT_TRUE(fs::is_directory(path_));
-    fs::remove(path_);
-
-    ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
-    EXPECT_EQ(read("Left"), "DEF");
-    write("Left", "1");
-    EXPECT_TRUE(fs::is_fifo(path_));
-    fs::remove(path_);
-
-    EXPECT_EQ(names(), Names{});
-
-    const support::TemporaryFolder elsewhere;
-    const std::string device = deviceIn(elsewhere);
-    fs::create_symlink(device, path_);
-    EXPECT_EQ(read("Left"), "DEF");
-    write("Left", "1");
-    EXPECT_TRUE(fs::is_symlink(path_));
-    EXPECT_TRUE(fs::is_character_file(device));
-    EXPECT_EQ(names(), Names{"MP3.ini"});
-    EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(200) * support::SLOWNESS);
-}
-
-TEST_F(SettingsFile, SomethingInTheWayOfTheNewFileLosesNothing) {
-    write("Left", "1");
-    fs::create_directory(path_ + ".new");
-    write("Left", "2");
-    EXPECT_EQ(read("Left"), "1");
-    fs::remove(path_ + ".new");
-    const support::TemporaryFolder elsewhere;
-    support::writeFile(elsewhere.file("mine"), "kept");
-    for (const std::string& target : {elsewhere.file("mine"), deviceIn(elsewhere)}) {
-        fs::create_symlink(target, path_ + ".new");
-        write("Left", "3");
-        EXPECT_EQ(read("Left"), "1") << target;
-        fs::remove(path_ + ".new");
-    }
-    EXPECT_EQ(support::readFile(elsewhere.file("mine")), "kept");
-    ASSERT_EQ(mkfifo((path_ + ".new").c_str(), 0600), 0);
-    write("Left", "4");
-    EXPECT_EQ(read("Left"), "1");
-}
-
 TEST_F(SettingsFile, AWriterThatHangsIsNotWaitedForLong) {
     write("Left", "1");
     const int other = open((path_ + ".new").c_str(), O_CREAT | O_RDWR, 0600);
@@ -406,57 +208,6 @@ TEST_F(SettingsFile, WithoutLocksNothingIsWrittenAndNothingWaitedFor) {
     const auto took = std::chrono::steady_clock::now() - start;
     EXPECT_EQ(read("Left"), "1");
     EXPECT_LT(took, milliseconds(1000) * support::SLOWNESS);
-}
-
-TEST_F(SettingsFile, IsNotMadeLargerThanWhatIsRead) {
-    std::string bytes = "[General]\r\nLeft=1\r\n";
-    bytes.resize(whole_file::LARGEST, ';');
-    support::writeFile(path_, bytes);
-    EXPECT_EQ(read("Left"), "1");
-    write("Left", "2");
-    EXPECT_EQ(read("Left"), "2");
-    write("Left", "10"); // one byte too many
-    EXPECT_EQ(read("Left"), "2");
-    EXPECT_EQ(names(), Names{"MP3.ini"});
-
-    fs::resize_file(path_, whole_file::LARGEST + 1);
-    EXPECT_EQ(read("Left"), "DEF");
-    write("Left", "3");
-    EXPECT_EQ(fs::file_size(path_), whole_file::LARGEST + 1);
-}
-
-TEST_F(SettingsFile, RubbishIsReadAtOnceAsNothing) {
-    const auto timed = [&](const char* what) {
-        const support::ProcessorTime time; // a write waits for the disk
-        EXPECT_EQ(read("Left"), "DEF") << what;
-        EXPECT_LT(time.seconds(), 0.1) << what;
-        write("Left", "1");
-        EXPECT_LT(time.seconds(), 0.3) << what;
-    };
-    support::writeFile(path_, "");
-    fs::resize_file(path_, std::uintmax_t{1} << 30U);
-    timed("a gigabyte");
-    EXPECT_EQ(fs::file_size(path_), std::uintmax_t{1} << 30U);
-
-    std::string rubbish(1000000, '\0');
-    std::mt19937 random(5);
-    for (char& byte : rubbish) {
-        byte = static_cast<char>(random());
-    }
-    support::writeFile(path_, rubbish);
-    timed("binary rubbish");
-    EXPECT_EQ(read("Left"), "1");
-
-    support::writeFile(path_, "[General]\r\n" + std::string(1000000, 'L') + "=5\r\n");
-    timed("a line of a million characters");
-    EXPECT_EQ(read("Left"), "1");
-
-    support::writeFile(path_, "[General]\r\nLeft=" + std::string(1000000, '1') + "\r\n");
-    EXPECT_EQ(read("Left").size(), 33000U);
-
-    support::writeFile(path_, std::string(1000000, '\n'));
-    timed("a million lines");
-    EXPECT_EQ(read("Left"), "1");
 }
 
 } // namespace
