@@ -33,7 +33,7 @@ void writeFrames(const std::string& path, std::uint64_t megabytes, bool describe
 void makeCold(const std::string& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file >= 0) {
-        fsync(file); // what isn't on the disk yet can't be dropped
+        fsync(file); // pages that aren't on the disk yet can't be dropped
         posix_fadvise(file, 0, 0, POSIX_FADV_DONTNEED);
         close(file);
     }

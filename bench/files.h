@@ -6,11 +6,11 @@
 
 namespace bench {
 
-/// A file of so many megabytes whose frames have several bit rates, with or without a description
-/// of itself at its start. Its sound is silence.
+/// Writes a silent file of this size whose frames have several bit rates. Described: it begins with
+/// a Xing frame.
 void writeFrames(const std::string& path, std::uint64_t megabytes, bool described);
 
-/// Takes a file out of the disk's cache, where the system lets us.
+/// Drops a file from the system's cache where the system allows it.
 void makeCold(const std::string& path);
 
 } // namespace bench

@@ -1,5 +1,5 @@
-// How the cost of a file grows with its size: one line of tab-separated figures for each file, warm
-// and cold. bench/growth starts it and draws the plot.
+// Measures how the cost of a file grows with its size. Prints a line of tab-separated figures for
+// each file, warm and cold. The script bench/growth starts it and draws the plot.
 
 #include "bench/files.h"
 #include "bench/probe.h"
@@ -27,10 +27,10 @@ struct Figures {
     double open = 0;   ///< ms until the file's kind and a first length are known
     double walk = 0;   ///< ms until all frames have been seen
     double seek = 0;   ///< ms from a seek to nine tenths of the track to the first samples
-    double memory = 0; ///< bytes that the process has written more than before
+    double memory = 0; ///< bytes of written memory that the process has gained
 };
 
-/// Each measurement is a process of its own, so that what one leaves in memory isn't another's.
+/// Runs in a process of its own for each measurement, so that none finds the memory of another.
 Figures measure(const std::string& path, bool cold) {
     Figures figures;
     if (cold) {
@@ -73,7 +73,7 @@ int measureAndPrint(const std::string& path, bool cold) {
     return 0;
 }
 
-/// The middle figures of some runs.
+/// Returns the median of each figure over several runs.
 Figures medians(const std::string& self, const std::string& path, bool cold,
                 const support::TemporaryFolder& folder) {
     constexpr int runs = 5;

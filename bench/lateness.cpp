@@ -1,5 +1,5 @@
-// How long the user-interface thread keeps others waiting, while the player plays, seeks and opens
-// files: the lateness of a timer of 5 ms, and the time of each command.
+// Measures how long the user-interface thread keeps events waiting while the player plays, seeks
+// and opens files: the lateness of a timer of 5 ms, and the time of each command.
 
 #include "bench/files.h"
 #include "bench/player_at_work.h"
@@ -51,7 +51,7 @@ private:
     std::vector<double> times_;
 };
 
-/// A timer on the thread, while it lives.
+/// Measures the lateness of a timer on this thread as long as the object lives.
 class Watch {
 public:
     Watch() {
@@ -73,7 +73,7 @@ private:
     Clock::time_point ticked_ = Clock::now();
 };
 
-/// Serves events for a while, doing something at every step of it.
+/// Serves events for a number of steps, and acts at each step.
 void phase(const char* name, int steps, int stepMilliseconds,
            const std::function<void(int step)>& act) {
     Watch watch;

@@ -1,4 +1,4 @@
-// What runs often, one by one.
+// Measures the functions that run often, each by itself.
 
 #include "bench/files.h"
 #include "bench/player_at_work.h"
@@ -31,13 +31,13 @@ const std::string& song() {
     return path;
 }
 
-/// One for all: there is one toolkit in a process.
+/// Shared by all measurements, because a process has one toolkit.
 bench::PlayerAtWork& playerAtWork() {
     static bench::PlayerAtWork work;
     return work;
 }
 
-/// A second of sound, from the file through the ring to the device's buffer.
+/// Decodes a second of sound, from the file through the ring to the device's buffer.
 void decodeThroughTheRing(benchmark::State& state) {
     LoadedFile file(song());
     FileMeasure& measure = *file.measure();
@@ -74,7 +74,7 @@ void decodeThroughTheRing(benchmark::State& state) {
 }
 BENCHMARK(decodeThroughTheRing)->Unit(benchmark::kMillisecond);
 
-/// What a device takes at a time, 45 ms.
+/// Fills a device's buffer of 45 ms.
 void fillTheDevice(benchmark::State& state) {
     constexpr std::size_t frames = 1984;
     SampleFeed feed(32768);
@@ -109,7 +109,7 @@ void walkFrames(benchmark::State& state) {
 }
 BENCHMARK(walkFrames)->Unit(benchmark::kMillisecond);
 
-/// Its events included, as the toolkit would serve them.
+/// Includes the events that the handler serves.
 void timerHandler(benchmark::State& state) {
     frmPlayer& player = playerAtWork().player();
     player.Timer1.setEnabled(false);

@@ -13,7 +13,7 @@
 
 namespace bench {
 
-/// Answers with the file that was set last.
+/// A dialog that returns the file that was set last.
 class FixedDialog : public zvonivec::CommonDialog {
 public:
     std::string file;
@@ -26,7 +26,7 @@ class NoBoxes : public zvonivec::MessageBoxes {
 
 class PlayerAtWork {
 public:
-    /// ok() is False where there is no display or sound server.
+    /// Without a display or a sound server, ok() is False.
     PlayerAtWork();
     ~PlayerAtWork();
     PlayerAtWork(const PlayerAtWork&) = delete;
@@ -35,7 +35,7 @@ public:
     [[nodiscard]] bool ok() const { return player_ != nullptr; }
     [[nodiscard]] zvonivec::frmPlayer& player() { return *player_; }
 
-    /// Chooses a file in the dialog; the player opens and plays it.
+    /// Opens a file through the dialog and plays it.
     void open(const std::string& file);
 
 private:

@@ -13,7 +13,7 @@ std::string pathOf(pid_t process, const std::string& file) {
     return "/proc/" + std::to_string(process) + "/" + file;
 }
 
-/// The number behind a name at the start of a line, 0 where there is none.
+/// Returns the number that follows a name at the start of a line, or 0.
 double field(const std::string& path, const std::string& name) {
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {

@@ -1,4 +1,4 @@
-// What a running process costs, asked of the kernel.
+// The cost of a running process, from the kernel.
 #pragma once
 
 #include <map>
@@ -8,27 +8,28 @@
 
 namespace bench {
 
-/// Counters of a process and all its threads, those that have ended too where the kernel adds them.
+/// Counters of a process and all its threads. Threads that have ended count where the kernel adds
+/// them.
 struct Cost {
     double processor = 0; ///< seconds on a processor, to the nanosecond
-    double wakeUps = 0;   ///< times that one of its threads went to sleep
+    double wakeUps = 0;   ///< how often its threads went to sleep
 };
 
-/// Zeros for a process that isn't there.
+/// Returns zeros when there is no such process.
 Cost costOf(pid_t process);
 
-/// Seconds on a processor of the threads that live now, by their names: the main thread has the
-/// program's, and so have those that were given none.
+/// Returns the processor seconds of the living threads by their names. Threads without a name of
+/// their own share the program's name.
 std::map<std::string, double> threadsOf(pid_t process);
 
 struct Memory {
-    double proportional = 0; ///< bytes, each shared page divided by those who share it
-    double ownWritten = 0;   ///< bytes that this process alone has, and has written
+    double proportional = 0; ///< bytes; a shared page is divided among its processes
+    double ownWritten = 0;   ///< bytes of pages that this process alone has, and has written
 };
 
 Memory memoryOf(pid_t process);
 
-/// The shared libraries that are mapped, plugins too.
+/// Returns the files of the shared libraries that are mapped, plugins included.
 std::set<std::string> librariesOf(pid_t process);
 
 } // namespace bench

@@ -106,7 +106,7 @@ std::optional<double> Report::smallest(std::span<const std::string_view> subject
 }
 
 std::string Report::table() const {
-    // A figure a row: so many columns would be too wide for a page.
+    // Each figure has a row, because so many columns would be too wide for a page.
     std::string text = "| |";
     std::string rule = "\n|---|";
     for (const std::string& subject : order_) {

@@ -1,4 +1,4 @@
-// What the comparison found: medians, as a table for people and as JSON for programs.
+// The results of the comparison: medians, as a table for people and as JSON for programs.
 #pragma once
 
 #include <map>
@@ -10,18 +10,19 @@
 
 namespace bench {
 
-/// Of an uneven number the middle one, else the mean of the middle two; nothing of none.
+/// Returns the middle value, or the mean of the middle two. Returns nothing when there are no
+/// values.
 std::optional<double> median(std::vector<double> values);
 
-/// A kind of figure: its key in the JSON file, and its column.
+/// A kind of figure: its key in the JSON file and its row in the table.
 struct Column {
     std::string_view key;
     std::string_view title;
-    double scale; ///< from the unit that it is kept in to the table's
-    int digits;   ///< behind the point
+    double scale; ///< from the stored unit to the unit of the table
+    int digits;   ///< after the decimal point
 };
 
-/// Keys: seconds and bytes, whatever the table shows.
+/// Figures are stored in seconds and bytes, whatever unit the table shows.
 std::span<const Column> columns();
 
 class Report {

@@ -48,7 +48,7 @@ Run::Run(const Subject& subject, support::Display& display, support::PulseServer
 void Run::start(const std::vector<std::string_view>& options, const std::string& file) {
     std::string program(subject_->program);
     if (subject_->ours) {
-        // Its settings lie beside it, so each run has a copy.
+        // The settings lie beside the program, so each run has a copy of it.
         const std::string copy = folder_.file("zvonivec");
         std::filesystem::copy_file(program, copy,
                                    std::filesystem::copy_options::overwrite_existing);
@@ -102,7 +102,7 @@ bool Run::chooseFile(const std::string& file) {
         return false;
     }
     keyboard.type(file);
-    // What is typed is completed and looked up as it comes; that isn't what is timed.
+    // The dialog completes and looks up the name while it is typed. That time isn't measured.
     std::this_thread::sleep_for(500ms);
     keyboard.key("Return");
     pointer.moveTo({1, 1});
@@ -116,7 +116,7 @@ std::optional<support::Window> Run::window() const {
 }
 
 bool Run::isPainted(const support::Window& window) const {
-    // A window that has only been cleared is of one colour.
+    // A window that has only been cleared has one colour.
     const support::Rectangle place = window.place();
     std::set<support::Colour> colours;
     constexpr int strips = 8;
@@ -158,8 +158,8 @@ std::optional<double> Run::timeFromPlayToSound() {
     const support::Recording recording(*sound_);
     const support::Pointer pointer(*display_);
     const support::Keyboard keyboard(*display_);
-    // Up to the moment that counts: the pointer is on the button and presses it, the keys are the
-    // window's.
+    // Prepares the moment that counts: the pointer presses the button, or the window has the
+    // keyboard.
     const auto prepare = [&](player::Button button) {
         if (hasButtons) {
             const auto place = shown->place();

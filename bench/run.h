@@ -1,4 +1,4 @@
-// One run of one player: started, looked at, ended.
+// One run of one player: start, measurements, end.
 #pragma once
 
 #include "bench/subject.h"
@@ -17,33 +17,35 @@ namespace bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// What a stretch of time cost, told for a minute of it.
+/// The cost of a stretch of time, scaled to a minute.
 struct Minute {
     double processor = 0;                  ///< seconds
-    double server = 0;                     ///< seconds of the display server's
-    double wakeUps = 0;                    ///< a second
+    double server = 0;                     ///< seconds of the display server
+    double wakeUps = 0;                    ///< per second
     std::map<std::string, double> threads; ///< seconds of each
 };
 
 /// Rules
-///  * Functions that wait return False, or nothing, when what they wait for doesn't come.
-///  * Times are good to the two milliseconds between two looks, those of sounds to the ten that the
-///    sound server hands on at a time.
+///  * Functions that wait return False, or nothing, when their time has run out.
+///  * Times are exact to two milliseconds, the interval of polling. Times of sounds are exact to
+///  the
+///    ten milliseconds that the sound server passes on at once.
 class Run {
 public:
     Run(const Subject& subject, support::Display& display, support::PulseServer& sound);
 
-    /// Starts it without a file; a program without a window can't.
+    /// Starts the player without a file. Needs a player with a window.
     void startIdle();
-    /// Starts it with a file on its command line, or with the file chosen in its dialog, and waits
-    /// for the sound.
+    /// Starts the player with a file, on the command line or through its dialog, and waits for
+    /// the sound.
     bool startPlaying(const std::string& file);
 
-    /// Seconds from the start of the process until its window was there with something in it.
+    /// Returns the seconds from the start of the process until its window was painted.
     std::optional<double> timeToWindow();
-    /// Seconds from the command line, or from the confirmation in the dialog, to the first sample.
+    /// Returns the seconds from the command line, or from the confirmation in the dialog, to the
+    /// first sample.
     [[nodiscard]] std::optional<double> timeToSound() const { return timeToSound_; }
-    /// Stops it and plays again: seconds from the click, or the key, to the first sample.
+    /// Stops and plays again. Returns the seconds from the click, or the key, to the first sample.
     std::optional<double> timeFromPlayToSound();
 
     Minute measure(std::chrono::milliseconds time);
@@ -56,9 +58,11 @@ private:
     [[nodiscard]] std::optional<support::Window> window() const;
     [[nodiscard]] bool isPainted(const support::Window& window) const;
     bool chooseFile(const std::string& file);
-    /// From a moment on; recording is what it is heard in.
-    std::optional<double> waitForSound(Clock::time_point from, const support::Recording& recording,
-                                       std::size_t after) const;
+    /// Waits for a sound in the recording after some of its samples. Returns the seconds since a
+    /// moment.
+    [[nodiscard]] std::optional<double> waitForSound(Clock::time_point from,
+                                                     const support::Recording& recording,
+                                                     std::size_t after) const;
 
     const Subject* subject_;
     support::Display* display_;

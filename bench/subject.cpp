@@ -27,7 +27,7 @@ std::span<const Subject> subjects() {
                 .playKey = "x",
                 .settingsFile = ".qmmp/qmmprc",
                 .settings = "[Output]\ncurrent_plugin=pulse\n"},
-        // Its plain X11 picture: its usual one needs a graphics card to be light.
+        // The plain X11 output: the usual output is light only with a graphics card.
         Subject{.name = "mpv",
                 .program = "mpv",
                 .options = {"--force-window=yes", "--vo=x11", "--ao=pulse"},

@@ -1,4 +1,4 @@
-// The programs that are compared, and how each is told what to do.
+// The programs that are compared, and how each is operated.
 #pragma once
 
 #include "tests/support/display.h"
@@ -11,26 +11,27 @@
 
 namespace bench {
 
-/// One player. A desktop's home folder is empty, so each shows what its users see at first, but for
-/// what stands here.
+/// A player. The home folder is empty, so each player starts as on its first day, except for the
+/// settings here.
 struct Subject {
     std::string_view name;
-    std::string_view program;                ///< looked up in PATH; ours is given as a path
-    bool ours = false;                       ///< told what to do through its dialog and its buttons
-    std::vector<std::string_view> options{}; ///< in front of the file
+    std::string_view program;                    ///< looked up in PATH; ours is given as a path
+    bool ours = false;                           ///< operated through its dialog and its buttons
+    std::vector<std::string_view> options{};     ///< before the file
     std::vector<std::string_view> idleOptions{}; ///< without a file
     bool hasWindow = true;
     std::string_view windowClass{}; ///< X class
-    /// Keys that stop it and play again, in its window; empty: there is no stop to come back from.
+    /// Keys that stop and play again in its window. Empty: the player can't play again after a
+    /// stop.
     std::string_view stopKey{}, playKey{};
-    /// A settings file in the home folder that leads its sound to the sound server.
+    /// A settings file in the home folder that directs the sound to the sound server.
     std::string_view settingsFile{}, settings{};
 };
 
-/// Our own player first. It takes no file on its command line.
+/// Returns our own player first. It takes no file on its command line.
 std::span<const Subject> subjects();
 
-/// Whether it is installed; ours always is.
+/// Returns whether a player is installed. Our own always is.
 bool isInstalled(const Subject& subject);
 
 } // namespace bench
