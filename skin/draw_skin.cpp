@@ -1,7 +1,7 @@
 // Draws every picture of the player's skin into a folder.
 //
 //   draw_skin FOLDER                     all pictures, as skin/pictures/ holds them
-//   draw_skin --preview FILE.png [N]     the whole player at N pixels to a layout pixel (1 to 4)
+//   draw_skin --preview FILE.png [N]     the whole player at scale N (1 to 4)
 #include "skin/drawing/device.h"
 #include "skin/drawing/gif_writer.h"
 #include "skin/drawing/ico_writer.h"
@@ -14,6 +14,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -43,7 +44,7 @@ bool writePicture(const std::string& path, const Picture& picture) {
     return writeBytes(path, path.ends_with(".png") ? pngBytes(picture) : gifBytes(picture));
 }
 
-/// Picture number 1 to 31 of the image list.
+/// Draws picture number 1 to 31 of the image list.
 Picture drawListPicture(int number, int scale) {
     constexpr int roundButtons = 5;
     const auto button = [&](int index, ButtonState state) {
@@ -65,7 +66,7 @@ Picture drawListPicture(int number, int scale) {
     return button(number - 1, ButtonState::normal);
 }
 
-/// Everything that lies on the body, in one picture.
+/// Draws everything that lies on the body into one picture.
 Picture drawSheet(int scale) {
     Picture sheet(SHEET_WIDTH * scale, SHEET_HEIGHT * scale, CLEAR);
     for (std::size_t i = 0; i < SHEET_PLACES.size(); ++i) {
@@ -78,8 +79,8 @@ Picture drawSheet(int scale) {
                                     : drawListPicture(static_cast<int>(i) + 1, scale);
         paste(sheet, picture, place.left * scale, place.top * scale);
     }
-    // Without dithering the buttons keep what they have in common, and the colours of the symbols
-    // are in any palette exactly.
+    // Without dithering the buttons keep their common pixels, and the palette has the exact colours
+    // of the symbols.
     Picture symbols(sheet.width(), sheet.height(), CLEAR);
     Mask mask(sheet.width(), sheet.height(), 0);
     for (int y = 0; y < sheet.height(); ++y) {
@@ -96,6 +97,10 @@ Picture drawSheet(int scale) {
 }
 
 bool drawAll(const std::string& folder) {
+    if (!std::filesystem::is_directory(folder)) {
+        std::fprintf(stderr, "draw_skin: no folder %s\n", folder.c_str());
+        return false;
+    }
     const auto write = [&](std::string_view file, const Picture& picture) {
         return writePicture(folder + "/" + std::string(file), picture);
     };
@@ -123,7 +128,7 @@ bool drawAll(const std::string& folder) {
     return good;
 }
 
-/// The whole player, with a button in each of its states.
+/// Draws the whole player, with a button in each state.
 Picture drawPreview(int scale) {
     struct Placed {
         int number;

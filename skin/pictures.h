@@ -1,4 +1,4 @@
-// The names of the pictures, shared by the program that draws them and the one that shows them.
+// The names and sizes of the pictures, shared by the drawing program and the player.
 #pragma once
 
 #include "skin/places.h"
@@ -46,9 +46,9 @@ inline constexpr ListPicture LOGO_PICTURE = pictureFor("imgLogo", "logo.png");
 inline constexpr ListPicture ICON_PICTURE{"icon.png", 32, 32};
 inline constexpr ListPicture HAND_PICTURE{"hand.png", 32, 32};
 
-/// For screens with more pixels there are the same drawings at 2 and 3 pixels to a layout pixel:
-/// the body in a file of its own, and a sheet with all that lies on it. Side by side in one file
-/// the buttons, which differ in their symbols alone, take little room.
+/// The same drawings at 2 and 3 pixels to a layout pixel, for screens with more pixels: the body in
+/// a file of its own, and a sheet with everything that lies on it. The buttons differ in their
+/// symbols alone, so that they take little room in one file.
 struct SharpPictures {
     int scale;
     std::string_view body;
@@ -59,7 +59,7 @@ inline constexpr std::array<SharpPictures, 2> SHARP_PICTURES{{
     {3, "body@3x.png", "sheet@3x.png"},
 }};
 
-/// Where a picture lies on the sheets, in layout pixels.
+/// The place of a picture on the sheets, in layout pixels.
 struct SheetPlace {
     ListPicture picture;
     int left = 0;
@@ -67,7 +67,8 @@ struct SheetPlace {
 };
 inline constexpr std::size_t SHEET_COUNT = LIST_PICTURES.size() + 3;
 
-/// All pictures on the sheets: the round ones in one row, the others in a second.
+/// Returns the places of all pictures on the sheets: round pictures in one row, the others in a
+/// second.
 constexpr std::array<SheetPlace, SHEET_COUNT> sheetPlaces() {
     std::array<SheetPlace, SHEET_COUNT> places{};
     const int roundHeight = LIST_PICTURES.front().height;
@@ -92,7 +93,7 @@ inline constexpr int SHEET_HEIGHT = 31 + 32;
 inline constexpr int HAND_HOT_SPOT_X = 12;
 inline constexpr int HAND_HOT_SPOT_Y = 4;
 
-/// Icons of the desktop entry, square; icon.png is the one of 32 pixels.
+/// Square icons of the desktop entry. The icon of 32 pixels is icon.png.
 struct IconPicture {
     std::string_view file;
     int size;
@@ -105,7 +106,7 @@ inline constexpr std::array<IconPicture, 5> ICON_PICTURES{{
     {"icon_256.png", 256},
 }};
 
-/// The same drawings in one file, for the program's file on Windows.
+/// The icon of the program's file on Windows, in several sizes.
 inline constexpr std::string_view WINDOWS_ICON = "icon.ico";
 inline constexpr std::array<int, 5> WINDOWS_ICON_SIZES{16, 32, 48, 64, 256};
 

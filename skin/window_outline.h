@@ -11,9 +11,9 @@ struct OutlineVertex {
     std::int32_t y; ///< pixels from its top edge
 };
 
-/// A simple polygon, joined from the last vertex to the first. The small steps and the missing
-/// symmetry are meant: the body picture is drawn to exactly these edges. Left and top edges belong
-/// to the window, right and bottom edges don't.
+/// A simple polygon, closed from the last vertex to the first. The small steps and the missing
+/// symmetry are intended: the body picture is drawn to exactly these edges. Left and top edges
+/// belong to the window, right and bottom edges don't.
 inline constexpr std::array<OutlineVertex, 47> WINDOW_OUTLINE{{
     {0, 314},   {0, 14},    {2, 11},    {11, 2},    {12, 2},    {13, 1},    {14, 0},    {29, 0},
     {37, 8},    {38, 8},    {40, 9},    {297, 9},   {299, 7},   {300, 7},   {303, 4},   {303, 3},

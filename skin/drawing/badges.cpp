@@ -15,7 +15,7 @@ constexpr int BADGE_SIZE = 32;
 constexpr int SAMPLES = 8;
 
 Drawing drawBadge(const Scene& scene, int size) {
-    // The samples stand in a grid of their own, so any size comes out of the same design.
+    // The samples form a grid of their own, so every size shows the same design.
     const Scene fitted{
         [&](Point p) {
             return scene.height(p * (static_cast<double>(BADGE_SIZE) / size)) *
@@ -92,7 +92,7 @@ IconPlace iconPlaceOf(Point p) {
     return place;
 }
 
-/// How far a place on a rail lies in from the rail's outer edge, around softly milled corners.
+/// Returns the distance from a rail's outer edge inwards, around softly milled corners.
 double fromIconRailEdge(Point p) {
     struct Side {
         Point on;
@@ -129,7 +129,7 @@ double iconHeight(Point p) {
            beadRise(at.screen, 1.1, 0.5);
 }
 
-/// The bars on the display, from its foot up.
+/// The bars on the display, from the foot upwards.
 double iconBars(Point p) {
     constexpr std::array<double, 5> heights{2, 4, 3, 5, 2};
     constexpr double step = 3;
@@ -143,7 +143,7 @@ double iconBars(Point p) {
     return nearest;
 }
 
-/// The icon of 16 pixels: no more than rails, display and a big triangle, on the pixel grid.
+/// Draws the icon of 16 pixels: only rails, display and a big triangle, on the pixel grid.
 Drop smallIconColour(Point p, Direction /*surface*/) {
     static constexpr std::array<Point, 6> play{
         {{12, 16}, {14, 16}, {22, 21}, {22, 23}, {14, 28}, {12, 28}}};

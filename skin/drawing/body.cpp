@@ -32,7 +32,7 @@ constexpr Box around(const Box& box, double gap) {
     return {box.left - gap, box.top - gap, box.right + gap, box.bottom + gap};
 }
 
-/// The outline without its one-pixel steps: what the edge is shaded along.
+/// The outline without its one-pixel steps. The shade of the edge follows it.
 constexpr std::array<Point, 25> SHADED_OUTLINE{{
     {0, 313.5}, {0, 14},     {2, 11},    {11, 2},      {14, 0},      {29, 0},      {37.5, 8.5},
     {40, 9},    {297, 9},    {300, 6.6}, {306, 0},     {320, 0},     {322, 1},     {332, 12},
@@ -48,9 +48,9 @@ constexpr Box SLOT = around(boxOf(placeOf("PB")), 3);
 constexpr Box MINIMISE = boxOf(placeOf("imgButtons_5"));
 constexpr Box CLOSE = boxOf(placeOf("imgButtons_6"));
 constexpr Box TILE_BED = around({MINIMISE.left, MINIMISE.top, CLOSE.right, CLOSE.bottom}, 2);
-/// Steel frames around the glasses and the bed of the tiles.
+/// Width of the steel frames around the glasses and the bed of the tiles.
 constexpr double FRAME = 3;
-/// The rails' ends are parts of their own.
+/// Seams between the rails and their ends, which are separate parts.
 constexpr double UPPER_SEAM = 54;
 constexpr double LOWER_SEAM = 290;
 constexpr Box LOGO = boxOf(placeOf("imgLogo"));
@@ -61,13 +61,13 @@ constexpr std::array<Point, 5> BUTTONS{
     boxOf(placeOf("imgButtons_4")).centre(),
 };
 
-/// How wide a side rail is at a height: wide where it ends in the tab, and at the foot.
+/// Returns the width of a side rail at a height. It is greater at the tab and at the foot.
 double railWidth(double y) {
     return 21 + 19.5 * smoothStep(36, 0, y) + 5 * smoothStep(286, 340, y);
 }
 
-/// How far a place on a rail lies in from the rail's outer edge. The sides meet in round corners:
-/// metal is milled, not folded.
+/// Returns the distance from a rail's outer edge inwards. The sides meet in round corners, because
+/// the metal is milled, not folded.
 double fromRailEdge(Point p) {
     struct Side {
         Point on;
@@ -97,7 +97,7 @@ double fromRailEdge(Point p) {
     return inwards;
 }
 
-/// Grooves across the rails, where the fingers hold the device.
+/// Returns the depth of the grooves across the rails, where the fingers hold the device.
 double gripDepth(Point p) {
     constexpr double first = 148;
     constexpr double step = 6;
@@ -111,7 +111,8 @@ double gripDepth(Point p) {
     return bevelledRise(1.7 - distance, 1.7, 1.1);
 }
 
-/// The plate that carries the buttons, a plectrum: three bulging sides with round corners.
+/// Returns the distance to the plate that carries the buttons. The plate is a plectrum: three
+/// bulging sides with round corners.
 double plateDistance(Point p) {
     constexpr double arch = 212;
     constexpr double side = 430;
@@ -125,7 +126,7 @@ double plateDistance(Point p) {
     return -smoothUnion(-top, -lower, 34);
 }
 
-/// Sound holes beside the tip of the plate, in rows that shift by half a step.
+/// Sound holes beside the tip of the plate. Every second row is shifted by half a step.
 struct Holes {
     std::vector<Point> middles;
     Holes() {
@@ -195,7 +196,7 @@ double seamDistance(Point p) {
 
 double heightAt(Point p) {
     const Distances at = distancesOf(p);
-    // The whole shell bulges a little, so that no face is a dead even shade.
+    // The whole shell bulges a little, so that no face has an even shade.
     const double dx = (p.x - MIDDLE) / MIDDLE;
     const double dy = (p.y - MIDDLE) / MIDDLE;
     double height = -12 * (dx * dx + dy * dy);
@@ -217,7 +218,7 @@ double heightAt(Point p) {
     return height;
 }
 
-/// As film takes very bright light: near white, but never flat.
+/// Compresses very bright light as film does: near white, but never flat.
 Light exposed(Light light) {
     const auto channel = [](double value) {
         constexpr double knee = 0.6;
@@ -233,13 +234,13 @@ Light railColour(Point p, const Distances& at, Direction n) {
     const Light brushed = brushedMetal(lightOf(196, 202, 206), n, isEnd ? 0 : grain);
     const Light polished = polishedMetal(lightOf(214, 222, 228), n);
     Light light = mixed(brushed * 0.80, polished, isEnd ? 0.40 : 0.42);
-    // The lit room comes back as a streak from the flank that the lamp doesn't reach.
+    // The flank that the lamp doesn't reach mirrors the lit room as a streak.
     const double streak = smoothStep(0.42, 0.58, n.x) * smoothStep(0.78, 0.62, n.x);
     light = light + lightOf(126, 150, 164) * (0.45 * streak * smoothStep(0.5, 0.1, n.y));
     light = exposed(light);
     light = light * mixed(1, 0.45, smoothStep(0.3, 1.1, gripDepth(p)));
     light = light * mixed(0.25, 1, smoothStep(0.2, 0.9, seamDistance(p)));
-    // Contact with the shell.
+    // The shade where the rail meets the shell.
     return light * (0.25 + 0.75 * smoothStep(0, 1.8, -at.rail));
 }
 
@@ -265,7 +266,8 @@ Light plateColour(Point p, const Distances& at, Direction n) {
     return light * (0.35 + 0.65 * smoothStep(0, 1.0, -at.plate));
 }
 
-/// The studio's big window, mirrored by everything flat: its lower edge is a wide arc.
+/// Returns the light of the studio's big window, which all flat faces mirror. Its lower edge is a
+/// wide arc.
 double windowLight(Point p) {
     constexpr Point middleOfArc{-40, -160};
     constexpr double arc = 402;
@@ -281,7 +283,7 @@ Light shellColour(Point p, const Distances& at, Direction n) {
     const double shaded = smoothStep(8, -3, plateDistance({p.x - 3.2, p.y - 4.6}));
     light = light * (1 - 0.72 * shaded);
     light = light * (0.2 + 0.8 * smoothStep(0, 1.3, at.plate));
-    // Openings.
+    // The sound holes are dark.
     light = light * mixed(1, 0.10, smoothStep(0.4, -0.6, at.holes));
     const double frame = std::min({at.glass, at.deck, at.tiles});
     if (at.tiles < 0) {
@@ -304,10 +306,10 @@ Light shellColour(Point p, const Distances& at, Direction n) {
                  0.55 * smoothStep(0.5, -0.5, smallPrintDistance(p)));
 }
 
-/// Black glass let into the shell, at a distance from its edge; top and bottom are the glass's.
+/// Returns the colour of the black glass in the shell, at a distance inwards from its edge.
 Light glassColour(Point p, double inwards, Direction n, const Box& glass) {
     Light light = lacquer(lightOf(5, 8, 10), n) * 0.6;
-    // The studio's window, slanting over all the glass and fading downwards.
+    // The mirrored window slants over the whole glass and fades downwards.
     const double across = p.x + 0.55 * p.y;
     const double cut = glass.top < MIDDLE ? 198 : 300;
     const double down = (p.y - glass.top) / (glass.bottom - glass.top);
@@ -316,7 +318,8 @@ Light glassColour(Point p, double inwards, Direction n, const Box& glass) {
     return light * (0.04 + 0.96 * smoothStep(0, 1.8, inwards));
 }
 
-/// A fine edge around an opening in the glass, catching the light below right.
+/// Returns the light of the fine edge around an opening in the glass. The edge is lit at the lower
+/// right.
 Light lipLight(Point p, double distance, const Box& box) {
     const double lip = smoothStep(1.6, 0.6, distance) * smoothStep(0.0, 0.5, distance);
     const Point from = p - box.centre();
@@ -325,7 +328,8 @@ Light lipLight(Point p, double distance, const Box& box) {
     return lightOf(110, 150, 165) * (lip * (0.05 + 0.35 * lit));
 }
 
-/// The printed scale over the bar: sixteen parts of its width, on whole pixels.
+/// Returns the strength of the printed scale above the bar. Its sixteen parts begin on whole
+/// pixels.
 double scaleMark(Point p) {
     constexpr double left = placeOf("PB").left;
     constexpr double part = 16;
@@ -346,7 +350,7 @@ Drop colourAt(Point p, Direction n, double edgeWidth) {
     } else if (at.plate < 0) {
         light = plateColour(p, at, n);
     } else if (at.display < 0) {
-        // The display lies deep: its upper and left rims shade it.
+        // The display lies deep, so its upper and left rims shade it.
         const double top = smoothStep(0, 4.2, p.y - DISPLAY.top);
         const double left = smoothStep(0, 4.2, p.x - DISPLAY.left);
         light = lightOf(DISPLAY_COLOUR) * (0.16 + 0.84 * top) * (0.26 + 0.74 * left);
@@ -363,7 +367,7 @@ Drop colourAt(Point p, Direction n, double edgeWidth) {
     return {light * mixed(0.05, 1, smoothStep(0.25, edgeWidth, -at.edge)), 1};
 }
 
-/// The pixels of the window, as its shape has them.
+/// Returns the pixels that belong to the window.
 Mask outlineMask(int scale) {
     std::vector<WholePoint> corners;
     corners.reserve(WINDOW_OUTLINE.size());
@@ -383,12 +387,13 @@ Mask outlineMask(int scale) {
 
 Picture drawBody(int scale) {
     const int samples = scale == 1 ? 4 : (scale == 2 ? 3 : 2);
-    // Transparency is one bit: instead of blending, the edge goes dark. Finer pixels need less.
+    // Transparency is one bit, so the edge can't blend and goes dark instead. Finer pixels need
+    // less.
     const double edgeWidth = 0.6 + 1.5 / scale;
     const Scene scene{heightAt, [=](Point p, Direction n) { return colourAt(p, n, edgeWidth); }};
     const Drawing drawing = draw(scene, {0, 0}, WIDTH * scale, HEIGHT * scale, scale, samples);
-    // The texts lie on their own plain ground, so this part takes no dithering. A hairline parts
-    // the display's two lines.
+    // The texts lie on plain ground, so this part isn't dithered. A hairline separates the two
+    // lines of the display.
     constexpr Box plain{84, 57, 254, 88};
     constexpr Box hairline{86, 73, 250, 74};
     constexpr Rgba hairlineColour{0, 141, 171};
@@ -404,7 +409,7 @@ Picture drawBody(int scale) {
     };
     fill(plain, DISPLAY_COLOUR);
     fill(hairline, hairlineColour);
-    // The more pixels there are, the finer their shades run into one another by themselves.
+    // With more pixels the shades blend by themselves.
     const double mostOwed = scale == 1 ? 3 : 0.5;
     return dithered(drawing, fixed, outlineMask(scale), 255, mostOwed);
 }

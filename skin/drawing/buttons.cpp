@@ -12,9 +12,9 @@ namespace {
 
 constexpr int ROUND_SIZE = 31;
 constexpr Point ROUND_CENTRE{15.5, 15.5};
-/// Of the picture: at one pixel to a pixel this leaves 168 of the 961 pixels clear.
+/// Radius of the picture. At scale 1 it leaves 168 of the 961 pixels clear.
 constexpr double PICTURE_RADIUS = 15.95;
-/// Of the cap, which leaves a dark gap to the seat.
+/// Radius of the cap. A dark gap parts it from the seat.
 constexpr double CAP_RADIUS = 13.9;
 
 double roundHeight(Point p) {
@@ -32,12 +32,12 @@ Drop roundColour(const Figure& symbol, Point p, Direction n) {
     const double radius = length(from);
     const Light seat = seatLight(radius - SEAT_RADIUS, n);
     Light cap = lacquer(lightOf(15, 18, 22), n);
-    // What makes it glossy: the lamp over its upper part, cut off by the hollow's edge...
+    // The gloss is the lamp over the upper part, cut off by the edge of the hollow ...
     const double lamp = smoothStep(12.3, 11.6, radius) *
                         smoothStep(-0.35, 0.35, circleDistance(p, {15.9, 29.5}, 18.9));
     const double height = smoothStep(12.5, 3, p.y + 0.25 * from.x);
     cap = cap + lightOf(206, 226, 236) * (lamp * (0.035 + 0.30 * height * height));
-    // ...and the table's light on the opposite shoulder.
+    // ... and the light of the table on the opposite shoulder.
     const double down = radius > 0 ? (from.x * 0.55 + from.y * 0.835) / radius : 0;
     const double shoulder = smoothStep(10.4, 11.8, radius) * smoothStep(13.2, 12.2, radius);
     cap = cap + lightOf(70, 170, 196) * (0.30 * shoulder * smoothStep(0.45, 1.0, down));
@@ -48,8 +48,8 @@ Drop roundColour(const Figure& symbol, Point p, Direction n) {
 
 constexpr int TILE_SIZE = 14;
 
-/// A mark on the display. Transparency being one bit, smooth edges are mixed with the display's
-/// colour.
+/// Draws a mark on the display. Transparency is one bit, so smooth edges are mixed with the colour
+/// of the display.
 Picture displayFigure(const Figure& figure, int width, int height, int scale) {
     Picture picture(width * scale, height * scale, CLEAR);
     if (scale == 1) {
@@ -75,7 +75,7 @@ Picture drawRoundButton(int button, ButtonState state, int scale) {
             mask.at(x, y) = circleDistance(p, ROUND_CENTRE, PICTURE_RADIUS) < 0 ? 1 : 0;
         }
     }
-    // The symbol's colour comes last, so that nothing else depends on the state.
+    // The symbol is painted last, so that nothing else depends on the state.
     const Rgba colour = SYMBOL_COLOURS.at(static_cast<std::size_t>(state));
     if (scale == 1) {
         Picture picture = dithered(drawing, Picture(size, size, CLEAR), mask, 254, 3);

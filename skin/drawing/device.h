@@ -1,4 +1,4 @@
-// The device: its body, its buttons and its badges, each at a number of pixels to a layout pixel.
+// Draws the device: body, buttons and badges. The scale is in pixels to a layout pixel.
 #pragma once
 
 #include "skin/drawing/image.h"
@@ -7,15 +7,15 @@
 
 namespace zvonivec::skin {
 
-/// The colour of the display behind its texts.
+/// The background of the texts on the display.
 inline constexpr Rgba DISPLAY_COLOUR{0, 160, 192};
-/// Marks and loudspeaker on the display.
+/// The colour of marks and loudspeaker on the display.
 inline constexpr Rgba MARK_COLOUR{224, 255, 64};
 
-/// A button's picture in the image list is the one of its state.
+/// The states of a button.
 enum class ButtonState { normal, hover, pressed, disabled };
 
-/// Of the symbols on the round buttons, in the order of the states.
+/// The colours of the symbols on the round buttons, in the order of the states.
 inline constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{
     {0, 192, 192},
     {64, 255, 255},
@@ -23,21 +23,22 @@ inline constexpr std::array<Rgba, 4> SYMBOL_COLOURS{{
     {160, 160, 160},
 }};
 
-/// The body with empty seats and an empty display, clear exactly outside the window's outline.
+/// Draws the body with empty seats and an empty display. It is clear exactly outside the outline.
 Picture drawBody(int scale);
 
-/// Round button 0 (rewind) to 4 (forward). The states differ in the colour of the symbol alone.
+/// Draws round button 0 (rewind) to 4 (forward). Only the colour of the symbol depends on the
+/// state.
 Picture drawRoundButton(int button, ButtonState state, int scale);
-/// Tile 5 (minimise) or 6 (close), in all states but Disabled.
+/// Draws tile 5 (minimise) or 6 (close), in all states but disabled.
 Picture drawTile(int button, ButtonState state, int scale);
 Picture drawDisplayMark(int button, int scale);
 Picture drawLoudspeaker(int scale);
 
-/// The badge that opens a file.
+/// Draws the badge that opens a file.
 Picture drawLogo(int scale);
-/// The device in small, square, of that many pixels; with soft edges or with a mask.
+/// Draws the device in a square of this size, with soft edges or with a mask.
 Picture drawIcon(int size, bool softEdges);
-/// The pointing hand over the bar.
+/// Draws the pointing hand over the bar.
 Picture drawHand(int scale);
 
 } // namespace zvonivec::skin

@@ -1,7 +1,7 @@
 // Shapes as signed distances: negative inside, in units of the layout's pixels.
 //
-// Only + - * / and square roots are used, whose results are the same on every machine; sines and
-// powers would differ in their last bits and with them, now and then, a pixel.
+// Only + - * / and square roots are used, because their results are the same on every machine.
+// Sines and powers would differ in their last bits and change a pixel now and then.
 #pragma once
 
 #include <array>
@@ -42,7 +42,7 @@ inline double clamped(double value, double low, double high) {
 inline double mixed(double a, double b, double share) {
     return a + (b - a) * share;
 }
-/// 0 up to low, 1 from high on, a soft step between; low may be the greater one.
+/// Returns 0 up to low, 1 from high on, and a soft step between. Low may be greater than high.
 double smoothStep(double low, double high, double value);
 
 double circleDistance(Point p, Point centre, double radius);
@@ -51,23 +51,23 @@ double segmentDistance(Point p, Point a, Point b);
 double polygonDistance(Point p, std::span<const Point> corners);
 double polylineDistance(Point p, std::span<const Point> points);
 
-/// The union of two shapes whose meeting corner is rounded over about that many pixels.
+/// Returns the distance to the union of two shapes, with a rounded corner where they meet.
 double smoothUnion(double a, double b, double rounding);
 
-/// The point of a circle at a multiple of 15 degrees, clockwise from the right.
+/// Returns the point of a circle at a multiple of 15 degrees, clockwise from the right.
 Point onCircle(Point centre, double radius, int fifteenths);
-/// A part of a circle as a chain of points, 15 degrees apart.
+/// Returns a part of a circle as a chain of points, 15 degrees apart.
 std::vector<Point> arc(Point centre, double radius, int fromFifteenths, int toFifteenths);
 
-/// True where a pixel's sample point lies in the polygon: left and top edges belong to it, right
-/// and bottom edges don't. All numbers are whole, so nothing is rounded.
 struct WholePoint {
     int x = 0;
     int y = 0;
 };
+/// Returns whether a pixel belongs to the polygon. Left and top edges belong to it, right and
+/// bottom edges don't.
 bool contains(std::span<const WholePoint> corners, WholePoint p);
 
-/// Smooth noise from -1 to 1 with features of about one unit.
+/// Returns smooth noise from -1 to 1 with features of about one unit.
 double noise(double x, double y, unsigned seed);
 
 } // namespace zvonivec::skin

@@ -1,4 +1,4 @@
-// Pictures in memory: exact 8-bit pixels for files, linear light for drawing.
+// Pictures in memory.
 #pragma once
 
 #include <cstddef>
@@ -47,7 +47,7 @@ using Picture = Grid<Rgba>;
 /// Which pixels of a picture are drawn (1) and which stay clear (0).
 using Mask = Grid<std::uint8_t>;
 
-/// Puts one picture over another at a place; clear pixels leave what is there.
+/// Puts one picture over another. Clear pixels change nothing.
 void paste(Picture& onto, const Picture& picture, int left, int top);
 
 } // namespace zvonivec::skin

@@ -12,7 +12,7 @@ namespace zvonivec::skin {
 
 namespace {
 
-/// A screen's value, 0 to 255, of an amount of light.
+/// Returns the value from 0 to 255 with which a screen shows an amount of light.
 double shown(double light) {
     return std::sqrt(clamped(light, 0, 1)) * 255;
 }
@@ -29,8 +29,7 @@ Drawing draw(const Scene& scene, Point from, int width, int height, int scale, i
     const auto place = [&](int column, int row) {
         return Point{from.x + (column + 0.5) * step, from.y + (row + 0.5) * step};
     };
-    // Heights of the sample rows above, at and below the current one, with one more sample on
-    // either side for the slopes.
+    // Returns the heights of a row of samples, with one more sample on either side for the slopes.
     using Row = std::vector<double>;
     const auto heights = [&](int row) {
         Row result;
@@ -156,11 +155,11 @@ std::vector<Rgba> paletteFor(const Drawing& drawing, const Picture& fixed, const
     return palette;
 }
 
-/// What earlier pixels lost, to be made good by their neighbours.
+/// The errors of earlier pixels, which their neighbours make good.
 class Debts {
 public:
-    /// A debt beyond the limit is let go: a debt in hue alone, piled up over many dark pixels,
-    /// would come back as a bright speck.
+    /// A debt beyond the limit is dropped. A debt in hue alone, collected over many dark pixels,
+    /// would end as a bright speck.
     Debts(int width, int height, int limit) : owed_(width, height, Channels{}), limit_(limit) {}
 
     [[nodiscard]] Channels addedTo(Channels wanted, int x, int y) const {
@@ -203,8 +202,8 @@ Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
     Debts debts(width, height, static_cast<int>(mostOwed * UNIT));
     Picture picture(width, height, CLEAR);
     for (int y = 0; y < height; ++y) {
-        // Every second row runs backwards: an error that always moved right would draw slanted
-        // worms.
+        // Every second row runs backwards, because an error that always moved right would draw
+        // slanted worms.
         const bool forth = y % 2 == 0;
         for (int step = 0; step < width; ++step) {
             const int x = forth ? step : width - 1 - step;

@@ -1,4 +1,4 @@
-// Colours as light, the lamp over the device, and turning drawn light into pixels.
+// Colours as light, and how drawn light becomes pixels.
 #pragma once
 
 #include "skin/drawing/geometry.h"
@@ -9,7 +9,7 @@
 
 namespace zvonivec::skin {
 
-/// An amount of light per channel; 1 is the brightest that a screen shows.
+/// An amount of light per channel. A screen shows at most 1.
 struct Light {
     double r = 0;
     double g = 0;
@@ -23,8 +23,8 @@ inline Light mixed(Light a, Light b, double share) {
     return a * (1 - share) + b * share;
 }
 
-/// The light of a colour that is given as a screen's red, green and blue from 0 to 255. The curve
-/// is a plain square: near enough to a screen's own, and exact everywhere.
+/// Returns the light of a colour, given as a screen's red, green and blue from 0 to 255. The curve
+/// is a plain square: close to a screen's own curve, and exact on every machine.
 inline Light lightOf(double r, double g, double b) {
     return {(r / 255) * (r / 255), (g / 255) * (g / 255), (b / 255) * (b / 255)};
 }
@@ -45,31 +45,30 @@ struct Direction {
     double z = 1; ///< towards the viewer
 };
 
-/// What a scene is made of. Both functions are asked for points in layout pixels.
+/// A scene as two functions of points in layout pixels.
 struct Scene {
-    /// How far the surface stands out, in layout pixels.
+    /// Returns the height of the surface, in layout pixels.
     std::function<double(Point)> height;
-    /// The light and cover of a point, given which way the surface looks there.
+    /// Returns the light and cover of a point where the surface looks in a direction.
     std::function<Drop(Point, Direction)> colour;
 };
 
-/// Draws the part of a scene from a place on, at so many pixels to a layout pixel, with a grid of
-/// samples in every pixel.
+/// Draws a part of a scene, whose top left corner is given. Scale is in pixels to a layout pixel.
+/// Every pixel has a grid of samples.
 Drawing draw(const Scene& scene, Point from, int width, int height, int scale, int samples);
 
-/// A finished picture as a drawing again.
+/// Returns a finished picture as a drawing.
 Drawing drawingOf(const Picture& picture);
-/// The opaque pixel that shows an amount of light.
+/// Returns the opaque pixel that shows an amount of light.
 Rgba pixelOf(Light light);
-/// Rounds every pixel by itself; a pixel that is covered less than by half is clear.
+/// Rounds every pixel by itself. A pixel that is covered by less than half is clear.
 Picture rounded(const Drawing& drawing);
-/// The same, with the cover kept as alpha.
+/// Rounds every pixel by itself and keeps the cover as alpha.
 Picture roundedWithAlpha(const Drawing& drawing);
 
-/// Brings a drawing down to a number of colours, spreading what each pixel loses over its
-/// neighbours so that soft shades show no bands: up to so many steps of a channel. Pixels of the
-/// fixed picture that are not clear are taken over as they are; pixels outside the mask become
-/// clear.
+/// Reduces a drawing to a number of colours. The error of each pixel, up to mostOwed steps of a
+/// channel, is spread over its neighbours, so that soft shades show no bands. Pixels of the fixed
+/// picture that aren't clear stay as they are. Pixels outside the mask become clear.
 Picture dithered(const Drawing& drawing, const Picture& fixed, const Mask& mask,
                  std::size_t colours, double mostOwed);
 

@@ -44,7 +44,7 @@ Light polishedMetal(Light tint, Direction surface) {
     const Direction seen = mirrored(surface);
     const double lamp = smoothStep(0.30, 0.95, towardsLamp(seen));
     const double ceiling = smoothStep(0.1, -0.9, seen.y);
-    // The lit table below comes back from what looks down, the dark room from what looks ahead.
+    // Faces that look down mirror the lit table, faces that look ahead mirror the dark room.
     const double table = smoothStep(0.15, 0.85, seen.y) * smoothStep(-0.9, 0.6, seen.x);
     return tint * (0.05 + 1.15 * lamp + 0.30 * ceiling + 0.24 * table);
 }

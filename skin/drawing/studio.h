@@ -1,26 +1,26 @@
-// The studio in which the device is drawn: one lamp above left, and what materials make of it.
+// The studio in which the device is drawn: one lamp at the upper left, and the materials.
 #pragma once
 
 #include "skin/drawing/light.h"
 
 namespace zvonivec::skin {
 
-/// Polished lacquer of a colour: mostly a mirror of the studio over a dark ground.
+/// Returns the light of polished lacquer, which mirrors the studio over a dark ground.
 Light lacquer(Light ground, Direction surface);
 
-/// Brushed metal: light spread out along the brushing. The grain, -1 to 1, is the brushing's own
-/// lightness at that place.
+/// Returns the light of brushed metal, spread out along the brushing. The grain, -1 to 1, is the
+/// lightness of the brushing at that point.
 Light brushedMetal(Light tint, Direction surface, double grain);
 
-/// Polished metal: a mirror of the studio, so bright or dark with every turn of the surface.
+/// Returns the light of polished metal, a mirror of the studio.
 Light polishedMetal(Light tint, Direction surface);
 
-/// How a rounded edge rises from a rim: 0 at the rim, height from that many pixels inwards on, and
-/// ever steeper downwards outside.
+/// Returns the height of a rounded edge: 0 at the rim, the full height at the given width inwards,
+/// and ever steeper downwards outside.
 double roundedRise(double inwards, double width, double height);
-/// A straight bevel with soft ends.
+/// Returns the height of a straight bevel with soft ends.
 double bevelledRise(double inwards, double width, double height);
-/// A round bead of that width along a line, its outer side being at 0.
+/// Returns the height of a round bead along a line. Its outer side is at 0.
 double beadRise(double inwards, double width, double height);
 
 } // namespace zvonivec::skin

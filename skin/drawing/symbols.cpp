@@ -15,7 +15,7 @@ Polygon box(double left, double top, double right, double bottom) {
     return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
 }
 
-/// A triangle of 5 x 9 pixels whose sides climb one pixel a row; its tip is at the right.
+/// A triangle of 5 x 9 pixels with its tip at the right. Its sides rise one pixel per row.
 Polygon smallRight(double left, double top) {
     return {{left, top},
             {left + 0.5, top},
@@ -64,7 +64,7 @@ double Figure::distance(Point p) const {
 }
 
 const Figure& buttonSymbol(int button) {
-    // The middle of the picture is at 15.5. The play triangle stands a little to the right of it:
+    // The middle of the picture is at 15.5. The play triangle stands a little to the right, because
     // its weight lies at its base.
     static const std::array<Figure, 5> symbols{
         Figure({box(9, 11, 11, 20), smallLeft(12, 11), smallLeft(17, 11)}),

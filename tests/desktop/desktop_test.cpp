@@ -16,8 +16,7 @@ Player::Player(const Display& display, const std::string& folder, Process::Envir
     const std::string program = folder + "/zvonivec";
     std::filesystem::copy_file(PLAYER_PROGRAM, program,
                                std::filesystem::copy_options::overwrite_existing, ignored);
-    // The working folder plays no part in anything; one that is not the program's would show if it
-    // did.
+    // The working folder isn't the program's folder, so a test would show if the program used it.
     process_ = Process({program}, {.environment = std::move(environment),
                                    .outputFile = {},
                                    .errorFile = messageFile_,
@@ -145,7 +144,7 @@ std::optional<double> Player::barValue() const {
     for (int x = 1; x < BAR.width - 1; ++x) {
         const Colour colour = bar.at(x, BAR.height / 2);
         hidden = hidden && colour == body.at(BAR.x + x, BAR.y + BAR.height / 2);
-        // Lit is bright green to blue, unlit and between the segments it is nearly black.
+        // A lit segment is bright green to blue. Unlit segments and gaps are nearly black.
         lit = ((colour >> 8) & 0xFF) > 96 ? x : lit;
     }
     if (hidden) {
@@ -157,7 +156,7 @@ std::optional<double> Player::barValue() const {
 void DesktopTest::SetUp() {
     ASSERT_TRUE(display_.ok()) << display_.problem();
     ASSERT_TRUE(sound_.running());
-    // Out of the way: a pointer that rests where the window appears would light a button.
+    // A pointer that rests where the window appears would light a button.
     pointer_.moveTo({display_.width() - 1, display_.height() - 1});
     startPlayer();
 }

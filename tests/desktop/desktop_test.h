@@ -1,4 +1,4 @@
-// A desktop with a sound server and the player on it: every test's start.
+// A desktop with a sound server and the player on it, for every test.
 #pragma once
 
 #include "tests/desktop/picture.h"
@@ -15,45 +15,45 @@
 
 namespace support {
 
-/// The real program, running as a process of its own from a copy in a folder of its own, so that
-/// its settings file lies there and not in the build.
+/// The real program as a process. It runs from a copy in a folder of its own, so that its settings
+/// file doesn't lie in the build.
 class Player {
 public:
-    /// Starts it. The folder is made when it isn't there; what is in it stays, so the settings
-    /// survive from one Player to the next.
+    /// Starts the program. Makes the folder when there is none and leaves its files, so the
+    /// settings survive from one Player to the next.
     Player(const Display& display, const std::string& folder, Process::Environment environment);
 
-    /// False when its window didn't appear within the time. The scale: screen pixels to one of the
-    /// window's own.
+    /// Waits for the window; False when it didn't appear in time. The scale is in screen pixels to
+    /// a pixel of the window.
     bool waitUntilShown(int scale = 1);
     [[nodiscard]] const Display& display() const { return *display_; }
-    /// Only once it has been shown.
+    /// Needs a window that has been shown.
     [[nodiscard]] const Window& window() const { return *window_; }
     Process& process() { return process_; }
-    /// What it wrote to standard error.
+    /// Returns what the program wrote to standard error.
     [[nodiscard]] std::string messages() const;
 
-    /// A place of the window on the screen.
+    /// Returns a point of the window in coordinates of the screen.
     [[nodiscard]] Point onScreen(Point place) const;
     [[nodiscard]] Screenshot screenshot() const;
     [[nodiscard]] Screenshot screenshot(const Rectangle& part) const;
     [[nodiscard]] bool showsButton(player::Button button, player::Look look) const;
     [[nodiscard]] bool showsMark(player::Button command) const;
-    /// Buttons to play with, times and bar: a file is loaded.
+    /// Whether the window shows that a file is loaded: enabled buttons, times and bar.
     [[nodiscard]] bool showsPlayingLook() const;
     [[nodiscard]] bool showsIdleLook() const;
-    /// The texts, to the pixel, as the labels write them.
+    /// Whether the window shows the texts exactly as labels paint them.
     [[nodiscard]] bool showsStatus(const std::string& text) const;
     [[nodiscard]] bool showsRunningTime(const std::string& text) const;
     [[nodiscard]] bool showsLength(const std::string& text) const;
-    /// Where a text's left edge is in the display's window, in pixels from its left edge; nothing
-    /// when at least half of the window doesn't show this text.
+    /// Returns the left edge of a text, in pixels from the left edge of the display. Returns
+    /// nothing when less than half of the display shows this text.
     [[nodiscard]] std::optional<int> informationLeft(const std::string& text) const;
-    /// The bar's lit part, 0 to 1; nothing while the bar is hidden.
+    /// Returns the lit part of the bar, 0 to 1, or nothing while the bar is hidden.
     [[nodiscard]] std::optional<double> barValue() const;
 
 private:
-    /// What the window shows in a rectangle is a picture of the window there.
+    /// Whether a rectangle of the window shows the same as a picture of the window there.
     [[nodiscard]] bool shows(const Picture& window, const Rectangle& place) const;
 
     const Display* display_;
@@ -62,13 +62,13 @@ private:
     std::optional<Window> window_;
 };
 
-/// The fixture. A failed test leaves a picture of the screen and what the player wrote in the build
-/// folder's desktop-failures.
+/// The fixture. A failed test leaves a picture of the screen and the player's messages in the
+/// folder desktop-failures of the build.
 class DesktopTest : public testing::Test {
 protected:
     explicit DesktopTest(const DisplayOptions& options = {}) : display_(options) {}
 
-    /// Starts a player and waits for its window. A fatal failure when it doesn't come.
+    /// Starts a player and waits for its window. Fails the test when it doesn't appear.
     void SetUp() override;
     void TearDown() override;
     void startPlayer();
@@ -80,15 +80,15 @@ protected:
     }
     void click(player::Button button) const { click(player::BUTTONS.at(button).middle()); }
 
-    /// The dialog or message box that is shown now, once it can take keys; waited for.
+    /// Waits for a dialog or message box that can take keys, and returns it.
     [[nodiscard]] std::optional<Window> waitForDialog() const;
     [[nodiscard]] std::optional<Window> waitForMessageBox() const;
     [[nodiscard]] std::optional<Window>
     waitForWindowWithKeyboard(const std::function<bool(const Window&)>& condition) const;
-    /// Clicks the logo, types a path into the dialog and confirms it; returns when that dialog is
-    /// gone. Without a path the dialog is cancelled.
+    /// Clicks the logo, types a path into the dialog, confirms it and waits until the dialog is
+    /// gone. Without a path it cancels the dialog.
     void openFile(const std::string& path);
-    /// The same in a dialog that is already open.
+    /// Does the same in a dialog that is already open.
     void chooseFile(const std::string& path);
     /// Ends a dialog or a message box with a key and waits until it is gone.
     void answer(const Window& window, const char* key) const;

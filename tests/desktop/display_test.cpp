@@ -1,4 +1,4 @@
-// The desktop that the other tests stand on: if one of these fails, look no further.
+// The desktop that the other tests need. When one of these tests fails, mend it first.
 #include "tests/support/display.h"
 #include "tests/support/pointer.h"
 #include "tests/support/screenshot.h"

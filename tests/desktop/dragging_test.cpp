@@ -21,8 +21,8 @@ protected:
     [[nodiscard]] bool becomesPlacedAt(Point place) const {
         return waitUntil([&] { return corner() == place; });
     }
-    /// A press, when the player has taken it: with a window manager a press gives the window the
-    /// keyboard, and what comes faster than a hand may get lost there.
+    /// Presses and waits until the player has taken the press. A window manager gives the window
+    /// the keyboard first, and events that come faster than a hand may get lost meanwhile.
     void press(Point place, int button) {
         moveTo(place);
         pointer_.press(button);
@@ -33,8 +33,7 @@ protected:
 };
 
 TEST_P(DraggingTest, EverySurfaceDragsWithEveryButton) {
-    // A place of the strip between its letters is the strip itself; at the letters it is one of its
-    // two labels.
+    // Between the letters the strip itself takes the press, at the letters one of its two labels.
     ASSERT_TRUE(
         waitUntil([&] { return player_->informationLeft(player::WELCOME).value_or(200) < 20; },
                   std::chrono::seconds(20)));
@@ -97,7 +96,7 @@ TEST_P(DraggingTest, NothingElseDrags) {
             EXPECT_FALSE(menu());
         }
     }
-    // Events come in order: when this drag shows, the others have been dealt with.
+    // Events come in order: when this drag shows, the others have been served.
     const Point from = player_->onScreen(player::BODY);
     press(player::BODY, 1);
     pointer_.moveTo({from.x + 1, from.y + 2});
@@ -126,7 +125,7 @@ TEST_P(DraggingTest, ThePressedPointStaysUnderThePointerAtAnySpeed) {
     press(player::BODY, 1);
     std::vector<Point> way;
     for (int i = 1; i <= 400; ++i) {
-        // Circles, slow and fast, and now and then a leap across the screen.
+        // Circles, slow and fast, with a leap across the screen now and then.
         const double angle = i * i / 600.0;
         const Point step{static_cast<int>(std::lround(150 * std::sin(angle))) +
                              (i % 50 == 0 ? 250 : 0),
@@ -139,7 +138,7 @@ TEST_P(DraggingTest, ThePressedPointStaysUnderThePointerAtAnySpeed) {
     }
     pointer_.release(1);
     EXPECT_TRUE(becomesPlacedAt(way.back()));
-    // Wherever it was seen, the pointer had been there, and in that order.
+    // The window was seen only where the pointer had been, and in that order.
     auto next = way.begin();
     for (const Point place : history.places()) {
         if (place == before) {

@@ -10,7 +10,7 @@ namespace support {
 
 namespace {
 
-/// The inodes of all sockets in the abstract name space whose names begin with the program's title.
+/// Returns the inodes of all abstract sockets whose names begin with the program's title.
 std::set<std::string> markers() {
     std::set<std::string> inodes;
     std::istringstream lines(readFile("/proc/net/unix"));
@@ -28,7 +28,7 @@ std::set<std::string> markers() {
     return inodes;
 }
 
-/// The marker that a process holds open, by its inode; empty when it holds none.
+/// Returns the inode of the marker that a process holds open, or an empty text.
 std::string markerOf(pid_t pid) {
     const std::set<std::string> all = markers();
     std::error_code error;
@@ -129,7 +129,7 @@ TEST_F(EndingTest, ASecondCopyRunsBesideTheFirst) {
     ASSERT_TRUE(second.waitUntilShown());
     EXPECT_FALSE(second.window() == player_->window());
 
-    click(player::close); // of whichever lies above: both windows are in the same place
+    click(player::close); // of the upper window: both are in the same place
     EXPECT_TRUE(
         waitUntil([&] { return player_->process().running() != second.process().running(); }));
     Player& left = second.process().running() ? second : *player_;

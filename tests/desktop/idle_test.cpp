@@ -10,8 +10,8 @@ protected:
     explicit IdleTest(const DisplayOptions& options = {}) : DesktopTest(options) {}
 };
 
-/// Without a window manager: those that look at clicks first, to raise a window, lose some of the
-/// clicks that follow each other at once, whatever the program.
+/// Runs without a window manager. Window managers that see clicks first, to raise a window, lose
+/// some of the clicks that follow each other at once, with any program.
 class QuickClicksTest : public IdleTest {
 protected:
     QuickClicksTest() : IdleTest({.windowManager = ""}) {}
@@ -43,7 +43,7 @@ TEST_F(QuickClicksTest, TheFiveButtonsDoNothing) {
          {player::rewind, player::pause, player::play, player::stop, player::forward}) {
         click(button);
     }
-    // Events come in order: when this one shows, the others have been dealt with.
+    // Events come in order: when this one shows, the others have been served.
     moveTo(player::BUTTONS[player::close].middle());
     EXPECT_TRUE(
         waitUntil([&] { return player_->showsButton(player::close, player::Look::hover); }));
@@ -85,7 +85,7 @@ TEST_F(IdleTest, APressStaysWithItsButton) {
     EXPECT_TRUE(waitUntil([&] { return player_->window().isMinimised(); }));
 }
 
-/// One step at each click, and what the status line says then.
+/// Every click changes the volume by one step, and the status line says so.
 struct VolumeStep {
     Rectangle place;
     int button;
@@ -99,7 +99,7 @@ TEST_F(IdleTest, VolumeStepsWithEachMouseButton) {
         {player::STATUS, 3, "40% hlasitost"}, {player::STATUS, 2, "30% hlasitost"},
     };
     for (const VolumeStep& step : steps) {
-        // The label is as wide as its text, so its left end is surely on it.
+        // The label is as wide as its text, so its left end always belongs to it.
         click({step.place.x + 5, step.place.y + 4}, step.button);
         EXPECT_TRUE(waitUntil([&] { return player_->showsStatus(step.status); })) << step.status;
     }

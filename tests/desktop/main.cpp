@@ -1,4 +1,4 @@
-// The pictures that screenshots are compared with are painted here, without a display.
+// Paints the pictures for comparison with screenshots in this process, without a display.
 #include <QGuiApplication>
 #include <array>
 #include <gtest/gtest.h>

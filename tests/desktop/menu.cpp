@@ -13,8 +13,8 @@ std::optional<Window> MenuTest::menu() const {
 void MenuTest::openMenu(Point place) {
     click(place, 3);
     const auto shown = [this] { return menu().has_value(); };
-    // A window manager that is still busy with the windows loses a click now and then, whatever the
-    // program; a user clicks again.
+    // A window manager that is busy with the windows loses a click now and then, with any program.
+    // A user clicks again.
     if (display_.hasWindowManager() && !waitUntil(shown, std::chrono::seconds(2))) {
         click(place, 3);
     }

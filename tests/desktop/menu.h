@@ -1,4 +1,4 @@
-// The menu window: where its items are, and the fixture of tests that use it.
+// The menu window: places of its items, and the fixture of tests that use it.
 #pragma once
 
 #include "tests/desktop/playing_test.h"

@@ -1,4 +1,4 @@
-// The menu: where it appears, when it goes, what its lines do.
+// The menu: its place, its end, and the commands of its lines.
 #include "tests/desktop/menu.h"
 
 namespace support {
@@ -78,7 +78,7 @@ TEST_P(MenuWindowTest, HidesAtAClickOnTheDesktop) {
         openMenu();
         pointer_.click({10, 10}, button);
         EXPECT_TRUE(waitUntilMenuIsGone()) << button;
-        keyboard_.key("Escape"); // away with the window manager's own menu
+        keyboard_.key("Escape"); // closes the window manager's own menu
     }
 }
 
@@ -287,7 +287,7 @@ TEST_F(MenuLinesTest, WithoutAFileItsLinesDoNothingAndTheMenuStays) {
             click(line);
         }
     }
-    click(menu::LOUDER); // the one that counts: those before it have been dealt with
+    click(menu::LOUDER); // events come in order: the clicks before have been served
     EXPECT_TRUE(waitUntilMenuIsGone());
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
     EXPECT_TRUE(player_->showsIdleLook());

@@ -21,7 +21,7 @@ protected:
     [[nodiscard]] bool becomesAbove(bool above) const {
         return waitUntil([&] { return player_->window().hasState(ABOVE) == above; });
     }
-    /// A window of another program that lies where the player is, opened now.
+    /// Opens a window of another program over the player.
     [[nodiscard]] std::unique_ptr<PlainWindow> openOther() const {
         const Rectangle place = player_->window().place();
         auto other = std::make_unique<PlainWindow>(
@@ -29,7 +29,7 @@ protected:
             OTHER, PlainWindow::Kind::ordinary);
         other->window().activate();
         EXPECT_TRUE(waitUntil([&] { return other->window().isActive(); }));
-        // It has been drawn where the player doesn't reach.
+        // The window has been drawn where the player doesn't reach.
         EXPECT_TRUE(waitUntil(
             [&] { return Screenshot(display_, other->window().place()).at(5, 5) == OTHER; }));
         return other;

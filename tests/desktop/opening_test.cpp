@@ -1,4 +1,4 @@
-// The dialog, and what becomes of the file chosen in it.
+// The dialog, and the file chosen in it.
 #include "tests/desktop/playing_test.h"
 
 #include <filesystem>
@@ -16,7 +16,7 @@ protected:
         return path;
     }
 
-    /// Waits for the refusal's box, confirms it and cancels the dialog that comes after it.
+    /// Waits for the box that refuses the file, confirms it and cancels the next dialog.
     void expectRefusal() {
         const auto box = waitForMessageBox();
         ASSERT_TRUE(box) << "no message box";
@@ -97,8 +97,8 @@ TEST_F(OpeningTest, TheNextDialogStartsInTheLastFilesFolder) {
 TEST_F(OpeningTest, OtherMouseButtonsOnTheLogoOpenNothing) {
     click(player::LOGO.middle(), 2);
     click(player::LOGO.middle(), 3);
-    // The clicks have been served when a later move has been. A hand moves more than once: the
-    // window manager's grab of the buttons may swallow a single move.
+    // The clicks have been served when a later move has been served. The pointer moves more than
+    // once, because the window manager's grab of the buttons may swallow a single move.
     const Rectangle& close = player::BUTTONS[player::close];
     EXPECT_TRUE(waitUntil([&] {
         moveTo(close.middle());

@@ -11,7 +11,7 @@ namespace support {
 
 namespace {
 
-/// "MS Sans Serif", 8.25 points at 96 dots per inch, or what stands for it.
+/// The font that stands for "MS Sans Serif", 8.25 points at 96 dots per inch.
 QFont labelFont(bool bold) {
     QFont font;
     font.setFamilies({QStringLiteral("MS Sans Serif"), QStringLiteral("Liberation Sans"),

@@ -1,4 +1,4 @@
-// The program's pictures, to be recognised on the screen.
+// The program's pictures, for comparison with the screen.
 #pragma once
 
 #include "tests/support/screenshot.h"
@@ -11,28 +11,29 @@ class QImage;
 
 namespace support {
 
-/// One file of skin/pictures. A missing file is an empty picture.
+/// A picture of skin/pictures. A missing file is an empty picture.
 class Picture {
 public:
     explicit Picture(const std::string& file);
 
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
-    /// Nothing where the picture is transparent or ends.
+    /// Returns nothing where the picture is transparent or ends.
     [[nodiscard]] std::optional<Colour> at(int x, int y) const;
     /// Draws another picture on this one.
     void put(const Picture& picture, Point place);
     struct Style {
         bool bold = false;
-        bool endsThere = false; ///< the place is the line's top right corner, not its top left one
+        bool endsThere =
+            false; ///< the place is the top right corner of the line, not the top left one
     };
     /// Writes a line as the player's labels do.
     void write(const std::string& text, Point place, Colour colour, Style style);
-    /// The part of it that lies in a rectangle.
+    /// Returns the part in a rectangle.
     [[nodiscard]] Picture part(const Rectangle& place) const;
 
     static Picture filled(int width, int height, Colour colour);
-    /// The scrolling line: text and shadow on the display's colour, as wide as the text.
+    /// Returns the scrolling line: text and shadow on the display's colour, as wide as the text.
     static Picture informationStrip(const std::string& text);
 
 private:
@@ -45,8 +46,8 @@ private:
     std::vector<std::optional<Colour>> pixels_;
 };
 
-/// How many of the pixels that the picture has differ from the screenshot's, when its top left
-/// corner lies at a place of the screenshot. Of an empty picture every pixel differs.
+/// Returns how many pixels of the picture differ from the screenshot, when its top left corner lies
+/// at a point of the screenshot. In an empty picture every pixel differs.
 int differentPixels(const Screenshot& screenshot, const Picture& picture, Point place = {});
 
 /// Writes a screenshot as a PNG file.

@@ -1,4 +1,4 @@
-// Where things are in the player's window, in pixels from its top left corner, and what it shows.
+// Places in the player's window, in pixels from its top left corner, and what it shows there.
 #pragma once
 
 #include "tests/desktop/picture.h"
@@ -32,21 +32,21 @@ inline constexpr Rectangle MARK{232, 77, 12, 8};
 inline constexpr Rectangle BAR{40, 288, 257, 10};
 inline constexpr Rectangle RUNNING_TIME{40, 264, 60, 14};
 inline constexpr Rectangle LENGTH{238, 264, 60, 14};
-/// What the idle player writes on itself.
+/// The places of the texts of an idle player.
 inline constexpr std::array TEXTS{INFORMATION, STATUS};
-/// Nothing but the body.
+/// A point of the bare body.
 inline constexpr Point BODY{30, 200};
 
 /// The looks of a button.
 enum class Look { normal, hover, pressed, disabled };
 
-/// Picture number 1 to 31 of the image list.
+/// Returns picture number 1 to 31 of the image list.
 Picture listPicture(int number);
 Picture buttonPicture(Button button, Look look);
-/// What the display shows after the last playback command, on the body.
+/// Returns the mark of the last playback command, on the body.
 Picture markPicture(Button command);
 
-/// The body with all pictures of an idle player on it, without its texts.
+/// Returns the body with all pictures of an idle player, without texts.
 Picture idlePicture();
 
 } // namespace support::player

@@ -50,7 +50,7 @@ std::optional<double> PlayingTest::heardPlace() const {
         const Samples heard = recording_->samples();
         const Samples part(heard.begin() + static_cast<std::ptrdiff_t>(from),
                            heard.begin() + static_cast<std::ptrdiff_t>(from + length));
-        // A part in which the sound swells or fades is none of the file's; the next one is.
+        // A part in which the sound swells or fades isn't in the file. The next part is.
         place = findIn(samples_, part);
         return place.has_value();
     });
@@ -105,7 +105,7 @@ TEST_F(PlayingTest, SoundsAsTheFileAndAgainAtItsEnd) {
     for (const std::size_t round : {*first, *again}) {
         EXPECT_EQ(follow(heard, round, samples_, 0).length, samples_.size());
     }
-    // Nothing was heard that isn't the file's.
+    // Nothing but the file was heard.
     EXPECT_GE(firstSound(heard) + 1, *first + firstSound(samples_));
     EXPECT_LT(*again - *first - samples_.size(), RATE * 2 / 2U) << "half a second between rounds";
 }
@@ -182,7 +182,7 @@ TEST_F(PlayingTest, AClickOnTheBarSeeks) {
     click(player::play);
     EXPECT_NEAR(heardPlace().value_or(0), 30.7, 0.35);
 
-    // From there the time goes on, and a seek while playing is heard as well.
+    // The time goes on from there, and a seek while playing is heard too.
     EXPECT_TRUE(waitUntil([&] { return player_->showsRunningTime("00:31"); }));
     click({player::BAR.x + 96, player::BAR.y + 5});
     EXPECT_TRUE(waitUntil([&] {

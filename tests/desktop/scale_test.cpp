@@ -32,7 +32,7 @@ protected:
                                   &zvonivec::skin::SharpPictures::scale);
     }
 
-    /// The outline in the screen's pixels.
+    /// Returns the outline in screen pixels.
     [[nodiscard]] QRegion outline() const {
         QPolygon polygon;
         for (const zvonivec::skin::OutlineVertex& vertex : zvonivec::skin::WINDOW_OUTLINE) {
@@ -56,7 +56,7 @@ protected:
         }
     }
 
-    /// How many pixels outside the texts don't show the idle player.
+    /// Returns how many pixels outside the texts don't show the idle player.
     [[nodiscard]] int unlikeIdlePlayer() const {
         Picture expected{std::string(files().body)};
         for (const player::Button button :
@@ -119,7 +119,7 @@ TEST_P(ScaleTest, TakesClicksInTheScaledOutlineAlone) {
         }
     }
     const Rectangle before = player_->window().place();
-    // Some along the whole border, each with the pixel right of it.
+    // Points along the whole border, each with the pixel to the right of it.
     for (std::size_t i = 0; i < borders.size(); i += 29) {
         for (const Point place : {borders[i], Point{borders[i].x + 1, borders[i].y}}) {
             click(place, 2); // the right button would open the menu

@@ -1,4 +1,4 @@
-// The player in sessions of other kinds.
+// The player in other kinds of sessions.
 #include "tests/desktop/desktop_test.h"
 
 #include <X11/Xatom.h>
@@ -11,14 +11,14 @@ namespace {
 
 class SessionTest : public DesktopTest {
 protected:
-    /// environment() with some names set otherwise.
+    /// Returns environment() with some names changed.
     [[nodiscard]] Process::Environment with(const Process::Environment& changes) const {
         Process::Environment all = environment();
         all.insert(all.end(), changes.begin(), changes.end());
         return all;
     }
 
-    /// Settings of the desktop for all programs that are started from now on.
+    /// Changes the settings of the desktop for all programs that are started later.
     void setDesktopResources(std::string_view text) {
         XChangeProperty(display_.connection(), DefaultRootWindow(display_.connection()),
                         XA_RESOURCE_MANAGER, XA_STRING, 8, PropModeReplace,

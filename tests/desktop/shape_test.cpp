@@ -1,4 +1,4 @@
-// The window's outline, as seen and as clicked.
+// The window's outline, for the eye and for clicks.
 #include "tests/desktop/desktop_test.h"
 
 #include <fstream>
@@ -9,7 +9,8 @@ namespace {
 
 constexpr Colour MAGENTA = 0xFF00FF;
 
-/// The outline's pixels, read from rectangles "left top right bottom", right and bottom outside.
+/// Returns the outline's pixels, read from rectangles "left top right bottom". Right and bottom are
+/// outside.
 class Outline {
 public:
     Outline() {
@@ -67,7 +68,7 @@ TEST_P(ShapeTest, IsSeenInExactlyTheOutlinesPixels) {
 
 TEST_P(ShapeTest, ClicksOutsideTheOutlineReachWhatLiesBeneath) {
     PlainWindow backdrop(display_, {0, 0, display_.width(), display_.height()}, MAGENTA);
-    // Every pixel that has a pixel of the other side next to it, and the rectangle's corners.
+    // Every pixel next to a pixel of the other side, and the corners of the rectangle.
     std::vector<Point> outside{{0, 0}, {336, 0}, {0, 335}, {336, 335}, {337, 0}, {0, 336}};
     std::vector<Point> inside;
     for (int y = -1; y <= player::HEIGHT; ++y) {
@@ -112,7 +113,7 @@ TEST_P(ShapeTest, MinimisedAndRestoredItLooksAsBefore) {
 
     click(player::minimise);
     if (!display_.hasWindowManager()) {
-        // Nobody minimises windows here, and the player stands as it stood.
+        // Nothing minimises windows here, so the player stays as it is.
         EXPECT_TRUE(waitUntil(
             [&] { return player_->showsButton(player::minimise, player::Look::normal); }));
         return;

@@ -1,4 +1,4 @@
-// The body: its edge, its display and the seats of what lies on it.
+// The body: its edge, its display and its seats.
 #include "skin/pictures.h"
 #include "tests/skin/picture_pixels.h"
 
@@ -73,7 +73,7 @@ TEST(SkinBody, IsDarkBehindTheTimesAndTheBar) {
 TEST(SkinBody, GetsDarkTowardsItsOutline) {
     const QImage body = load(BODY_PICTURE.file);
     const Pixels drawn = drawnPixels(body);
-    // Steps inwards from the left edge, from the right one and from the bottom.
+    // Returns the mean brightness a number of pixels inwards from every edge.
     const auto brightness = [&](int inwards) {
         int sum = 0;
         int count = 0;
@@ -92,7 +92,7 @@ TEST(SkinBody, GetsDarkTowardsItsOutline) {
 }
 
 TEST(SkinBody, HasNoBands) {
-    // Along the bare shell between rail and plate no shade runs on unchanged for long.
+    // Along the bare shell between rail and plate no shade stays the same for long.
     const QImage body = load(BODY_PICTURE.file);
     for (int x = 30; x < 42; ++x) {
         int run = 0;
@@ -129,7 +129,7 @@ int difference(QRgb a, QRgb b) {
 } // namespace
 
 TEST(SkinBody, CarriesOnTheRimsOfTheRoundButtons) {
-    // Where a picture ends the body shows the same wall of the seat beneath it.
+    // At the edge of a picture the body shows the same wall of the seat.
     const QImage body = load(BODY_PICTURE.file);
     for (const Placed& placed : ROUND_PLACES) {
         const QImage picture = listPicture(placed.number);

@@ -91,7 +91,7 @@ TEST(SkinRoundButtons, ShowTheirSymbols) {
     EXPECT_EQ(shapeOf(symbol(3)), std::vector<std::string>(9, "#########"));
     EXPECT_EQ(shapeOf(symbol(4)), mirrored(rewind));
 
-    // All stand in the middle; the triangle stands to the right, where its weight balances.
+    // All symbols stand in the middle, but the triangle a little to the right, where it balances.
     for (const int button : {0, 1, 3, 4}) {
         EXPECT_EQ(boundsOf(symbol(button)).center(), QPoint(15, 15)) << button;
     }

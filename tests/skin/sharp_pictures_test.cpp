@@ -34,8 +34,8 @@ bool isClear(QRgb pixel) {
     return qAlpha(pixel) == 0;
 }
 
-/// What a pixel of the plain picture would be: the mean of those that lie on it. Clear where most
-/// of them are.
+/// Returns the mean of the sharp pixels that lie on a pixel of the plain picture, or a clear pixel
+/// when most of them are clear.
 QRgb meanOf(const QImage& sharp, int x, int y, int scale) {
     int red = 0;
     int green = 0;
@@ -143,7 +143,7 @@ TEST_P(SharpPicture, PicturesOnTheSheetLookLikeThePlainOnes) {
     for (const SheetPlace& place : SHEET_PLACES) {
         const Likeness likeness =
             compared(load(place.picture.file), cut(sheet, place, scale), scale);
-        // Fine curves stand in for stairs of whole pixels: the smaller a picture the more so.
+        // Fine curves replace stairs of whole pixels, which differ most in small pictures.
         const bool isSmall = place.picture.width < 14;
         EXPECT_LT(likeness.meanDifference, isSmall ? 40 : 9) << place.picture.file;
         EXPECT_LT(likeness.maskDifference, isSmall ? 20 : 30) << place.picture.file;
@@ -202,7 +202,7 @@ TEST_P(SharpPicture, MarksAreOfTheirColourAndTheDisplays) {
             for (int x = 0; x < mark.width(); ++x) {
                 const QRgb pixel = mark.pixel(x, y);
                 full += pixel == MARK ? 1 : 0;
-                // Nothing but what lies between the two colours, give or take the palette's step.
+                // Only mixtures of the two colours, with the rounding of the palette.
                 if (!isClear(pixel)) {
                     const int share = qRed(pixel) * 100 / qRed(MARK);
                     EXPECT_GE(qGreen(pixel), 150) << number << ": " << share;

@@ -10,7 +10,7 @@
 namespace zvonivec {
 namespace {
 
-/// A line of the table: a text in quotes and what it gives as each type, "ERR" for nothing.
+/// A line of the table: a text in quotes and its value as each type, "ERR" for none.
 struct Row {
     std::string text;
     std::string single;

@@ -1,5 +1,5 @@
-// What the functions of the system that the format comes from make of settings files: a table, and
-// the fixture of tests with a file.
+// A table of settings files, with the results of the functions of the system from which the format
+// comes, and the fixture of tests with a file.
 #pragma once
 
 #include "platform/modDeklarace.h"
@@ -13,16 +13,17 @@
 
 namespace zvonivec {
 
-/// What is held against the table.
+/// The functions that are compared with the table.
 struct SettingsTable {
     using Writes = std::vector<std::pair<std::string, std::string>>;
 
-    /// The value of a key in [General] of a file of these bytes, "DEF" where there is none.
+    /// Returns the value of a key in [General] of a file with these bytes, or "DEF".
     std::function<std::string(const std::string& file, const std::string& key)> read;
-    /// The file's bytes after some keys were set in [General]. A file that isn't there is empty.
+    /// Returns the bytes of the file after some keys were set in [General]. A missing file is
+    /// empty.
     std::function<std::string(const std::string& file, const Writes& writes)> written;
 
-    /// A case in which something else is right.
+    /// A case in which another result is right.
     struct Difference {
         std::string name;
         std::string key; ///< of a case of reading
@@ -47,7 +48,7 @@ protected:
     }
     void put(const std::string& bytes) const { support::writeFile(path_, bytes); }
     std::string bytes() const { return support::readFile(path_); }
-    /// Puts the file there for the table; none when it is empty.
+    /// Writes the file of a case, or none when it is empty.
     void putOrRemove(const std::string& bytes) const;
     /// modDeklarace's functions, with this file.
     [[nodiscard]] SettingsTable ofModDeklarace() const;

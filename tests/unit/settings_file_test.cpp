@@ -118,7 +118,7 @@ TEST_F(SettingsFile, IsOnTheDiskBeforeItGetsItsName) {
     ASSERT_EQ(support::run({SETTINGS_WRITER, path_, "Left", "2", "1"}, options), 0);
     const std::string folder = fs::path(folder_.path()).filename();
     EXPECT_EQ(support::readFile(calls), "flock MP3.ini.new\n"
-                                        "fchmod MP3.ini.new\n" // before there is anything to read
+                                        "fchmod MP3.ini.new\n" // before it has content
                                         "ftruncate MP3.ini.new\n"
                                         "fsync MP3.ini.new\n"
                                         "rename\n"
@@ -134,7 +134,7 @@ TEST_F(SettingsFile, WhatAKilledWriterLeftIsNotPartOfTheNextFile) {
 }
 
 TEST_F(SettingsFile, AFullDiskLeavesTheOldFile) {
-    // The process may write files of this size and no larger: the rest of a write fails.
+    // The process may write no larger files than this, so the rest of a write fails.
     const std::string old = "[General]\r\nLeft=1\r\n; " + std::string(3000, 'x') + "\r\n";
     support::writeFile(path_, old);
     const int result = inChild([&] {

@@ -1,4 +1,4 @@
-// The format of the settings file: what is read from which bytes, and what a write makes of them.
+// The format of the settings file: values read from bytes, and bytes after a write.
 
 #include "platform/private_profile.h"
 #include "tests/unit/settings_cases.h"
@@ -39,7 +39,7 @@ TEST_F(SettingsFormat, CutsALongValueToTheBuffer) {
     EXPECT_EQ(modDeklarace::GetPrivateProfileStringA("General", "Left", "DEF", 0, path_), "");
 }
 
-/// A file's characters, two bytes each where its mark says so.
+/// Returns the characters of a file, two bytes each when the file begins with the mark for that.
 std::u16string units(const std::string& file) {
     const bool little = file.starts_with("\xFF\xFE");
     const std::size_t width = little || file.starts_with("\xFE\xFF") ? 2 : 1;
@@ -56,7 +56,7 @@ std::u16string units(const std::string& file) {
     return all;
 }
 
-/// Whether nothing was done but to replace a value, in a file that had the key.
+/// Returns whether a write only replaced a value, in a file that had the key.
 bool onlyReplaces(std::u16string_view before, std::u16string_view after,
                   std::u16string_view value) {
     const std::size_t at = after.find(value);
@@ -71,8 +71,8 @@ bool onlyReplaces(std::u16string_view before, std::u16string_view after,
                    .find_first_of(u"\r\n") == std::u16string_view::npos;
 }
 
-/// Whether nothing was done but to add a line with a value, its section's line where need be, and
-/// a line end to a last line without one.
+/// Returns whether a write only added a line with a value, the line of its section where there was
+/// none, and a line end to a last line without one.
 bool onlyAdds(std::u16string_view before, std::u16string_view after, std::u16string_view value) {
     for (const std::u16string lineEnd : {u"\r\n", u"\n", u"\r"}) {
         for (const std::u16string sectionLine : {u"", u"[General]"}) {

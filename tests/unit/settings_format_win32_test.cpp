@@ -12,7 +12,7 @@ bool underWine() {
     return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
-/// Where Wine's functions do otherwise than those of Windows, which the table is of.
+/// Cases in which the functions of Wine differ from those of Windows, from which the table comes.
 std::vector<SettingsTable::Difference> differencesOfWine() {
     if (!underWine()) {
         return {};
@@ -24,7 +24,7 @@ std::vector<SettingsTable::Difference> differencesOfWine() {
             {"w_blank_tail_next", {}, lines + "[Next]\r\nq=1\r\n", reason}};
 }
 
-/// Bytes of the system's code page as UTF-8.
+/// Returns bytes of the system's code page as UTF-8.
 std::string fromCodePage(const std::string& bytes) {
     std::wstring wide(bytes.size(), L'\0');
     wide.resize(static_cast<std::size_t>(

@@ -1,9 +1,9 @@
 // settings_writer FILE KEY FIRST COUNT: sets KEY in [General] to FIRST, FIRST + 1, ... COUNT
 // values.
 //
-// It has some of the system's calls pass through its own hands, to tell on standard output what is
-// asked of the disk, and to be slow where two writers could meet. With NO_LOCKS in the environment
-// it finds a file system without locks.
+// Replaces some of the system's calls: they print their names on standard output, and are slow
+// where two writers could meet. With NO_LOCKS in the environment, locking fails as on a file system
+// without locks.
 #include "platform/modDeklarace.h"
 
 #include <cerrno>
@@ -32,14 +32,14 @@ int call(const char* name, int file, long result) {
 
 extern "C" {
 
-// By another name here, since there is a struct flock too.
+// Under another name, because there is a struct flock too.
 int lockSlowly(int file, int operation) noexcept __asm__("flock");
 int lockSlowly(int file, int operation) noexcept {
     if (std::getenv("NO_LOCKS") != nullptr) {
         errno = ENOLCK;
         return -1;
     }
-    // The file has been opened: time for another process to rename it.
+    // Another process may rename the file now, after it has been opened.
     static std::mt19937 random(static_cast<unsigned>(getpid()));
     std::this_thread::sleep_for(
         std::chrono::microseconds(std::uniform_int_distribution<int>(0, 1000)(random)));
