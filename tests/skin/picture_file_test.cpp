@@ -17,7 +17,7 @@ const std::string BODY_GIF = PICTURES_FOLDER "/body.gif";
 const std::string SHEET_PNG = PICTURES_FOLDER "/sheet@2x.png";
 const std::string ICON_PNG = PICTURES_FOLDER "/icon_48.png";
 const std::string WINDOWS_ICON = PICTURES_FOLDER "/icon.ico";
-/// Of a GIF file: where the palette begins.
+/// Offset of the palette in a GIF file.
 constexpr std::size_t GIF_PALETTE = 13;
 
 QImage imageOf(const std::string& path) {
@@ -100,7 +100,7 @@ TEST_F(SkinPictureFile, DiffersByTheTransparentEntry) {
     EXPECT_EQ(differenceOfBytes(BODY_GIF, gif), "palette or transparent entry");
 }
 
-TEST_F(SkinPictureFile, DiffersByAnyImageOfAnIcon) {
+TEST_F(SkinPictureFile, DiffersByTheNumberOfImagesInAnIcon) {
     std::string icon = support::readFile(WINDOWS_ICON);
     // One image less: the number in the file's head.
     icon[4] = static_cast<char>(icon[4] - 1);
