@@ -16,7 +16,10 @@ const char* __tsan_default_suppressions() {
 }
 
 const char* __lsan_default_suppressions() {
-    return "leak:libpulse\n";
+    // Asks the desktop something when the toolkit starts, and keeps the question where no bus
+    // answers it.
+    return "leak:QGenericUnixServices::QGenericUnixServices\n"
+           "leak:libpulse\n";
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)
