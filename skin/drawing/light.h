@@ -14,9 +14,9 @@ struct Light {
     double r = 0;
     double g = 0;
     double b = 0;
-    friend Light operator+(Light a, Light b) { return {a.r + b.r, a.g + b.g, a.b + b.b}; }
-    friend Light operator*(Light a, double k) { return {a.r * k, a.g * k, a.b * k}; }
-    friend Light operator*(Light a, Light b) { return {a.r * b.r, a.g * b.g, a.b * b.b}; }
+    friend Light operator+(Light x, Light y) { return {x.r + y.r, x.g + y.g, x.b + y.b}; }
+    friend Light operator*(Light x, double k) { return {x.r * k, x.g * k, x.b * k}; }
+    friend Light operator*(Light x, Light y) { return {x.r * y.r, x.g * y.g, x.b * y.b}; }
 };
 
 inline Light mixed(Light a, Light b, double share) {
