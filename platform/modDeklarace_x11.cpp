@@ -131,23 +131,29 @@ void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t comman
     }
 }
 
-void CreateMutexA(const std::string& name) {
-    // A socket in the abstract namespace is in no folder, everybody sees it in /proc/net/unix, and
-    // the kernel removes it with the process. The process number keeps the names of several copies
-    // apart. The descriptor stays open until the process ends.
-    const std::string text = name + " #" + std::to_string(getpid());
+namespace {
+
+/// Binds a socket to a name in the abstract namespace. Returns whether the name was free.
+bool bindMarker(int marker, const std::string& name) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (text.size() + 1 > sizeof(address.sun_path)) {
-        return;
+    if (name.size() + 1 > sizeof(address.sun_path)) {
+        return false;
     }
-    std::memcpy(address.sun_path + 1, text.data(), text.size());
+    std::memcpy(address.sun_path + 1, name.data(), name.size());
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    return bind(marker, reinterpret_cast<const sockaddr*>(&address), length) == 0;
+}
+
+} // namespace
+
+void CreateMutexA(const std::string& name) {
+    // A socket in the abstract namespace: every program can see it in /proc/net/unix, it lies in
+    // no folder, and the kernel removes it with the process. A name belongs to one socket, so a
+    // further copy adds its process number. The descriptor is kept until the process ends.
     const int marker = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (marker < 0) {
-        return;
-    }
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + text.size());
-    if (bind(marker, reinterpret_cast<const sockaddr*>(&address), length) != 0) {
+    if (marker >= 0 && !bindMarker(marker, name) &&
+        !bindMarker(marker, name + " #" + std::to_string(getpid()))) {
         close(marker);
     }
 }
