@@ -10,6 +10,7 @@
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace zvonivec {
@@ -27,10 +28,10 @@ Qt::WindowFlags flagsOf(Form::Kind kind) {
            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
 }
 
-/// Window systems use 16-bit coordinates.
-bool isPlaceOfWindow(float twips) {
+/// Returns the nearest place that a window can have. Window systems use 16-bit coordinates.
+float nearestPlace(float twips) {
     constexpr float limit = 32000 * TWIPS_PER_PIXEL;
-    return twips >= -limit && twips <= limit; // false for NaN
+    return std::clamp(twips, -limit, limit);
 }
 
 bool isForm(const QWindow* window) {
@@ -84,16 +85,16 @@ float Form::Top() const {
 }
 
 void Form::setLeft(float twips) {
-    if (isPlaceOfWindow(twips)) {
+    if (!std::isnan(twips)) {
         wantedPlace_.reset();
-        widget().move(toPixels(twips), widget().y());
+        widget().move(toPixels(nearestPlace(twips)), widget().y());
     }
 }
 
 void Form::setTop(float twips) {
-    if (isPlaceOfWindow(twips)) {
+    if (!std::isnan(twips)) {
         wantedPlace_.reset();
-        widget().move(widget().x(), toPixels(twips));
+        widget().move(widget().x(), toPixels(nearestPlace(twips)));
     }
 }
 

@@ -84,16 +84,27 @@ TEST_F(Settings, APositionBeyondTheScreensEdgeIsAppliedUnchanged) {
     EXPECT_NE(bytes().find("Left=18000\r\nTop=-3000\r\n"), std::string::npos);
 }
 
-TEST_F(Settings, APositionThatNoScreenCanHaveIsRefused) {
+TEST_F(Settings, APlaceThatNoWindowCanHaveIsAppliedAsFarAsItCanBe) {
+    start();
+    constexpr float farthest = 32000 * 15;
+    for (const float place : {1e30F, -1e30F, 600000.0F, -600000.0F, farthest, -farthest}) {
+        player().setLeft(300);
+        player().setTop(450);
+        player().setLeft(place);
+        player().setTop(place);
+        EXPECT_EQ(player().Left(), place > 0 ? farthest : -farthest) << place;
+        EXPECT_EQ(player().Top(), place > 0 ? farthest : -farthest) << place;
+    }
+}
+
+TEST_F(Settings, APlaceThatIsNoNumberIsRefused) {
     start();
     player().setLeft(300);
     player().setTop(450);
-    for (const float place : {1e30F, -1e30F, 600000.0F, -600000.0F, std::nanf("")}) {
-        player().setLeft(place);
-        player().setTop(place);
-        EXPECT_EQ(player().Left(), 300) << place;
-        EXPECT_EQ(player().Top(), 450) << place;
-    }
+    player().setLeft(std::nanf(""));
+    player().setTop(std::nanf(""));
+    EXPECT_EQ(player().Left(), 300);
+    EXPECT_EQ(player().Top(), 450);
 }
 
 TEST_F(Settings, TextsThatAreNoNumbersChangeNothing) {
