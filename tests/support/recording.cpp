@@ -87,11 +87,11 @@ Match follow(const Samples& recording, std::size_t at, const Samples& sound, std
         if (!gaps || from + match.length >= sound.size()) {
             return match;
         }
-        // Zeros of the sound itself that follow the gap look like a part of it.
+        // Zeros of the sound itself that follow the gap look like a part of it. A gap may be as short
+        // as a frame: where samples were lost, the sound doesn't go on after it.
         const std::size_t next = firstSound(recording, match.end);
         const std::size_t own = firstSound(sound, from + match.length) - from - match.length;
-        constexpr std::size_t shortestGap = 128;
-        const bool isGap = next - match.end > shortestGap && next < recording.size();
+        const bool isGap = next > match.end + own && next < recording.size();
         if (!isGap || length == 0) {
             return match;
         }

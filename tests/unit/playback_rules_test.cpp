@@ -50,6 +50,13 @@ TEST(TimeUnderPointer, IsTheStartLeftOfTheBar) {
     EXPECT_EQ(timeUnderPointer(-500, 3000, 300), "00:00");
 }
 
+TEST(TimeUnderPointer, IsComputedInSinglePrecision) {
+    // In double precision these are 309.49997, 200.5 (to even) and 202.50001 seconds.
+    EXPECT_EQ(timeUnderPointer(251 * 15, 3855, 313.567F), "05:10");
+    EXPECT_EQ(timeUnderPointer(83 * 15, 3855, 601.5F), "03:21");
+    EXPECT_EQ(timeUnderPointer(52 * 15, 3855, 951.997F), "03:22");
+}
+
 TEST(TimeUnderPointer, IsNothingForABarWithoutWidth) {
     EXPECT_EQ(timeUnderPointer(10, 0, 300), std::nullopt);
     EXPECT_EQ(timeUnderPointer(-40, 0, 300), std::nullopt);
