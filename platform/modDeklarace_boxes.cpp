@@ -77,6 +77,14 @@ void MessageBoxA(std::uintptr_t owner, const std::string& text, const std::strin
     auto* shown = new BoxText(QString::fromStdString(text), box.screen()->availableSize());
     layout->addWidget(shown, 0, 1, Qt::AlignVCenter);
 
+    // The frame shows the title between an icon and buttons, whose sizes its window manager knows.
+    constexpr int besideTitle = 100;
+    QFont bold = box.font();
+    bold.setBold(true);
+    const int titleWidth = QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + besideTitle;
+    layout->setColumnMinimumWidth(
+        1, std::min(titleWidth, box.screen()->availableSize().width() / 2) - size);
+
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
     layout->addWidget(buttons, 1, 0, 1, 2);
