@@ -247,6 +247,9 @@ TEST_F(Dialog, OpensInTheFolderOfTheGivenFile) {
 TEST_F(Dialog, OpensInTheMusicFolderWithoutAGivenFolder) {
     const QDir home = QDir::home();
     const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    // The folder is removed below, with all that it holds: it must be the tests' own.
+    ASSERT_TRUE(home.canonicalPath().startsWith(QDir::temp().canonicalPath() + '/'));
+    ASSERT_TRUE(music.startsWith(home.path() + '/')) << music.toStdString();
     for (const char* nothing : {"/h", "C:", "", "/no/such/folder"}) {
         QDir(music).removeRecursively();
         if (QDir(music) != home) {

@@ -1,0 +1,116 @@
+// What happens to the player while a message box is open.
+
+#include "controls/MsgBox.h"
+#include "tests/window/input.h"
+#include "tests/window/player_test.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFontMetrics>
+#include <QTimer>
+
+namespace zvonivec {
+namespace {
+
+class OpenBox : public PlayerTest {
+protected:
+    void SetUp() override {
+        start();
+        open("a.mp3");
+        box_.setOwner(player());
+    }
+
+    /// Shows a box, runs a function while it is open, and closes it.
+    void withBox(const std::function<void(QDialog&)>& function, const std::string& text = "x",
+                 const std::string& title = "y") {
+        int shown = 0;
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, [&] {
+            auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (box != nullptr && box->isVisible()) {
+                poll.stop();
+                ++shown;
+                function(*box);
+                box->reject();
+            }
+        });
+        poll.start(5);
+        box_.MsgBox(text, vbInformation, title);
+        EXPECT_EQ(shown, 1);
+    }
+    void repeat(int value) { popup().chkPopup[popupRepeat].setValue(value); }
+
+private:
+    ModalMessageBoxes box_;
+};
+
+TEST_F(OpenBox, ATrackThatEndsUnderItResetsTheDisplay) {
+    repeat(0);
+    engine().positionString = "02:59";
+    engine().position = 179;
+    withBox([this](QDialog& box) {
+        // The timer shows the position meanwhile.
+        EXPECT_TRUE(serveUntil([this] { return player().lblTime[0].Caption() == "02:59"; }));
+        engine().reachEnd();
+        EXPECT_EQ(player().lblTime[0].Caption(), "00:00");
+        EXPECT_EQ(player().PB.Value(), 0);
+        EXPECT_TRUE(shows(player().imgDisplay_Mark, 25));
+        EXPECT_TRUE(box.isVisible());
+    });
+    EXPECT_EQ(engine().playState(), PlayState::stopped);
+    EXPECT_EQ(engine().URL(), "a.mp3");
+    expectLook(true);
+}
+
+TEST_F(OpenBox, ATrackThatEndsUnderItIsRepeated) {
+    repeat(1);
+    withBox([this](QDialog& box) {
+        engine().calls.clear();
+        engine().reachEnd();
+        EXPECT_EQ(engine().calls, std::vector<std::string>{"play"});
+        EXPECT_TRUE(box.isVisible());
+    });
+    EXPECT_EQ(engine().playState(), PlayState::playing);
+    EXPECT_TRUE(shows(player().imgDisplay_Mark, 24));
+}
+
+TEST_F(OpenBox, ARightClickOnThePlayerOpensNoMenu) {
+    QWindow& handle = *window().windowHandle();
+    const auto rightClick = [&] {
+        input::press(handle, Qt::RightButton, {30, 200});
+        input::release(handle, Qt::RightButton, {30, 200});
+    };
+    withBox([&](QDialog& box) {
+        rightClick();
+        EXPECT_FALSE(popup().Visible());
+        EXPECT_TRUE(box.isVisible());
+    });
+    rightClick(); // the same click without the box
+    EXPECT_TRUE(popup().Visible());
+}
+
+TEST_F(OpenBox, NoOtherClickOnThePlayerCounts) {
+    withBox([this](QDialog&) {
+        engine().calls.clear();
+        click(player().imgButtons[3]);
+        click(player().imgVolume);
+        click(player().PB);
+        click(player().imgLogo);
+    });
+    EXPECT_TRUE(engine().calls.empty());
+    EXPECT_EQ(engine().settings().volume(), 50);
+    EXPECT_EQ(dialog().shown, 1); // by open
+}
+
+TEST_F(OpenBox, IsWideEnoughForItsTitle) {
+    const std::string title = "Zvonivec MP3 Player 0.0.7 - vlastnosti souboru MP3";
+    withBox(
+        [&](QDialog& box) {
+            EXPECT_GT(box.width(),
+                      QFontMetrics(box.font()).horizontalAdvance(QString::fromStdString(title)));
+        },
+        "x", title);
+}
+
+} // namespace
+} // namespace zvonivec
