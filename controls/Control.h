@@ -56,6 +56,7 @@ struct AccessibleTraits {
 
     Role role = Role::group;
     std::string name = {};
+    bool available = true;           ///< a dimmed menu item isn't, though it is enabled
     bool pressable = false;          ///< offers the action that press() carries out
     std::optional<Check> check = {}; ///< of a control that can be switched on and off
     std::optional<Range> range = {}; ///< of a control with a value

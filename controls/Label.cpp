@@ -4,6 +4,7 @@
 #include "controls/private/control_widget.h"
 #include "controls/private/font.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <algorithm>
 #include <utility>
@@ -63,6 +64,19 @@ void Label::lay(const ControlLayout& row) {
     setCaption(std::string(row.Caption));
 }
 
+void Label::setAvailable(bool on) {
+    if (on == available_) {
+        return;
+    }
+    available_ = on;
+    if (QAccessible::isActive()) {
+        QAccessible::State changed;
+        changed.disabled = true;
+        QAccessibleStateChangeEvent event(&widget(), changed);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
 void Label::press() {
     Control::press();
     if (Enabled()) {
@@ -80,7 +94,8 @@ AccessibleTraits Label::accessibleTraits() const {
     const bool isItem = static_cast<bool>(Click);
     return {.role = isItem ? AccessibleTraits::Role::menuItem : AccessibleTraits::Role::text,
             .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString(),
-            .pressable = isItem};
+            .available = available_,
+            .pressable = isItem && available_};
 }
 
 void Label::paint(QPainter& painter) {

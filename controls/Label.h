@@ -20,6 +20,10 @@ public:
     /// a menu item to assistive technology.
     std::function<void()> Click;
 
+    /// Whether a click has an effect, which a menu item's colour shows and assistive technology says.
+    /// The label takes the pointer all the same.
+    void setAvailable(bool on);
+
     void press() override;
     void lay(const ControlLayout& row) override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
@@ -33,6 +37,7 @@ private:
     bool bold_ = false;
     bool autoSize_ = false;
     bool transparent_ = true;
+    bool available_ = true;
     enum Alignment alignment_ = Alignment::left;
 };
 

@@ -32,6 +32,7 @@ frmPopup::frmPopup(frmPlayer& player)
         controls.push_back(&item);
     }
     layOut(popup_layout::controls(), controls);
+    setFileItemsColour(DISABLED_ITEM_COLOR); // as in the layout
     connectHandlers();
 }
 
@@ -49,9 +50,13 @@ void frmPopup::connectHandlers() {
 }
 
 void frmPopup::setFileItemsColour(Colour colour) {
-    lblPopup[itemProperties].setForeColor(colour);
+    const auto set = [colour](Label& item) {
+        item.setForeColor(colour);
+        item.setAvailable(colour != DISABLED_ITEM_COLOR);
+    };
+    set(lblPopup[itemProperties]);
     for (std::size_t i = itemRewind; i <= itemForward; ++i) {
-        lblPopup[i].setForeColor(colour);
+        set(lblPopup[i]);
     }
 }
 

@@ -45,6 +45,7 @@ public:
 
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
+        state.disabled = state.disabled || !traits().available;
         if (const auto check = traits().check) {
             state.checkable = true;
             state.checked = check == AccessibleTraits::Check::on;
