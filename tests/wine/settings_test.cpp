@@ -12,12 +12,18 @@ TEST_F(WindowsTest, TheFirstRunCreatesTheSettingsFile) {
     closePlayer();
     EXPECT_EQ(settings(),
               "[General]\r\nLeft=7080\r\nTop=3480\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.file("program"))) {
-        const std::string name = entry.path().filename();
-        EXPECT_TRUE(name == "MP3.ini" || name == "zvonivec.exe" || name == "zvonivec" ||
-                    name == "messages")
-            << name;
-    }
+    expectNothingElseWritten();
+}
+
+TEST_F(WindowsTest, NothingElseIsWrittenAfterTheFileDialog) {
+    const std::string file = folder_.file("noise.mp3");
+    ASSERT_FALSE(makeFile(file, 20).empty());
+    DesktopTest::click(player::LOGO.middle());
+    openInDialog(file);
+    ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));
+    closePlayer();
+    EXPECT_TRUE(std::filesystem::exists(settingsPath()));
+    expectNothingElseWritten();
 }
 
 class KeptSettings : public WindowsTest {

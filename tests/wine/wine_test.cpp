@@ -94,4 +94,18 @@ void WindowsTest::closePlayer() {
     EXPECT_TRUE(becomesGone());
 }
 
+void WindowsTest::expectNothingElseWritten() const {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.file("program"))) {
+        const std::string name = entry.path().filename();
+        EXPECT_TRUE(name == "MP3.ini" || name == "zvonivec.exe" || name == "zvonivec" ||
+                    name == "messages")
+            << name;
+    }
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(display_.home())) {
+        ADD_FAILURE() << entry.path();
+    }
+    EXPECT_EQ(runInSession({"wine", "reg", "query", "HKCU\\Software"}), 0);
+    EXPECT_NE(runInSession({"wine", "reg", "query", "HKCU\\Software\\QtProject"}), 0);
+}
+
 } // namespace support

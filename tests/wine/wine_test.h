@@ -45,6 +45,9 @@ protected:
     [[nodiscard]] bool lightsUp(player::Button button) const;
     /// Closes the player with its own button.
     void closePlayer();
+    /// The player has ended, and all that it has written is the settings file: nothing else beside
+    /// the program, nothing in the user's home, and in the registry nothing of the toolkit's.
+    void expectNothingElseWritten() const;
 
 private:
     std::string firstSettings_;
