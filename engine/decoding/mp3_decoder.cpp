@@ -176,7 +176,8 @@ bool Mp3Decoder::loadFrame() {
         nextOffset_ = step.next;
         if (step.result == FrameScanner::Result::frame) {
             frame_ = scanner_.bytes(step.offset, step.size);
-            return frame_.size() == step.size || fail(Failure::Cause::truncated);
+            return frame_.size() == step.size ||
+                   fail(scanner_.failed() ? Failure::Cause::unreadable : Failure::Cause::truncated);
         }
         if (step.result == FrameScanner::Result::failed) {
             return fail(Failure::Cause::unreadable);

@@ -43,6 +43,9 @@ public:
         return buffer_.bytes(offset, wanted);
     }
 
+    /// Whether the disk failed in the last call.
+    [[nodiscard]] bool failed() const { return buffer_.failed(); }
+
 private:
     Step search(std::uint64_t offset, const FrameHeader& format);
     [[nodiscard]] bool begins(std::uint64_t offset, const FrameHeader& first);

@@ -124,16 +124,29 @@ struct Disk {
         const std::lock_guard lock(mutex);
         return waiting != 0;
     }
+    /// Whether a file of the disk is open. Its last use happens before False is returned.
+    bool hasOpenFiles() {
+        const std::lock_guard lock(mutex);
+        return openFiles != 0;
+    }
 
     std::mutex mutex;
     std::condition_variable changed;
     bool hangs = false;
     int waiting = 0;
+    int openFiles = 0;
 };
 
 class FileOfDisk final : public FileReader {
 public:
-    FileOfDisk(Disk& disk, std::string content) : disk_(disk), content_(std::move(content)) {}
+    FileOfDisk(Disk& disk, std::string content) : disk_(disk), content_(std::move(content)) {
+        const std::lock_guard lock(disk_.mutex);
+        ++disk_.openFiles;
+    }
+    ~FileOfDisk() override {
+        const std::lock_guard lock(disk_.mutex);
+        --disk_.openFiles;
+    }
     [[nodiscard]] std::uint64_t size() const override { return content_.size(); }
     [[nodiscard]] std::optional<std::size_t> readAt(std::uint64_t offset,
                                                     std::span<std::uint8_t> target) const override {
@@ -165,12 +178,8 @@ protected:
     const std::string content =
         support::repeated(support::frameBytes({.bitRateIndex = 14, .size = 1044}), 1200);
     Disk disk;
-    std::weak_ptr<const FileReader> opened;
-    EngineUnderTest engine{[this](const std::string&) {
-        auto file = std::make_shared<const FileOfDisk>(disk, content);
-        opened = file;
-        return file;
-    }};
+    EngineUnderTest engine{
+        [this](const std::string&) { return std::make_shared<const FileOfDisk>(disk, content); }};
 
     /// Runs until MediaError is raised, and checks that it is raised once.
     void expectOneError() {
@@ -262,9 +271,9 @@ TEST_F(FailingDisk, ADiskThatHangsHoldsNobodyUp) {
     engine.engine.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 900ms);
     // The abandoned thread ends when the disk answers, and closes the file.
-    EXPECT_FALSE(opened.expired());
+    EXPECT_TRUE(disk.hasOpenFiles());
     disk.goOn();
-    EXPECT_TRUE(support::waitUntil([&] { return opened.expired(); }));
+    EXPECT_TRUE(support::waitUntil([&] { return !disk.hasOpenFiles(); }));
     EXPECT_EQ(engine.errors, 0);
 }
 
