@@ -8,7 +8,7 @@ namespace {
 
 /// The tabs align the two addresses.
 constexpr const char* ABOUT_TEXT =
-    "Program je napsán v jazyce C++ s knihovnami Qt, libmpg123, TagLib a SDL, sestavuje a "
+    "Program je napsán v jazyce C++ s knihovnami Qt, libmpg123, zlib a SDL, sestavuje a "
     "instaluje se nástrojem CMake."
     "\r\n\r\n"
     "Grafika tlačítek a pozadí je vlastní kresba tohoto projektu, zpracovaná podle zveřejněných "

@@ -1,10 +1,12 @@
 #include "engine/reading/file_kind.h"
 
 #include "engine/reading/frame_run.h"
+#include "engine/reading/tag_places.h"
 
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace zvonivec {
 
@@ -12,59 +14,25 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-/// Most foreign bytes between the tags and the first frame.
-constexpr std::size_t JUNK_LIMIT = std::size_t{64} * 1024;
+/// Bytes of a file's start that its kind is recognised by.
+constexpr std::size_t HEAD = 4096;
+/// Distance after the tags, in bytes, up to which a run of PROVING_RUN frames is enough.
+constexpr std::uint64_t NEAR = std::uint64_t{64} << 10U;
+/// Distance up to which frames are searched for at all.
+constexpr std::uint64_t FAR = std::uint64_t{3} << 20U;
+/// Bytes of the file that are searched at a time.
+constexpr std::size_t BLOCK = std::size_t{64} * 1024;
+
+/// Frames in a row that prove a stream at a distance. The more bytes are searched, the more likely
+/// is a run by chance, or a short sound within a file of another kind.
+int provingRun(std::uint64_t distance) {
+    return distance <= NEAR ? PROVING_RUN : PROVING_RUN + static_cast<int>(distance / NEAR);
+}
+
 bool hasAt(Bytes bytes, std::size_t offset, std::string_view text) {
     return bytes.size() >= offset + text.size() &&
            std::equal(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset),
                       [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
-}
-
-std::uint32_t littleEndian32(Bytes bytes, std::size_t offset) {
-    return std::uint32_t{bytes[offset]} | std::uint32_t{bytes[offset + 1]} << 8U |
-           std::uint32_t{bytes[offset + 2]} << 16U | std::uint32_t{bytes[offset + 3]} << 24U;
-}
-
-std::uint64_t skipLeadingTags(ReadBuffer& buffer, std::uint64_t fileSize) {
-    std::uint64_t offset = 0;
-    constexpr int mostTags = 16;
-    for (int i = 0; i < mostTags; ++i) {
-        const std::uint64_t size = leadingTagSize(buffer.bytes(offset, 32));
-        if (size == 0 || offset + size >= fileSize) {
-            break; // no tag, or a tag that claims more bytes than the file has
-        }
-        offset += size;
-    }
-    return offset;
-}
-
-/// Returns where the tags at the end begin: ID3v1, APE, ID3v2 with a footer, in any order.
-std::uint64_t audioEnd(ReadBuffer& buffer, std::uint64_t begin, std::uint64_t fileSize) {
-    std::uint64_t end = fileSize;
-    constexpr int mostTags = 4;
-    for (int i = 0; i < mostTags; ++i) {
-        const std::uint64_t room = end - begin;
-        std::uint64_t size = 0;
-        if (room >= 128 && hasAt(buffer.bytes(end - 128, 3), 0, "TAG")) {
-            size = 128;
-        } else if (room >= 32) {
-            const Bytes footer = buffer.bytes(end - 32, 32);
-            constexpr std::uint32_t apeHasHeader = 0x80000000;
-            if (footer.size() == 32 && hasAt(footer, 0, "APETAGEX")) {
-                const bool header = (littleEndian32(footer, 20) & apeHasHeader) != 0;
-                size = std::uint64_t{littleEndian32(footer, 12)} + (header ? 32 : 0);
-            } else if (footer.size() == 32 && hasAt(footer, 22, "3DI")) {
-                size = (std::uint64_t{footer[28]} << 21U | std::uint64_t{footer[29]} << 14U |
-                        std::uint64_t{footer[30]} << 7U | std::uint64_t{footer[31]}) +
-                       20;
-            }
-        }
-        if (size == 0 || size > room) {
-            break;
-        }
-        end -= size;
-    }
-    return end;
 }
 
 struct Signature {
@@ -120,6 +88,12 @@ constexpr std::array STRONG_SIGNATURES = {
               "ELF"sv,
               "elf"},
     Signature{0, "SQLite format 3"sv, "sqlite"},
+    Signature{0, "riff\x2E\x91\xCF\x11"sv, "w64"},
+    Signature{0, "!<arch>\ndebian-binary"sv, "deb"},
+    Signature{0, "!<arch>\n"sv, "a"},
+    Signature{4, "styp"sv, "m4s"},
+    Signature{4, "moof"sv, "m4s"},
+    Signature{4, "sidx"sv, "m4s"},
 };
 
 /// Kinds whose signatures are short. A run of frames outweighs them.
@@ -153,8 +127,8 @@ bool looksLikeText(Bytes bytes) {
 /// Searches a part of a file for a run of frames.
 class RunFinder {
 public:
-    RunFinder(ReadBuffer& buffer, std::uint64_t begin, std::uint64_t end)
-        : buffer_(buffer), begin_(begin), end_(end) {}
+    RunFinder(const std::shared_ptr<const FileReader>& file, std::uint64_t begin, std::uint64_t end)
+        : scanned_(file, BLOCK), frames_(file, BLOCK), begin_(begin), end_(end) {}
 
     struct Found {
         std::uint64_t offset;
@@ -162,40 +136,55 @@ public:
         std::size_t freeFormatSize;
     };
 
-    std::optional<Found> find() {
-        const std::uint64_t last = std::min<std::uint64_t>(end_, begin_ + JUNK_LIMIT + 1);
-        for (std::uint64_t offset = begin_; offset + 4 <= end_ && offset < last; ++offset) {
-            const Bytes bytes = buffer_.bytes(offset, 4);
-            if (bytes.empty()) {
-                return std::nullopt;
-            }
-            const std::optional<FrameHeader> header = parseFrameHeader(bytes);
-            if (!header) {
-                continue;
-            }
-            if (!header->freeFormat()) {
-                if (proves(offset, *header, 0)) {
-                    return Found{offset, *header, 0};
+    /// Returns the first run that begins at most so many bytes after the begin.
+    std::optional<Found> find(std::uint64_t distance) {
+        const std::uint64_t last = std::min(end_, begin_ + distance + 1);
+        for (std::uint64_t offset = begin_; offset < last; offset += BLOCK) {
+            const Bytes block = scanned_.bytes(
+                offset, static_cast<std::size_t>(std::min<std::uint64_t>(BLOCK, last - offset)));
+            for (auto at = std::ranges::find(block, 0xFF); at != block.end();
+                 at = std::find(at + 1, block.end(), 0xFF)) {
+                const auto place = offset + static_cast<std::uint64_t>(at - block.begin());
+                if (const auto found = runAt(place)) {
+                    return found;
                 }
-            } else if (const std::size_t size = freeFormatSize(offset, *header)) {
-                return Found{offset, *header, size};
             }
         }
         return std::nullopt;
     }
 
 private:
+    std::optional<Found> runAt(std::uint64_t offset) {
+        // Reads so much that the frame after this one is in the same block.
+        const Bytes bytes = frames_.bytes(offset, static_cast<std::size_t>(std::min<std::uint64_t>(
+                                                      2 * LONGEST_FRAME, end_ - offset)));
+        const std::optional<FrameHeader> header = parseFrameHeader(bytes);
+        if (!header || candidates_ == 0) {
+            return std::nullopt;
+        }
+        candidates_ -= offset - begin_ > NEAR ? 1 : 0;
+        if (!header->freeFormat()) {
+            return proves(offset, *header, 0) ? std::optional(Found{offset, *header, 0})
+                                              : std::nullopt;
+        }
+        const std::size_t size = freeFormatSize(offset, *header);
+        return size != 0 ? std::optional(Found{offset, *header, size}) : std::nullopt;
+    }
+
     /// Whether enough frames begin at an offset to rule out chance.
     bool proves(std::uint64_t offset, const FrameHeader& first, std::size_t freeFormatSize) {
-        const FrameRun run = frameRunAt(buffer_, offset, end_, freeFormatSize);
+        const int needed = provingRun(offset - begin_);
+        const FrameRun run = frameRunAt(frames_, offset, end_, freeFormatSize, needed);
+        const bool near = offset - begin_ <= NEAR;
         switch (run.ending) {
         case FrameRun::Ending::more:
             return true;
         case FrameRun::Ending::stream:
             // A whole file of a few frames. A single frame must be all that there is.
-            return run.frames >= 2 || (run.frames == 1 && offset == begin_ && !first.freeFormat());
+            return near && (run.frames >= 2 ||
+                            (run.frames == 1 && offset == begin_ && !first.freeFormat()));
         case FrameRun::Ending::cut:
-            return run.frames >= 2;
+            return near && run.frames >= 2;
         case FrameRun::Ending::foreign:
             break;
         }
@@ -213,7 +202,7 @@ private:
         --freeFormatTries_;
         const std::size_t shortest = first.mainDataOffset();
         for (std::size_t size = shortest; size <= LONGEST_FRAME; ++size) {
-            const Bytes next = buffer_.bytes(offset + size, 4);
+            const Bytes next = frames_.bytes(offset + size, 4);
             const std::optional<FrameHeader> header = parseFrameHeader(next);
             if (!header || !header->agrees(first)) {
                 continue;
@@ -226,63 +215,47 @@ private:
         return 0;
     }
 
-    ReadBuffer& buffer_;
+    ReadBuffer scanned_;
+    ReadBuffer frames_;
     const std::uint64_t begin_;
     const std::uint64_t end_;
     int freeFormatTries_ = 64;
+    /// Headers after NEAR that are looked at. Bytes without frames have one in 5000 bytes; the
+    /// limit keeps files fast that consist of headers.
+    int candidates_ = 20'000;
 };
 
 } // namespace
-
-std::uint64_t leadingTagSize(Bytes bytes) {
-    if (bytes.size() >= 10 && hasAt(bytes, 0, "ID3") && bytes[3] != 0xFF && bytes[4] != 0xFF &&
-        (bytes[6] | bytes[7] | bytes[8] | bytes[9]) < 0x80) {
-        const std::uint64_t body = std::uint64_t{bytes[6]} << 21U | std::uint64_t{bytes[7]} << 14U |
-                                   std::uint64_t{bytes[8]} << 7U | std::uint64_t{bytes[9]};
-        const bool footer = (bytes[5] & 0x10U) != 0;
-        return 10 + body + (footer ? 10 : 0);
-    }
-    constexpr std::uint32_t apeIsHeader = 0x20000000;
-    if (bytes.size() >= 32 && hasAt(bytes, 0, "APETAGEX") &&
-        (littleEndian32(bytes, 20) & apeIsHeader) != 0) {
-        return 32 + std::uint64_t{littleEndian32(bytes, 12)};
-    }
-    return 0;
-}
 
 FileKind detectFileKind(const std::shared_ptr<const FileReader>& file) {
     if (!file || file->size() == 0) {
         return {};
     }
-    ReadBuffer buffer(file, JUNK_LIMIT + LONGEST_FRAME * static_cast<std::size_t>(PROVING_RUN + 1));
-    const std::uint64_t begin = skipLeadingTags(buffer, file->size());
-    const Bytes head = buffer.bytes(begin, 4096);
+    const TagPlaces tags = findTags(*file);
+    ReadBuffer buffer(file, HEAD);
+    const Bytes head = buffer.bytes(tags.begin, HEAD);
     if (const auto extension = extensionBySignature(STRONG_SIGNATURES, head); !extension.empty()) {
         return {std::string(extension), std::nullopt};
     }
+    std::string otherKind(extensionBySignature(WEAK_SIGNATURES, head));
+    if (otherKind.empty() && tags.begin == 0 && looksLikeText(head)) {
+        otherKind = "txt";
+    }
 
-    ReadBuffer tail(file, 256);
-    const std::uint64_t end = audioEnd(tail, begin, file->size());
-    std::optional<RunFinder::Found> run = RunFinder(buffer, begin, end).find();
-    if (!run && begin != 0) {
+    // Sound far within a file of another kind is a part of it.
+    std::optional<RunFinder::Found> run =
+        RunFinder(file, tags.begin, tags.end).find(otherKind.empty() ? FAR : NEAR);
+    if (!run && tags.begin != 0) {
         // A tag that claims too many bytes may cover the first frames.
-        run = RunFinder(buffer, 10, end).find();
+        run = RunFinder(file, 10, tags.end).find(NEAR);
     }
     if (run) {
         if (run->header.layer != 3) {
             return {run->header.layer == 2 ? "mp2" : "mp1", std::nullopt};
         }
-        return {"mp3", Mp3Stream{run->offset, end, run->header, run->freeFormatSize}};
+        return {"mp3", Mp3Stream{run->offset, tags.end, run->header, run->freeFormatSize}};
     }
-
-    const Bytes rest = buffer.bytes(begin, 4096);
-    if (const auto extension = extensionBySignature(WEAK_SIGNATURES, rest); !extension.empty()) {
-        return {std::string(extension), std::nullopt};
-    }
-    if (begin == 0 && looksLikeText(rest)) {
-        return {"txt", std::nullopt};
-    }
-    return {};
+    return {std::move(otherKind), std::nullopt};
 }
 
 } // namespace zvonivec

@@ -28,13 +28,10 @@ struct FileKind {
     std::optional<Mp3Stream> stream; ///< set exactly when the extension is "mp3"
 };
 
-/// Returns the whole length of the ID3v2 or APE tag that begins with these bytes, or 0 when none
-/// does. Needs at most 32 bytes.
-std::uint64_t leadingTagSize(std::span<const std::uint8_t> bytes);
-
-/// Recognises a file's kind from at most some hundred kilobytes of it, whatever its size. Layer III
-/// is recognised by a run of consistent frames, which may follow tags and up to 64 KiB of other
-/// bytes. Null, an unreadable file and an empty file are no known kind.
+/// Recognises a file's kind from at most some megabytes of it, whatever its size. Layer III
+/// is recognised by a run of consistent frames, which may follow tags and up to 3 MiB of other
+/// bytes; the further away it begins, the longer it must be. Null, an unreadable file and an empty
+/// file are no known kind.
 FileKind detectFileKind(const std::shared_ptr<const FileReader>& file);
 
 } // namespace zvonivec

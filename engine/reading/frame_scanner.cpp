@@ -1,6 +1,7 @@
 #include "engine/reading/frame_scanner.h"
 
 #include "engine/reading/frame_run.h"
+#include "engine/reading/tag_places.h"
 
 #include <algorithm>
 #include <cstring>

@@ -65,6 +65,8 @@ TEST_F(FileKindOf, LayerThreeIsMp3) {
         {"ID3v2 that claims too much", support::id3v2(3, {}, 1000000).substr(0, 10) + frames},
         {"ID3v2 and NULs", support::id3v2(3, {}, 100) + std::string(5000, '\0') + frames},
         {"junk of 64 KiB", support::randomBytes(65536) + frames},
+        {"RIFF of the kind RMP3",
+         "RIFF" + support::littleEndian(9000) + "RMP3data" + support::littleEndian(8340) + frames},
         {"text in front", "ICY 200 OK\r\n\r\n" + frames},
     };
     for (const Row& row : rows) {
@@ -128,6 +130,12 @@ TEST_F(FileKindOf, OtherKindsAreNotEvenWithFramesInside) {
         {"\xFF\xD8\xFF\xE0" + frames, "jpg"},
         {"\x89PNG\r\n\x1A\n" + frames, "png"},
         {"%PDF-1.4\n" + frames, "pdf"},
+        {"riff\x2E\x91\xCF\x11" + std::string(32, '\0') + frames, "w64"},
+        {"!<arch>\ndebian-binary   " + frames, "deb"},
+        {"!<arch>\nmusic.o/        " + frames, "a"},
+        {std::string("\0\0\0\x18styp", 8) + frames, "m4s"},
+        {std::string("\0\0\0\x18moof", 8) + frames, "m4s"},
+        {std::string("\0\0\0\x18sidx", 8) + frames, "m4s"},
         {"PK\x03\x04" + frames, "zip"},
         {"\x7F"
          "ELF" +
@@ -173,8 +181,48 @@ TEST_F(FileKindOf, ChanceSyncWordsDontPass) {
     EXPECT_NE(extensionOf(nonsense), "mp3");
 }
 
-TEST_F(FileKindOf, MoreJunkThanAllowedIsNoMp3) {
-    EXPECT_EQ(extensionOf(support::randomBytes(66000) + repeated(frameBytes({}), 20)), "");
+TEST_F(FileKindOf, FramesFarAwayAreFound) {
+    const std::string frames = repeated(frameBytes({}), 100);
+    struct Row {
+        const char* what;
+        std::string before;
+    };
+    const std::vector<Row> rows = {
+        {"66 kB of noise", support::randomBytes(66'000)},
+        {"100 kB of zeros", std::string(100'000, '\0')},
+        {"1 MB of zeros", std::string(1'000'000, '\0')},
+        {"2 MB of zeros", std::string(2'000'000, '\0')},
+        {"2 MB of noise", support::randomBytes(2'000'000)},
+        {"a picture that overruns its tag",
+         support::id3v2(3, {{"APIC", support::randomBytes(1000)}}) + support::randomBytes(200'000)},
+    };
+    for (const Row& row : rows) {
+        const FileKind kind = kindOf(row.before + frames);
+        EXPECT_EQ(kind.extension, "mp3") << row.what;
+        ASSERT_TRUE(kind.stream) << row.what;
+        EXPECT_EQ(kind.stream->begin, row.before.size()) << row.what;
+    }
+}
+
+TEST_F(FileKindOf, FramesFarAwayNeedALongerRun) {
+    EXPECT_EQ(extensionOf(std::string(1'000'000, '\0') + repeated(frameBytes({}), 10)), "");
+    EXPECT_EQ(extensionOf(std::string(1'000'000, '\0') + repeated(frameBytes({}), 10) +
+                          std::string(2000, '\0')),
+              "");
+    EXPECT_EQ(extensionOf(std::string(4 << 20, '\0') + repeated(frameBytes({}), 1000)), "")
+        << "too far";
+    const std::string frames = repeated(frameBytes({}), 100);
+    EXPECT_EQ(extensionOf("MZ" + std::string(100'000, '\0') + frames), "exe");
+    EXPECT_EQ(extensionOf(repeated("text\n", 20'000) + frames), "txt");
+}
+
+TEST_F(FileKindOf, NoiseTakesNoTime) {
+    support::writeFile(folder.file("noise"), support::randomBytes(10 << 20));
+    const auto file = FileReader::open(folder.file("noise"));
+    const support::ProcessorTime time;
+    EXPECT_EQ(detectFileKind(file).extension, "");
+    RecordProperty("microseconds", static_cast<int>(time.seconds() * 1e6));
+    EXPECT_LT(time.seconds(), 0.01);
 }
 
 TEST_F(FileKindOf, HostileFilesTakeNoTime) {

@@ -1,35 +1,13 @@
-#include "engine/tags/tags.h"
+#include "tests/engine/tags_test.h"
 
 #include "engine/tags/tag_text.h"
-#include "tests/support/mp3_samples.h"
-#include "tests/support/process.h"
-#include "tests/support/processor_time.h"
 
-#include <gtest/gtest.h>
-#include <string>
+#include <utility>
+#include <vector>
 
 namespace zvonivec {
 
 namespace {
-
-using support::id3v1;
-using support::id3v2;
-
-const std::string FRAMES = support::repeated(support::frameBytes({}), 20);
-const std::string HORSE = "Příliš žluťoučký kůň";
-const std::string HORSE1250 = "P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2";
-const std::string LATIN1(1, '\0');
-const std::string LANGUAGE_ENGLISH("\0eng\0", 5);
-const std::string UTF16("\1", 1);
-const std::string UTF8("\3", 1);
-
-std::string utf16Of(const std::u16string& text) {
-    std::string bytes = "\xFF\xFE";
-    for (const char16_t unit : text) {
-        bytes += support::littleEndian(unit, 2);
-    }
-    return bytes;
-}
 
 /// Packs bits like deflate, beginning with the lowest bit of each byte.
 class BitWriter {
@@ -102,25 +80,6 @@ std::string compressedId3v2(int version,
     }
     return tag;
 }
-
-/// Most memory that the process has had, in bytes, since the last call with reset.
-std::size_t peakMemory(bool reset) {
-    if (reset) {
-        support::writeFile("/proc/self/clear_refs", "5");
-    }
-    const std::string status = support::readFile("/proc/self/status");
-    const std::size_t at = status.find("VmHWM:");
-    return at == std::string::npos ? 0 : std::stoul(status.substr(at + 6)) * 1024;
-}
-
-class Tags : public testing::Test {
-protected:
-    TrackTags tagsOf(const std::string& content) {
-        support::writeFile(folder.file("file"), content);
-        return readTags(FileReader::open(folder.file("file")));
-    }
-    support::TemporaryFolder folder;
-};
 
 TEST(TagText, Latin1ClaimsAreUtf8OrWindows1250) {
     EXPECT_EQ(textFromLatin1Claim("plain"), "plain");
