@@ -23,6 +23,9 @@ constexpr std::uint64_t FEED_LOW = FEED_CAPACITY / 4;
 constexpr auto DEVICE_LINGER = 1500ms;
 /// Time for the user-interface thread to answer the end of a track with play.
 constexpr auto END_REACTION = 25ms;
+/// Shortest time from a restart to the next end. A track of no samples would otherwise repeat as
+/// fast as the processor can.
+constexpr auto SHORTEST_REPEAT = 50ms;
 /// How long end waits for the thread. Closing a device takes a tenth of a second.
 constexpr auto END_PATIENCE = 500ms;
 /// Bytes of a file that are measured before the thread looks for commands and fills the feed.
@@ -153,9 +156,10 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
         }
         const double left = static_cast<double>(waiting()) - static_cast<double>(endLead());
         const std::chrono::duration<double> time(std::max(0.0, left) / sampleRate_);
-        return Clock::now() +
-               std::clamp<Clock::duration>(std::chrono::duration_cast<Clock::duration>(time), HURRY,
-                                           PLAYING_RHYTHM);
+        return std::max(endNotBefore_,
+                        Clock::now() + std::clamp<Clock::duration>(
+                                           std::chrono::duration_cast<Clock::duration>(time), HURRY,
+                                           PLAYING_RHYTHM));
     }
     if (output_.isOpen()) {
         return idleSince_ + DEVICE_LINGER;
@@ -224,6 +228,9 @@ void DecoderThread::begin(const Command& command) {
         const std::lock_guard lock(segmentMutex_);
         segment_ = {run_, feed_.writeIndex(), frame, sampleRate_};
     }
+    endNotBefore_ =
+        Clock::now() +
+        (command.kind == Command::Kind::restart ? Clock::duration(SHORTEST_REPEAT) : 0ms);
     decodedAll_ = false;
     failure_.reset();
     playing_ = true;
@@ -265,7 +272,7 @@ void DecoderThread::play() {
     }
     // The end is reported while the device still has some tens of milliseconds to play, so that a
     // track that is repeated follows without a gap.
-    if (decodedAll_ && waiting() <= endLead()) {
+    if (decodedAll_ && waiting() <= endLead() && Clock::now() >= endNotBefore_) {
         if (failure_) {
             fail(*failure_);
         } else {

@@ -129,6 +129,7 @@ private:
     bool decodedAll_ = false;        ///< nothing is left to decode
     std::optional<Failure> failure_; ///< why decoding stopped before the end of the track
     Clock::time_point idleSince_;
+    Clock::time_point endNotBefore_; ///< earliest time of the end of the current run
 
     std::thread thread_; ///< used by the user-interface thread alone
 };

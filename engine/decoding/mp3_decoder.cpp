@@ -18,6 +18,10 @@ constexpr std::int64_t LEAD_FRAMES = 2 * FileMeasure::INDEX_STEP;
 /// before it is decoded.
 constexpr std::int64_t KNOWN_AHEAD = 16;
 
+/// Bytes that are searched for a stereo frame before a mono file is decoded, and a slice of them.
+constexpr std::uint64_t MOST_WALKED = std::uint64_t{16} << 20U;
+constexpr std::uint64_t SLICE = std::uint64_t{1} << 20U;
+
 /// Most samples of a block, per channel.
 constexpr std::int64_t LONGEST_BLOCK = 1152;
 
@@ -31,7 +35,16 @@ mpg123_handle* newHandle() {
 
 Mp3Decoder::Mp3Decoder(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream,
                        FileMeasure& measure)
-    : stream_(stream), measure_(measure), scanner_(file, stream, std::size_t{64} * 1024) {}
+    : stream_(stream), measure_(measure), scanner_(file, stream, std::size_t{64} * 1024) {
+    // Stereo frames may follow mono frames. The measure has usually seen them all by now; otherwise
+    // a walk of milliseconds must do.
+    measure_.walkToFrame(1);
+    for (std::uint64_t walked = 0; measure_.channels() == 1 && walked < MOST_WALKED;
+         walked += SLICE) {
+        measure_.walk(SLICE);
+    }
+    channels_ = measure_.channels();
+}
 
 Mp3Decoder::~Mp3Decoder() {
     mpg123_delete(handle_);

@@ -21,8 +21,8 @@ namespace zvonivec {
 
 /// For use by the thread that owns the FileMeasure. libmpg123 gets only the frames that the measure
 /// has found, one at a time, so that every sample has a number: lengths, seeks and trimming are
-/// exact whatever the file's headers claim and however it is damaged. Parts in another format than
-/// the first are converted to that of the first.
+/// exact whatever the file's headers claim and however it is damaged. Parts with another sampling
+/// rate than the first are converted to it, and mono frames to stereo where others are stereo.
 class Mp3Decoder {
 public:
     /// The decoder walks the measure on as far as it needs. The measure must outlive it.
@@ -33,7 +33,8 @@ public:
     ~Mp3Decoder();
 
     [[nodiscard]] int sampleRate() const { return stream_.first.sampleRate; }
-    [[nodiscard]] int channels() const { return stream_.first.channels; }
+    /// 2 for a stream that has stereo frames anywhere, else 1.
+    [[nodiscard]] int channels() const { return channels_; }
 
     /// Makes read continue at a sample of the track (per channel). Below 0 is 0; past the end the
     /// next read reports the end. Returns why libmpg123 can't be set up, nothing on success. Must
@@ -72,6 +73,7 @@ private:
     const Mp3Stream stream_;
     FileMeasure& measure_;
     FrameScanner scanner_;
+    int channels_ = 1;
     mpg123_handle_struct* handle_ = nullptr;
 
     std::int64_t nextFrame_ = 0;   ///< number of the next frame to decode

@@ -64,6 +64,7 @@ void FileMeasure::takeStep() {
             addToIndex(step.offset);
         }
         ++frames_;
+        channels_ = std::max(channels_, step.header.channels);
         frameBytes_ += step.size;
         commonBitRate_ =
             commonBitRate_ == -1 || commonBitRate_ == step.header.bitRate ? step.header.bitRate : 0;

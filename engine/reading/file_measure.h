@@ -56,6 +56,10 @@ public:
     /// Frames of audio known so far. A frame that only describes the file isn't counted.
     [[nodiscard]] std::int64_t frames() const { return frames_; }
 
+    /// 2 when any frame known so far is stereo, else 1. A frame that only describes the file
+    /// doesn't count.
+    [[nodiscard]] int channels() const { return channels_; }
+
     /// Returns the part of a frame; for higher numbers than the last frame's, the last part.
     [[nodiscard]] const StreamPart& part(std::int64_t frame) const;
     /// Number of the first decoded sample of a frame.
@@ -89,6 +93,7 @@ private:
     std::int64_t skipped_ = 0;
     std::uint64_t position_ = 0;
     std::int64_t frames_ = 0;
+    int channels_ = 1;
     std::uint64_t frameBytes_ = 0;
     int commonBitRate_ = -1; ///< of all frames so far; 0 when they differ or are in free format
     bool done_ = false;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
 #include <numbers>
@@ -295,7 +296,7 @@ TEST_F(Decoder, JoinedFilesOfOtherFormatsKeepTheirLengthAndPitch) {
         EXPECT_EQ(track.result, Mp3Decoder::Result::end);
         const auto channels = static_cast<std::size_t>(track.decoder.channels());
         EXPECT_EQ(track.decoder.sampleRate(), row.first.rate);
-        EXPECT_EQ(track.decoder.channels(), row.first.channels);
+        EXPECT_EQ(track.decoder.channels(), std::max(row.first.channels, row.second.channels));
         EXPECT_EQ(static_cast<std::int64_t>(decoded.size()),
                   track.measure.samples() * track.decoder.channels());
         const double length =
@@ -350,6 +351,41 @@ TEST_F(Decoder, AFormatThatChangesAllTheTimeTakesNoTime) {
     EXPECT_GE(track.decodeFrom(0, 2 * second).size(), 2 * second);
     EXPECT_GE(track.decodeFrom(150'000'000, 2 * second).size(), 2 * second);
     EXPECT_LT(time.seconds(), 2);
+}
+
+TEST_F(Decoder, AMonoInfoFrameLeavesStereoAsItIs) {
+    ASSERT_TRUE(support::encodeNoise(path, 2, {"-b", "128", "-m", "s", "-t"}));
+    const Samples expected = support::decodeWithMpg123(path);
+    support::writeFile(path, support::xingFrame({.mono = true}, "Info", 5, 5000) +
+                                 support::readFile(path));
+    Track track(path);
+    EXPECT_EQ(track.decoder.channels(), 2);
+    EXPECT_EQ(track.decodeFrom(0), expected);
+}
+
+TEST_F(Decoder, MonoThatTurnsStereoIsStereoThroughout) {
+    const std::string other = folder.file("stereo.mp3");
+    ASSERT_TRUE(support::encodeNoise(path, 1, {"-b", "64", "-m", "m", "-t"}));
+    ASSERT_TRUE(support::encodeNoise(other, 1, {"-b", "128", "-m", "s", "-t"}));
+    const Samples mono = support::decodeWithMpg123(path);
+    const Samples stereo = support::decodeWithMpg123(other);
+    for (const bool monoFirst : {true, false}) {
+        const std::string joined = folder.file("joined.mp3");
+        support::writeFile(joined, monoFirst ? support::readFile(path) + support::readFile(other)
+                                             : support::readFile(other) + support::readFile(path));
+        Track track(joined);
+        EXPECT_EQ(track.decoder.channels(), 2);
+        const Samples decoded = track.decodeFrom(0);
+        ASSERT_EQ(decoded.size(), 2 * mono.size() + stereo.size());
+        // Both channels are the mono track's; the filters join the ends of both parts.
+        const std::size_t begin = monoFirst ? 0 : stereo.size();
+        int worst = 0;
+        for (std::size_t i = 2000; i + 2000 < mono.size(); ++i) {
+            worst = std::max({worst, std::abs(decoded[begin + 2 * i] - mono[i]),
+                              std::abs(decoded[begin + 2 * i + 1] - mono[i])});
+        }
+        EXPECT_LE(worst, 1) << monoFirst;
+    }
 }
 
 TEST_F(Decoder, FramesWithoutSoundAreSilence) {

@@ -174,6 +174,30 @@ TEST_F(Engine, TheNaturalEndIsRaisedOnce) {
     EXPECT_EQ(engine.stops(), 2);
 }
 
+TEST_F(Engine, ATrackOfNoLengthIsRepeatedTwentyTimesASecondAtMost) {
+    for (const int padding : {576, 575}) { // no sample, and one
+        const std::string path = folder.file("short.mp3");
+        support::writeFile(path, support::xingFrame({}, "Info", 1, 834, 576, padding) +
+                                     support::frameBytes({}));
+        engine.open(path);
+        EXPECT_NEAR(engine.media().duration(), (576 - padding) / 44100.0, 1e-9);
+        engine.onState = [&](PlayState state) {
+            if (state == PlayState::stopped) {
+                engine.controls().play();
+            }
+        };
+        const int before = engine.stops();
+        const auto begin = std::chrono::steady_clock::now();
+        const support::ProcessorTime time;
+        engine.controls().play();
+        ASSERT_TRUE(engine.queue.runUntil([&] { return engine.stops() - before == 11; }));
+        EXPECT_GE(std::chrono::steady_clock::now() - begin, 450ms);
+        EXPECT_LT(time.seconds(), 0.2);
+        engine.onState = nullptr;
+        engine.engine->setURL("");
+    }
+}
+
 TEST_F(Engine, AnEndThatCrossesACommandIsDropped) {
     // Gives each command after the end has been posted and before it is delivered.
     const auto playToTheEnd = [&] {
