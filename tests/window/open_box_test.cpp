@@ -26,8 +26,8 @@ protected:
         int shown = 0;
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, [&] {
-            auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            if (box != nullptr && box->isVisible()) {
+            QDialog* box = openDialog();
+            if (box != nullptr) {
                 poll.stop();
                 ++shown;
                 function(*box);
@@ -37,6 +37,17 @@ protected:
         poll.start(5);
         box_.MsgBox(text, vbInformation, title);
         EXPECT_EQ(shown, 1);
+    }
+    /// Returns the dialog that is shown, modal or not.
+    static QDialog* openDialog() {
+        const auto windows = QApplication::topLevelWidgets();
+        for (QWidget* window : windows) {
+            auto* dialog = qobject_cast<QDialog*>(window);
+            if (dialog != nullptr && dialog->isVisible()) {
+                return dialog;
+            }
+        }
+        return nullptr;
     }
     void repeat(int value) { popup().chkPopup[popupRepeat].setValue(value); }
 
