@@ -20,8 +20,8 @@ public:
     /// a menu item to assistive technology.
     std::function<void()> Click;
 
-    /// Whether a click has an effect, which a menu item's colour shows and assistive technology says.
-    /// The label takes the pointer all the same.
+    /// Whether a click has an effect, which a menu item's colour shows and assistive technology
+    /// says. The label takes the pointer all the same.
     void setAvailable(bool on);
 
     void press() override;
