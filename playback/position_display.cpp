@@ -3,6 +3,8 @@
 #include "main_window/frmPlayer.h"
 #include "playback/rules.h"
 
+#include <algorithm>
+
 namespace zvonivec {
 
 namespace {
@@ -43,8 +45,14 @@ void frmPlayer::PB_MouseUp(const MouseArgs& mouse) {
 }
 
 void frmPlayer::showPosition() {
+    // A file on a slow disk is shown with an estimated length, and measured later.
+    const auto length = static_cast<float>(WMP->currentMedia().duration());
+    if (length > 0 && length != PB.Max()) {
+        PB.setMax(length);
+        lblTime[1].setCaption(WMP->currentMedia().durationString());
+    }
     lblTime[0].setCaption(WMP->controls().currentPositionString());
-    PB.setValue(static_cast<float>(WMP->controls().currentPosition()));
+    PB.setValue(std::min(static_cast<float>(WMP->controls().currentPosition()), PB.Max()));
 }
 
 } // namespace zvonivec

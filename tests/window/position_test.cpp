@@ -47,6 +47,20 @@ TEST_F(Position, ThePlayingTimeAndTheBarFollowTheEngine) {
     EXPECT_EQ(player().PB.Value(), 61.5F);
 }
 
+TEST_F(Position, ALengthThatComesLateMovesTheEndOfTheBar) {
+    openTrack(100);
+    engine().position = 130;
+    player().Timer1.Tick();
+    EXPECT_EQ(player().PB.Max(), 100);
+    EXPECT_EQ(player().PB.Value(), 100) << "the bar is full until the length is known";
+    engine().tracks["a.mp3"].duration = 200;
+    engine().tracks["a.mp3"].durationString = "03:20";
+    player().Timer1.Tick();
+    EXPECT_EQ(player().PB.Max(), 200);
+    EXPECT_EQ(player().PB.Value(), 130);
+    EXPECT_EQ(player().lblTime[1].Caption(), "03:20");
+}
+
 TEST_F(Position, WhilePausedOnlyTheStripMoves) {
     openTrack(180);
     engine().position = 61.5;
