@@ -37,7 +37,7 @@ protected:
     [[nodiscard]] bool becomesTopmost(bool topmost) {
         return serveUntil([&] { return isTopmost() == topmost; });
     }
-    ::Window mainWindow() const { return static_cast<::Window>(window().winId()); }
+    [[nodiscard]] ::Window mainWindow() const { return static_cast<::Window>(window().winId()); }
     void makeTopmost() {
         modDeklarace::SetWindowPos(player().hWnd(), modDeklarace::INSERT_TOPMOST, 0, 0, 0, 0,
                                    modDeklarace::NO_SIZE_NO_MOVE);

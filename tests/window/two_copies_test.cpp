@@ -33,7 +33,7 @@ protected:
         return serveUntil([&] { return window.pos() == place; });
     }
     frmPlayer& second() { return *second_; }
-    QWidget& secondWindow() const { return *QWidget::find(second_->hWnd()); }
+    [[nodiscard]] QWidget& secondWindow() const { return *QWidget::find(second_->hWnd()); }
     [[nodiscard]] std::string path() const { return programFolder() + "/MP3.ini"; }
     [[nodiscard]] std::string bytes() const { return support::readFile(path()); }
 
