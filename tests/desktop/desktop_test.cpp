@@ -47,7 +47,7 @@ Point Player::onScreen(Point place) const {
 }
 
 Screenshot Player::screenshot() const {
-    return Screenshot(*display_, window_->place());
+    return {*display_, window_->place()};
 }
 
 Screenshot Player::screenshot(const Rectangle& part) const {

@@ -8,7 +8,6 @@
 
 using support::Display;
 using support::PlainWindow;
-using support::Point;
 using support::Screenshot;
 using support::waitUntil;
 using support::Window;

@@ -10,8 +10,8 @@ namespace {
 class OpeningTest : public PlayingTest {
 protected:
     /// A file that is no music, whatever its name says.
-    std::string textFile() const {
-        const std::string path = folder_.file("words.mp3");
+    [[nodiscard]] std::string textFile() const {
+        std::string path = folder_.file("words.mp3");
         writeFile(path, "These are words.\n");
         return path;
     }

@@ -197,7 +197,7 @@ const std::vector<OddTag> ODD_TAGS = {
 class OddTags : public testing::TestWithParam<OddTag> {
 protected:
     /// The title that mid3v2 prints; several values are joined as ours are.
-    std::string titleByMutagen(const std::string& path) const {
+    [[nodiscard]] std::string titleByMutagen(const std::string& path) const {
         support::Process::Options options;
         options.environment = {{"LC_ALL", "C.UTF-8"}};
         options.outputFile = folder.file("mutagen");
@@ -259,7 +259,7 @@ protected:
 
     /// A file whose tag ends with a picture of so many bytes and, behind it, a title.
     std::string fileWithPicture(std::size_t size) {
-        const std::string path = folder.file("picture");
+        std::string path = folder.file("picture");
         const auto whole = static_cast<std::uint32_t>(size);
         const std::string head = frame(3, "TPE1", LATIN1 + "Autor") + "APIC" +
                                  support::bigEndian(whole) + std::string(2, '\0');

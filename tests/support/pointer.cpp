@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -84,7 +85,7 @@ public:
             if (isFree) {
                 KeySym both[] = {symbol, symbol};
                 XChangeKeyboardMapping(connection_, code, 2, both, 1);
-                symbols_[(code - first_) * perKey_] = symbol;
+                symbols_[static_cast<std::ptrdiff_t>(code - first_) * perKey_] = symbol;
                 return;
             }
         }

@@ -6,7 +6,9 @@
 namespace support {
 
 /// How many times slower this build may be than the release build.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_THREAD__)
+inline constexpr double SLOWNESS = 40;
+#elif defined(__SANITIZE_ADDRESS__)
 inline constexpr double SLOWNESS = 20;
 #elif !defined(__OPTIMIZE__)
 inline constexpr double SLOWNESS = 5;

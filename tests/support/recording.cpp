@@ -87,8 +87,8 @@ Match follow(const Samples& recording, std::size_t at, const Samples& sound, std
         if (!gaps || from + match.length >= sound.size()) {
             return match;
         }
-        // Zeros of the sound itself that follow the gap look like a part of it. A gap may be as short
-        // as a frame: where samples were lost, the sound doesn't go on after it.
+        // Zeros of the sound itself that follow the gap look like a part of it. A gap may be as
+        // short as a frame: where samples were lost, the sound doesn't go on after it.
         const std::size_t next = firstSound(recording, match.end);
         const std::size_t own = firstSound(sound, from + match.length) - from - match.length;
         const bool isGap = next > match.end + own && next < recording.size();

@@ -74,7 +74,7 @@ TEST(SeekTarget, MayLieOutsideTheTrack) {
 }
 
 TEST(SeekTarget, HoldsSumAndQuotientInSinglePrecision) {
-    const double quotient = double{100.3F / 100.0F};
+    const auto quotient = double{100.3F / 100.0F};
     EXPECT_EQ(seekTarget(0.1F, 3855, 100.3F).value(), double{0.1F + 50.0F} / 38.55 * quotient);
     EXPECT_NE(seekTarget(0.1F, 3855, 100.3F).value(), (0.1 + 50.0) / 38.55 * (100.3 / 100.0));
 }

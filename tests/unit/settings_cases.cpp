@@ -36,7 +36,7 @@ void expectTable(const SettingsTable& tested) {
             EXPECT_NE(result, inTable) << key << ": no longer a difference";
         }
     };
-    for (const QJsonValue& value : cases) {
+    for (const auto& value : cases) {
         const QJsonObject row = value.toObject();
         const std::string name = row["name"].toString().toStdString();
         SCOPED_TRACE(name);
@@ -50,7 +50,7 @@ void expectTable(const SettingsTable& tested) {
             }
         } else {
             SettingsTable::Writes writes;
-            for (const QJsonValue& pair : row["writes"].toArray()) {
+            for (const auto& pair : row["writes"].toArray()) {
                 writes.emplace_back(bytesOf(pair.toArray()[0]), bytesOf(pair.toArray()[1]));
             }
             expect(name, {}, tested.written(bytes, writes), bytesOf(row["after"]));

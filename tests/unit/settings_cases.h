@@ -40,14 +40,14 @@ class SettingsFormat : public testing::Test {
 protected:
     static constexpr std::size_t BUFFER_SIZE = 33001;
 
-    std::string read(const std::string& key) const {
+    [[nodiscard]] std::string read(const std::string& key) const {
         return modDeklarace::GetPrivateProfileStringA("General", key, "DEF", BUFFER_SIZE, path_);
     }
     void write(const std::string& key, const std::string& value) const {
         modDeklarace::WritePrivateProfileStringA("General", key, value, path_);
     }
     void put(const std::string& bytes) const { support::writeFile(path_, bytes); }
-    std::string bytes() const { return support::readFile(path_); }
+    [[nodiscard]] std::string bytes() const { return support::readFile(path_); }
     /// Writes the file of a case, or none when it is empty.
     void putOrRemove(const std::string& bytes) const;
     /// modDeklarace's functions, with this file.

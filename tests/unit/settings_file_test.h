@@ -19,14 +19,14 @@ namespace fs = std::filesystem;
 
 class SettingsFile : public testing::Test {
 protected:
-    std::string read(const std::string& key) const {
+    [[nodiscard]] std::string read(const std::string& key) const {
         return modDeklarace::GetPrivateProfileStringA("General", key, "DEF", 33001, path_);
     }
     void write(const std::string& key, const std::string& value) const {
         modDeklarace::WritePrivateProfileStringA("General", key, value, path_);
     }
     /// Returns the names of everything in the folder, sorted.
-    std::vector<std::string> names() const {
+    [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> all;
         for (const auto& entry : fs::directory_iterator(folder_.path())) {
             all.push_back(entry.path().filename().string());

@@ -41,7 +41,7 @@ protected:
         });
         poll_.start(5);
     }
-    int seen() const { return seen_; }
+    [[nodiscard]] int seen() const { return seen_; }
 
 private:
     QTimer poll_;
