@@ -150,7 +150,7 @@ protected:
     void SetUp() override { start(); }
 
     /// Runs a function in the message pass after a call of the engine.
-    void after(const std::string& moment, std::function<void()> function) {
+    void after(const std::string& moment, const std::function<void()>& function) {
         engine().During = [moment, function, due = true](const std::string& call) mutable {
             if (due && call == moment) {
                 due = false;

@@ -12,9 +12,9 @@ namespace {
 
 class Settings : public PlayerTest {
 protected:
-    std::string path() const { return programFolder() + "/MP3.ini"; }
+    [[nodiscard]] std::string path() const { return programFolder() + "/MP3.ini"; }
     void put(const std::string& bytes) const { support::writeFile(path(), bytes); }
-    std::string bytes() const { return support::readFile(path()); }
+    [[nodiscard]] std::string bytes() const { return support::readFile(path()); }
 
     void expect(int onTop, int repeat, int volume) {
         EXPECT_EQ(popup().chkPopup[popupOnTop].Value(), onTop);
