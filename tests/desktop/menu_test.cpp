@@ -51,8 +51,9 @@ TEST_P(MenuWindowTest, RunsOffTheScreenNearItsEdges) {
     movePlayer(player::BODY, corner);
     openMenu();
     expectMenuAt(corner);
-    const Screenshot seen(display_, {corner.x, corner.y, 12, 8});
-    EXPECT_EQ(seen.at(6, 6), menu::BACK);
+    EXPECT_TRUE(waitUntil([&] { // it is mapped before it is painted
+        return Screenshot(display_, {corner.x, corner.y, 12, 8}).at(6, 6) == menu::BACK;
+    }));
 }
 
 TEST_P(MenuWindowTest, HidesAtAClickOnThePlayerWhichStillCounts) {
