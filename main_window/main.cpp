@@ -3,12 +3,15 @@
 #include "platform/display.h"
 #include "platform/display_loss.h"
 #include "platform/end_requests.h"
+#include "platform/ignored_signals.h"
 
 #include <memory>
 #include <utility>
 
 int main() {
     using namespace zvonivec;
+
+    ignoreSignalsOfFailedWrites();
 
     // Before the toolkit starts threads that read the environment: the engine sets a variable.
     auto engine = createPlayerEngine(Application::post);

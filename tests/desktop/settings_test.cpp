@@ -3,7 +3,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace support {
 
@@ -164,6 +168,35 @@ TEST_F(SettingsTest, AMinimisedPlayerKeepsItsStoredPosition) {
     ASSERT_TRUE(waitUntil([&] { return player_->window().isMinimised(); }));
     endPlayer();
     EXPECT_EQ(settings(), "[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=60\n");
+}
+
+TEST_F(SettingsTest, AreSavedThoughTheTerminalHasGoneAndTheDisplayGoes) {
+    endPlayer();
+    // The player's messages go to a pipe whose reader then ends.
+    const std::string messages = folder_.file("program/messages");
+    std::filesystem::remove(messages);
+    ASSERT_EQ(mkfifo(messages.c_str(), 0600), 0);
+    const int reader = open(messages.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    startPlayer();
+    std::filesystem::remove(messages);
+    close(reader);
+    dragTo({300, 150});
+    display_.killServer(); // the toolkit writes a message and ends the process
+    EXPECT_EQ(player_->process().waitForExit(), 1);
+    EXPECT_TRUE(settings().starts_with("[General]\r\nLeft=4500\r\nTop=2250\r\n")) << settings();
+}
+
+TEST_F(SettingsTest, AFileSizeLimitOfZeroKeepsTheOldOnes) {
+    startWith("[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=50\n");
+    const std::string before = settings();
+    click(player::VOLUME.middle());
+    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
+    const rlimit limit{0, 0};
+    ASSERT_EQ(prlimit(player_->process().pid(), RLIMIT_FSIZE, &limit, nullptr), 0);
+    player_->process().signal(SIGTERM);
+    EXPECT_EQ(player_->process().waitForExit(), 0);
+    EXPECT_EQ(settings(), before);
+    EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
 }
 
 TEST_F(SettingsTest, TwoCopiesOfOneFolderShareTheFile) {
