@@ -1,0 +1,36 @@
+# What makes a fault in the code harder to use for an attack. docs/security.md tells what each is for,
+# and the command that looks at the result.
+include(CheckCXXCompilerFlag)
+include(CheckLinkerFlag)
+
+if(NOT WIN32)
+    # The toolkit's libraries must not have copies of their data in the program, as -fPIE would make.
+    add_compile_options(-fPIC)
+    string(APPEND CMAKE_EXE_LINKER_FLAGS " -pie")
+endif()
+
+foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER "HAS${flag}" has)
+    check_cxx_compiler_flag(${flag} ${has})
+    if(${has})
+        add_compile_options(${flag})
+    endif()
+endforeach()
+foreach(flag -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack
+        -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
+    string(MAKE_C_IDENTIFIER "HAS${flag}" has)
+    check_linker_flag(CXX ${flag} ${has})
+    if(${has})
+        add_link_options(${flag})
+    endif()
+endforeach()
+
+# Texts of the C library's formats are constants.
+add_compile_options(-Wformat -Wformat-security -Werror=format-security)
+
+# Bounds of the standard library's containers and of the C library's buffers; these only where the
+# compiler optimises, and not over a distribution's own setting.
+add_compile_definitions(_GLIBCXX_ASSERTIONS)
+if(CMAKE_BUILD_TYPE MATCHES "Rel" AND NOT ZVONIVEC_SANITIZE)
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+endif()
