@@ -11,7 +11,31 @@ namespace zvonivec {
 
 namespace {
 
-/// Returns the whole text as a number. "inf" and "nan" aren't numbers.
+/// Whether a number with these digits is below 1. The digits are those of a number that is beyond
+/// its type's range, either too large or too close to 0.
+bool isBelowOne(std::string_view digits) {
+    const std::size_t mantissaEnd = std::min(digits.find_first_of("eE"), digits.size());
+    const std::string_view mantissa = digits.substr(0, mantissaEnd);
+    const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+    const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+    // The power of ten of the first digit that isn't 0.
+    const std::int64_t power = first < point ? point - first - 1 : point - first;
+
+    std::string_view exponent = digits.substr(std::min(mantissaEnd + 1, digits.size()));
+    if (exponent.starts_with('+')) {
+        exponent.remove_prefix(1);
+    }
+    std::int64_t value = 0;
+    const auto [end, error] =
+        std::from_chars(exponent.data(), exponent.data() + exponent.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        return exponent.starts_with('-'); // no mantissa is as long as that
+    }
+    return value < -power;
+}
+
+/// Returns the whole text as a number. "inf" and "nan" aren't numbers. A number too close to 0 for
+/// the type is 0.
 template<class Number>
 std::optional<Number> parsed(std::string_view text) {
     constexpr std::string_view blanks = " \t";
@@ -27,7 +51,13 @@ std::optional<Number> parsed(std::string_view text) {
     }
     Number number = 0;
     const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
-    if (error != std::errc() || end != rest.data() + rest.size() || !std::isfinite(number)) {
+    if (end != rest.data() + rest.size()) {
+        return std::nullopt;
+    }
+    if (error == std::errc::result_out_of_range && isBelowOne(rest)) {
+        return Number{0};
+    }
+    if (error != std::errc() || !std::isfinite(number)) {
         return std::nullopt;
     }
     return number;

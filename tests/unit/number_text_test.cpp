@@ -76,6 +76,26 @@ TEST(NumberText, ReadsExponentsAndSigns) {
     EXPECT_EQ(toLong("-1e9"), -1000000000);
 }
 
+TEST(NumberText, ReadsNumbersTooCloseToZeroAsZero) {
+    const std::string zeros(400, '0');
+    for (const std::string& text :
+         {std::string("1e-400"), std::string("-1e-400"), "0," + zeros + "1", "." + zeros + "1e+5",
+          "1e-" + std::string(50, '9'), "0" + zeros + "1e-800", zeros + "." + zeros + "1"}) {
+        EXPECT_EQ(toSingle(text), 0.0F) << text;
+        EXPECT_EQ(toInteger(text), 0) << text;
+        EXPECT_EQ(toLong(text), 0) << text;
+    }
+    EXPECT_EQ(toSingle("1e-60"), 0.0F); // a double but no single
+    EXPECT_EQ(toSingle("0." + zeros + "1e401"), 1.0F);
+    EXPECT_EQ(toLong("1" + zeros + "e-400"), 1);
+    for (const std::string& text :
+         {std::string("1e400"), "1" + zeros, "0." + zeros + "1e+900", "1" + zeros + "e-1",
+          "1e" + std::string(50, '9'), "1e+" + std::string(50, '9'), "1" + zeros + ".5e0"}) {
+        EXPECT_EQ(toSingle(text), std::nullopt) << text;
+        EXPECT_EQ(toLong(text), std::nullopt) << text;
+    }
+}
+
 TEST(NumberText, WritesPlainDigits) {
     EXPECT_EQ(numberText(4807.5F, '.'), "4807.5");
     EXPECT_EQ(numberText(4807.5F, ','), "4807,5");
