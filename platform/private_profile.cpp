@@ -16,10 +16,21 @@ struct Text {
     std::string_view mark; ///< byte order mark
     Encoding encoding = Encoding::bytes;
     std::u16string units;
-    std::string_view rest; ///< an odd byte at the end of UTF-16
+    std::string_view rest; ///< bytes that aren't read: half a unit, or half a line of a beginning
 };
 
-Text decode(std::string_view file) {
+/// Leaves an unfinished last line to the rest.
+void keepWholeLines(Text& text, std::string_view file) {
+    std::u16string_view units = text.units;
+    if (units.ends_with(u'\r')) {
+        units.remove_suffix(1); // its LF may have been cut off
+    }
+    const std::size_t count = units.find_last_of(u"\r\n") + 1; // 0 without a line end
+    text.units.resize(count);
+    text.rest = file.substr(count * (text.encoding == Encoding::bytes ? 1 : 2));
+}
+
+Text decode(std::string_view file, Extent extent) {
     constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
     constexpr std::string_view littleEndianMark = "\xFF\xFE";
     constexpr std::string_view bigEndianMark = "\xFE\xFF";
@@ -42,15 +53,18 @@ Text decode(std::string_view file) {
         for (std::size_t i = 0; i < file.size(); ++i) {
             text.units.push_back(byte(i));
         }
-        return text;
+    } else {
+        const bool little = text.encoding == Encoding::utf16LittleEndian;
+        for (std::size_t i = 0; i + 1 < file.size(); i += 2) {
+            const char16_t low = byte(little ? i : i + 1);
+            const char16_t high = byte(little ? i + 1 : i);
+            text.units.push_back(static_cast<char16_t>(high << 8U | low));
+        }
+        text.rest = file.substr(file.size() - file.size() % 2);
     }
-    const bool little = text.encoding == Encoding::utf16LittleEndian;
-    for (std::size_t i = 0; i + 1 < file.size(); i += 2) {
-        const char16_t low = byte(little ? i : i + 1);
-        const char16_t high = byte(little ? i + 1 : i);
-        text.units.push_back(static_cast<char16_t>(high << 8U | low));
+    if (extent == Extent::beginning) {
+        keepWholeLines(text, file);
     }
-    text.rest = file.substr(file.size() - file.size() % 2);
     return text;
 }
 
@@ -147,8 +161,9 @@ struct Place {
     std::size_t end = 0;   ///< of an existing value
 };
 
-Place placeOf(std::u16string_view text, std::u16string_view section, std::u16string_view key) {
-    Place place{.begin = text.size()};
+Place placeOf(std::u16string_view text, std::u16string_view section, std::u16string_view key,
+              Extent extent) {
+    Place place{.begin = extent == Extent::beginning ? 0 : text.size()};
     for (std::size_t next = 0; next < text.size();) {
         const Line line = lineAt(text, next);
         next = line.next;
@@ -158,6 +173,9 @@ Place placeOf(std::u16string_view text, std::u16string_view section, std::u16str
                 break;
             }
             place.hasSection = sameName(*name, section);
+            if (place.hasSection) {
+                place.begin = line.next;
+            }
         } else if (place.hasSection) {
             const std::size_t equals = content.find(u'=');
             if (equals != std::u16string_view::npos &&
@@ -165,7 +183,7 @@ Place placeOf(std::u16string_view text, std::u16string_view section, std::u16str
                 return {true, true, line.begin + equals + 1, line.end};
             }
         }
-        if (place.hasSection && !trimmed(content).empty()) {
+        if (extent == Extent::wholeFile && place.hasSection && !trimmed(content).empty()) {
             place.begin = line.next;
         }
     }
@@ -189,9 +207,9 @@ std::u16string lineEndOf(std::u16string_view text) {
 } // namespace
 
 std::optional<std::string> value(std::string_view file, std::string_view section,
-                                 std::string_view key) {
-    const Text text = decode(file);
-    const Place place = placeOf(text.units, widened(section), widened(key));
+                                 std::string_view key, Extent extent) {
+    const Text text = decode(file, extent);
+    const Place place = placeOf(text.units, widened(section), widened(key), extent);
     if (!place.hasKey) {
         return std::nullopt;
     }
@@ -201,9 +219,9 @@ std::optional<std::string> value(std::string_view file, std::string_view section
 }
 
 std::string withValue(std::string_view file, std::string_view section, std::string_view key,
-                      std::string_view value) {
-    Text text = decode(file);
-    const Place place = placeOf(text.units, widened(section), widened(key));
+                      std::string_view value, Extent extent) {
+    Text text = decode(file, extent);
+    const Place place = placeOf(text.units, widened(section), widened(key), extent);
     if (place.hasKey) {
         text.units.replace(place.begin, place.end - place.begin, widened(value));
         return encode(text);

@@ -17,15 +17,24 @@
 
 namespace zvonivec::private_profile {
 
+/// What the bytes of a file are: all of them, or those up to a place where something cut it. The
+/// last line of a beginning isn't read, because its end may be missing.
+enum class Extent { wholeFile, beginning };
+
 /// Returns the value of a key, or nothing when the section has no line "key=".
 [[nodiscard]] std::optional<std::string> value(std::string_view file, std::string_view section,
-                                               std::string_view key);
+                                               std::string_view key,
+                                               Extent extent = Extent::wholeFile);
 
 /// Returns the file's bytes with a key set to a value. The value goes into the key's line if there
 /// is one. Otherwise a new line goes behind the section's last line that isn't empty, or into a new
 /// section at the end. All other bytes stay. A new line ends like the file's first line, or with CR
 /// LF in a file without lines.
+///
+/// In a beginning, whose end may lie within any section, a new line goes behind the line with the
+/// section's name, and a new section goes to the start.
 [[nodiscard]] std::string withValue(std::string_view file, std::string_view section,
-                                    std::string_view key, std::string_view value);
+                                    std::string_view key, std::string_view value,
+                                    Extent extent = Extent::wholeFile);
 
 } // namespace zvonivec::private_profile

@@ -1,5 +1,6 @@
 #include "platform/whole_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -11,6 +12,7 @@
 #include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace zvonivec::whole_file {
 
@@ -129,37 +131,91 @@ void syncFolderOf(const std::string& path) {
     }
 }
 
-} // namespace
+/// A file that has been read, and stays open for what follows the bytes that were read.
+struct ReadFile {
+    Content content;
+    File file;
+    off_t size = 0;
+};
 
-Content read(const std::string& path) {
+ReadFile readAndKeepOpen(const std::string& path) {
+    ReadFile result;
     // Without O_NONBLOCK this would wait for the writer of a pipe.
-    const File file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file) {
-        return {.found = errno == ENOENT ? Found::nothing : Found::unusable, .bytes = {}};
+    result.file = File(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!result.file) {
+        result.content.found = errno == ENOENT ? Found::nothing : Found::unusable;
+        return result;
     }
-    const auto status = ordinaryFile(file);
-    if (!status || status->st_size > static_cast<off_t>(LARGEST)) {
-        return {.found = Found::unusable, .bytes = {}};
+    result.content.found = Found::unusable;
+    const auto status = ordinaryFile(result.file);
+    if (!status) {
+        return result;
     }
-    Content content{.found = Found::file, .bytes = std::string()};
-    content.bytes.resize(static_cast<std::size_t>(status->st_size));
+    result.size = status->st_size;
+    std::string bytes;
+    bytes.resize(std::min(MOST_READ, static_cast<std::size_t>(result.size)));
     std::size_t size = 0;
-    while (size < content.bytes.size()) {
-        const ssize_t got =
-            ::read(file.get(), content.bytes.data() + size, content.bytes.size() - size);
+    while (size < bytes.size()) {
+        const ssize_t got = ::read(result.file.get(), bytes.data() + size, bytes.size() - size);
         if (got < 0) {
-            return {.found = Found::unusable, .bytes = {}};
+            return result;
         }
         if (got == 0) {
             break;
         }
         size += static_cast<std::size_t>(got);
     }
-    content.bytes.resize(size);
-    return content;
+    bytes.resize(size);
+    result.content = {.found = Found::file,
+                      .bytes = std::move(bytes),
+                      .isCut = result.size > static_cast<off_t>(MOST_READ)};
+    return result;
 }
 
-bool update(const std::string& path, const std::function<std::string(const std::string&)>& change) {
+/// Copies what follows the bytes that were read to the end of another file.
+bool copyRest(const ReadFile& from, const File& to) {
+    constexpr auto first = static_cast<off_t>(MOST_READ);
+    constexpr std::size_t blockSize = std::size_t{1} << 18U;
+    const off_t distance = lseek(to.get(), 0, SEEK_END) - first;
+    std::vector<char> block(blockSize);
+    off_t place = first;
+    while (place < from.size) {
+        const off_t data = lseek(from.file.get(), place, SEEK_DATA);
+        if (data < 0 && errno == ENXIO) {
+            break; // a hole up to the end
+        }
+        place = std::max(place, data); // below 0 where the file system knows no holes
+        const off_t hole = lseek(from.file.get(), place, SEEK_HOLE);
+        const off_t end = hole < 0 ? from.size : std::min(hole, from.size);
+        while (place < end) {
+            const ssize_t got =
+                pread(from.file.get(), block.data(),
+                      std::min(blockSize, static_cast<std::size_t>(end - place)), place);
+            if (got <= 0) {
+                return false;
+            }
+            for (ssize_t done = 0; done < got;) {
+                const ssize_t written =
+                    pwrite(to.get(), block.data() + done, static_cast<std::size_t>(got - done),
+                           place + done + distance);
+                if (written <= 0) {
+                    return false;
+                }
+                done += written;
+            }
+            place += got;
+        }
+    }
+    return ftruncate(to.get(), from.size + distance) == 0;
+}
+
+} // namespace
+
+Content read(const std::string& path) {
+    return readAndKeepOpen(path).content;
+}
+
+bool update(const std::string& path, const Change& change) {
     const auto target = targetOf(path);
     if (!target) {
         return false;
@@ -170,15 +226,16 @@ bool update(const std::string& path, const std::function<std::string(const std::
         return false;
     }
     // Read after locking: another process may just have written the file.
-    const Content old = read(*target);
-    const bool usable = old.found == Found::nothing ||
-                        (old.found == Found::file && access(target->c_str(), W_OK) == 0);
+    const ReadFile old = readAndKeepOpen(*target);
+    const Found found = old.content.found;
+    const bool usable =
+        found == Found::nothing || (found == Found::file && access(target->c_str(), W_OK) == 0);
+    const auto bytes = usable ? change(old.content) : std::nullopt;
     bool done = false;
-    if (usable) {
-        const std::string bytes = change(old.bytes);
+    if (bytes) {
         takeOver(file, *target); // before the content, which may be private
-        done = bytes.size() <= LARGEST && writeAll(file, bytes) && fsync(file.get()) == 0 &&
-               rename(newPath.c_str(), target->c_str()) == 0;
+        done = writeAll(file, *bytes) && (!old.content.isCut || copyRest(old, file)) &&
+               fsync(file.get()) == 0 && rename(newPath.c_str(), target->c_str()) == 0;
     }
     if (done) {
         syncFolderOf(*target);

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -149,7 +150,13 @@ TEST_F(SettingsTest, AFolderOrAHugeFileInItsPlaceIsNoReasonForAMessage) {
     EXPECT_TRUE(waitUntil([&] { return player_->showsStatus("50% hlasitost"); }));
     endPlayer();
     EXPECT_EQ(player_->messages(), "");
-    EXPECT_EQ(std::filesystem::file_size(path()), std::uintmax_t{1} << 30U);
+    const std::string written =
+        "[General]\r\nVolume=50\r\nRepeat=1\r\nOnTop=0\r\nTop=3480\r\nLeft=7080\r\n";
+    EXPECT_EQ(std::filesystem::file_size(path()), (std::uintmax_t{1} << 30U) + written.size());
+    std::ifstream file(path(), std::ios::binary);
+    std::string beginning(written.size(), ' ');
+    file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    EXPECT_EQ(beginning, written);
 }
 
 TEST_F(SettingsTest, TheUsersDecimalCommaIsReadAsWellAsThePoint) {

@@ -166,21 +166,74 @@ TEST_F(SettingsFile, SomethingInTheWayOfTheNewFileLosesNothing) {
     EXPECT_EQ(read("Left"), "1");
 }
 
-TEST_F(SettingsFile, IsNotMadeLargerThanWhatIsRead) {
+/// A file whose first bytes are a text and whose size is beyond what is read.
+std::string largeFile(const std::string& beginning, const std::string& fill = "x=1\r\n") {
+    std::string bytes = beginning;
+    while (bytes.size() < 3 * whole_file::MOST_READ / 2) {
+        bytes += fill;
+    }
+    return bytes + "[General]\r\nTop=99\r\n[End]\r\nlast";
+}
+
+TEST_F(SettingsFile, OfALargeOneTheFirstTwoMebibytesAreReadAndTheRestStays) {
+    const std::string sections = "; mine\r\n[General]\r\nLeft=1\r\n\r\n[Other]\r\n";
+    const std::string old = largeFile(sections);
+    support::writeFile(path_, old);
+    EXPECT_EQ(read("Left"), "1");
+    EXPECT_EQ(read("Top"), "DEF") << "beyond what is read";
+    write("Left", "-300");
+    write("Top", "2");
+    const std::string changed = "; mine\r\n[General]\r\nTop=2\r\nLeft=-300\r\n\r\n[Other]\r\n";
+    EXPECT_EQ(support::readFile(path_), changed + old.substr(sections.size()));
+    EXPECT_EQ(read("Left"), "-300");
+    EXPECT_EQ(read("Top"), "2");
+    EXPECT_EQ(names(), Names{"MP3.ini"});
+    write("Top", "2");
+    EXPECT_EQ(support::readFile(path_), changed + old.substr(sections.size()));
+}
+
+TEST_F(SettingsFile, ALargeOneGetsANewSectionAtItsStart) {
+    for (const char* mark : {"", "\xEF\xBB\xBF"}) {
+        const std::string rest = largeFile("[Other]\n", "x=1\n");
+        support::writeFile(path_, mark + rest);
+        write("Left", "5");
+        write("Top", "6");
+        EXPECT_EQ(support::readFile(path_), mark + ("[General]\nTop=6\nLeft=5\n" + rest));
+        EXPECT_EQ(read("Left"), "5");
+    }
+    // A single line that is longer than what is read.
+    const std::string line(whole_file::MOST_READ + 5, 'z');
+    support::writeFile(path_, line);
+    write("Left", "5");
+    EXPECT_EQ(support::readFile(path_), "[General]\r\nLeft=5\r\n" + line);
+    EXPECT_EQ(read("Left"), "5");
+}
+
+TEST_F(SettingsFile, AValueThatWouldNotBeReadAgainIsNotAdded) {
+    // The section begins so many bytes before the end of what is read: within its name, within its
+    // line end, within the value, and behind it.
+    for (const std::size_t before : {5U, 10U, 17U, 19U, 28U}) {
+        std::string bytes = "; \r\n";
+        bytes.resize(whole_file::MOST_READ - before - 2, 'x');
+        bytes += "\r\n[General]\r\nLeft=1\r\nTop=2\r\n";
+        support::writeFile(path_, bytes);
+        write("Left", "30");
+        const std::string once = support::readFile(path_);
+        EXPECT_TRUE(read("Left") == "30" || once == bytes) << before;
+        write("Left", "30"); // nothing grows with each run
+        EXPECT_EQ(support::readFile(path_), once) << before;
+    }
+}
+
+TEST_F(SettingsFile, MayGrowBeyondWhatIsRead) {
     std::string bytes = "[General]\r\nLeft=1\r\n";
-    bytes.resize(whole_file::LARGEST, ';');
+    bytes.resize(whole_file::MOST_READ, ';');
     support::writeFile(path_, bytes);
     EXPECT_EQ(read("Left"), "1");
-    write("Left", "2");
-    EXPECT_EQ(read("Left"), "2");
-    write("Left", "10"); // one byte too many
-    EXPECT_EQ(read("Left"), "2");
-    EXPECT_EQ(names(), Names{"MP3.ini"});
-
-    fs::resize_file(path_, whole_file::LARGEST + 1);
-    EXPECT_EQ(read("Left"), "DEF");
-    write("Left", "3");
-    EXPECT_EQ(fs::file_size(path_), whole_file::LARGEST + 1);
+    write("Left", "10"); // one byte more than is read
+    EXPECT_EQ(read("Left"), "10");
+    bytes.replace(0, 20, "[General]\r\nLeft=10\r\n");
+    EXPECT_EQ(support::readFile(path_), bytes + ";");
 }
 
 TEST_F(SettingsFile, RubbishIsReadAtOnceAsNothing) {
@@ -194,7 +247,12 @@ TEST_F(SettingsFile, RubbishIsReadAtOnceAsNothing) {
     support::writeFile(path_, "");
     fs::resize_file(path_, std::uintmax_t{1} << 30U);
     timed("a gigabyte");
-    EXPECT_EQ(fs::file_size(path_), std::uintmax_t{1} << 30U);
+    const std::string added = "[General]\r\nLeft=1\r\n";
+    EXPECT_EQ(fs::file_size(path_), (std::uintmax_t{1} << 30U) + added.size());
+    struct stat status {};
+    ASSERT_EQ(stat(path_.c_str(), &status), 0);
+    EXPECT_LT(status.st_blocks * 512, 8 << 20) << "the hole has been filled";
+    EXPECT_EQ(read("Left"), "1");
 
     std::string rubbish(1000000, '\0');
     std::mt19937 random(5);
