@@ -1,5 +1,6 @@
 #include "controls/Application.h"
 #include "main_window/frmPlayer.h"
+#include "platform/confinement.h"
 #include "platform/display.h"
 #include "platform/display_loss.h"
 #include "platform/end_requests.h"
@@ -12,6 +13,7 @@ int main() {
     using namespace zvonivec;
 
     ignoreSignalsOfFailedWrites();
+    confine();
 
     // Before the toolkit starts threads that read the environment: the engine sets a variable.
     auto engine = createPlayerEngine(Application::post);
