@@ -1,5 +1,9 @@
 # What makes a fault in the code harder to use for an attack. docs/security.md tells what each is for,
 # and the command that looks at the result.
+# For what users run; debuggers and sanitizers have other checks.
+if(NOT CMAKE_BUILD_TYPE MATCHES "Rel")
+    return()
+endif()
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
 
@@ -28,9 +32,7 @@ endforeach()
 # Texts of the C library's formats are constants.
 add_compile_options(-Wformat -Wformat-security -Werror=format-security)
 
-# Bounds of the standard library's containers and of the C library's buffers; these only where the
-# compiler optimises, and not over a distribution's own setting.
+# Bounds of the standard library's containers and of the C library's buffers. Some systems' compilers
+# have a setting of their own for the latter.
+add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
 add_compile_definitions(_GLIBCXX_ASSERTIONS)
-if(CMAKE_BUILD_TYPE MATCHES "Rel" AND NOT ZVONIVEC_SANITIZE)
-    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
-endif()
