@@ -113,6 +113,14 @@ void Control::lay(const ControlLayout& row) {
     setVisible(row.Visible);
 }
 
+void Control::setTabOrder(std::span<Control* const> controls) {
+    for (const Control* control : controls) {
+        control->widget_->setFocusPolicy(Qt::TabFocus);
+        static_cast<ControlWidget*>(control->widget_->window())
+            ->TabOrder.push_back(control->widget_.get());
+    }
+}
+
 void Control::press() {
     if (!enabled_) {
         return;

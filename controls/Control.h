@@ -12,12 +12,14 @@
 //    click is a press like any other.
 #pragma once
 
+#include "controls/keys.h"
 #include "controls/units.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 class QPainter;
@@ -31,12 +33,9 @@ inline constexpr std::int16_t LEFT_BUTTON = 1;
 inline constexpr std::int16_t RIGHT_BUTTON = 2;
 inline constexpr std::int16_t MIDDLE_BUTTON = 4;
 
-/// The number of the Escape key.
-inline constexpr std::int16_t vbKeyEscape = 27;
-
 /// A pointer event. Button is one of the constants above, or in a move the sum of all held buttons.
-/// Shift is the sum of 1 for Shift, 2 for Control and 4 for Alt. X and Y are twips from the
-/// control's upper left corner.
+/// Shift is the sum of the held keys' constants. X and Y are twips from the control's upper left
+/// corner.
 struct MouseArgs {
     std::int16_t Button = 0;
     std::int16_t Shift = 0;
@@ -128,6 +127,11 @@ protected:
     void repaint();
     /// Notifies assistive technology of a new name.
     void announceName();
+    /// Lets the Tab key go around controls of a form in this order. It skips hidden and disabled
+    /// controls.
+    static void setTabOrder(std::span<Control* const> controls);
+    /// Returns the radius of the focus ring's corners, in pixels.
+    [[nodiscard]] virtual double cornerRadius() const { return 2; }
 
 private:
     friend class ControlWidget;

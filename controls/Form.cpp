@@ -51,7 +51,8 @@ Form::Form(std::string name, Kind kind, float width, float height)
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
     widget().CloseRequested = [this] { Form_CloseRequest(); };
     widget().SightChanged = [this](bool seen) { Form_SightChanged(seen); };
-    widget().KeyPressed = [this](std::int16_t key) { Form_KeyDown(key); };
+    widget().KeyPressed = [this](const KeyArgs& key) { return Form_KeyDown(key); };
+    widget().setFocus(); // otherwise the toolkit would give the focus to the first control
     if (kind == Kind::popup) {
         widget().setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
         widget().Deactivated = [this] { deactivate(); };
@@ -189,6 +190,11 @@ void Form::Unload() {
     loaded_ = false;
     Form_Unload();
     Application::formUnloaded();
+}
+
+Control* Form::focusedControl() const {
+    const auto* focused = dynamic_cast<ControlWidget*>(widget().focusWidget());
+    return focused != nullptr && focused != &widget() ? &focused->control() : nullptr;
 }
 
 AccessibleTraits Form::accessibleTraits() const {

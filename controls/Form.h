@@ -55,6 +55,10 @@ public:
     /// that a handler that is still running can finish. Does nothing for a form that isn't loaded.
     void Unload();
 
+    /// Returns the control that the keyboard works on when this form is active, or null when it
+    /// works on none.
+    [[nodiscard]] Control* focusedControl() const;
+
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
 
 protected:
@@ -65,8 +69,9 @@ protected:
     virtual void Form_Deactivate() {}
     /// Called when the form has become visible, or has been hidden or minimised.
     virtual void Form_SightChanged(bool /*seen*/) {}
-    /// Called when a key is pressed in the form. Only Escape is reported.
-    virtual void Form_KeyDown(std::int16_t /*KeyCode*/) {}
+    /// Called when a key is pressed in the form. Returns whether the key has been used; otherwise
+    /// the Tab key goes to the next control.
+    virtual bool Form_KeyDown(const KeyArgs& /*key*/) { return false; }
     virtual void Form_QueryUnload() {}
     virtual void Form_Unload() {}
     /// Called when the window manager or the session asks the window to close.

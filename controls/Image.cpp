@@ -41,6 +41,10 @@ AccessibleTraits Image::accessibleTraits() const {
             .pressable = isButton};
 }
 
+double Image::cornerRadius() const {
+    return isRound(picture_) ? picture_.width() / 2.0 : Control::cornerRadius();
+}
+
 void Image::paint(QPainter& painter) {
     drawPicture(painter, picture_);
 }

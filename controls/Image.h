@@ -22,6 +22,7 @@ public:
 
 private:
     void paint(QPainter& painter) override;
+    [[nodiscard]] double cornerRadius() const override;
 
     Picture picture_;
     std::string accessibleName_;

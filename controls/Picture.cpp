@@ -91,6 +91,16 @@ QPixmap pixmapOf(const Picture& picture, double ratio) {
     return data->pixmap;
 }
 
+bool isRound(const Picture& picture) {
+    const QSize size(picture.width(), picture.height());
+    if (size.width() != size.height() || size.isEmpty()) {
+        return false;
+    }
+    const QImage image = pixmapOf(picture, std::max(1.0, dataOf(picture)->ratio)).toImage();
+    const int inCorner = image.width() / 8; // within a square's rounded corner, but not a disc's
+    return qAlpha(image.pixel(inCorner, inCorner)) == 0;
+}
+
 void drawPicture(QPainter& painter, const Picture& picture) {
     const double ratio = painter.deviceTransform().m11();
     const QPixmap pixmap = pixmapOf(picture, ratio);

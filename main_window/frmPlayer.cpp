@@ -43,6 +43,11 @@ frmPlayer::frmPlayer(Parts parts)
     }
     layOut(layout::controls(), controls);
     showMark(buttonStop, imgButtons[buttonStop].ToolTipText());
+    // Along the strip, and then from top to bottom.
+    const std::array<Control*, BUTTON_COUNT + 3> tabOrder{
+        &imgLogo, &imgButtons[0], &imgButtons[1], &imgButtons[2], &imgButtons[3], &imgButtons[4],
+        &PB,      &imgVolume,     &imgButtons[5], &imgButtons[6]};
+    setTabOrder(tabOrder);
     connectHandlers();
 }
 
@@ -81,13 +86,6 @@ frmPopup& frmPlayer::Popup() {
         popup_ = std::make_unique<frmPopup>(*this);
     }
     return *popup_;
-}
-
-void frmPlayer::Form_KeyDown(std::int16_t KeyCode) {
-    // This window keeps the keyboard focus while the menu is shown.
-    if (KeyCode == vbKeyEscape && Popup().Visible()) {
-        Popup().Form_Deactivate();
-    }
 }
 
 void frmPlayer::Form_SightChanged(bool seen) {

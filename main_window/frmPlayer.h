@@ -103,6 +103,11 @@ public:
     ProgressBar PB;
     std::array<Label, 2> lblTime;
 
+    /// Seeks as a release on the bar does. Does nothing without a file.
+    void SeekTo(double seconds);
+    /// Seeks from the position that the bar shows.
+    void SeekBy(double seconds);
+
     // --- Track information: track_info/ ---------------------------------------------------------
     /// Returns the line of the display. Waits until the engine has measured the file.
     std::string BuildInfoLine();
@@ -116,6 +121,9 @@ public:
     frmPopup& Popup();
     /// Shows the popup window at the pointer.
     void ShowPopupMenu();
+    /// Shows the popup window at the focused control, or in this window's middle, with its first
+    /// item lit.
+    void ShowPopupMenuForKeyboard();
 
     // --- Settings: settings/settings.cpp --------------------------------------------------------
     /// Applies the settings file, value by value. A missing or unreadable value gets its default; a
@@ -134,7 +142,7 @@ private:
     void connectHandlers();
     void Form_Unload() override;
     void Form_CloseRequest() override { CloseApplication(); }
-    void Form_KeyDown(std::int16_t KeyCode) override;
+    bool Form_KeyDown(const KeyArgs& key) override;
     void Form_SightChanged(bool seen) override;
 
     // --- The two looks --------------------------------------------------------------------------
@@ -165,6 +173,13 @@ private:
     // --- Dragging and menu clicks: dragging.cpp -------------------------------------------------
     void Form_MouseDown(const MouseArgs& mouse);
     void Form_MouseUp(const MouseArgs& mouse);
+
+    // --- Keyboard: keyboard.cpp -----------------------------------------------------------------
+    void pressButton(std::int16_t Index);
+    void stepVolume(bool up);
+    bool plainKey(std::int16_t KeyCode);
+    bool controlKey(std::int16_t KeyCode);
+    bool focusedControlKey(Control& focused, std::int16_t KeyCode);
 
     // --- The engine's events --------------------------------------------------------------------
     void WMP_PlayStateChange(PlayState newState);

@@ -44,6 +44,18 @@ void frmPlayer::PB_MouseUp(const MouseArgs& mouse) {
     DoEvents();
 }
 
+void frmPlayer::SeekTo(double seconds) {
+    if (PB.Visible()) {
+        PB_MouseUp({.Button = LEFT_BUTTON, .X = placeOfPosition(seconds, PB.Width(), PB.Max())});
+    }
+}
+
+void frmPlayer::SeekBy(double seconds) {
+    // A stopped track's bar may stand at the end, where the forward button has sent it.
+    const bool stopped = WMP->playState() == PlayState::stopped;
+    SeekTo((stopped ? double{PB.Value()} : WMP->controls().currentPosition()) + seconds);
+}
+
 void frmPlayer::showPosition() {
     // A file on a slow disk is shown with an estimated length, and measured later.
     const auto length = static_cast<float>(WMP->currentMedia().duration());

@@ -45,4 +45,8 @@ std::optional<double> seekTarget(float X, float width, float maximum) {
     return std::isfinite(target) ? std::optional(target) : std::nullopt;
 }
 
+float placeOfPosition(double seconds, float width, float maximum) {
+    return static_cast<float>(seconds / double{maximum} * double{width}) - SEEK_OFFSET;
+}
+
 } // namespace zvonivec

@@ -19,4 +19,7 @@ namespace zvonivec {
 /// the track. Returns nothing when it isn't finite.
 [[nodiscard]] std::optional<double> seekTarget(float X, float width, float maximum);
 
+/// Returns the X of a release on the bar that seeks to a position: the opposite of seekTarget.
+[[nodiscard]] float placeOfPosition(double seconds, float width, float maximum);
+
 } // namespace zvonivec

@@ -11,6 +11,14 @@ void frmPlayer::ShowPopupMenu() {
     Popup().showAt(toTwips(pointer.x), toTwips(pointer.y));
 }
 
+void frmPlayer::ShowPopupMenuForKeyboard() {
+    const Control* focused = focusedControl();
+    const float left = focused != nullptr ? focused->Left() + focused->Width() / 2 : Width() / 2;
+    const float top = focused != nullptr ? focused->Top() + focused->Height() / 2 : Height() / 2;
+    Popup().showAt(Left() + left, Top() + top);
+    Popup().lightFirst();
+}
+
 bool frmPopup::isAvailable(std::int16_t Index) const {
     const bool known = Index >= 0 && static_cast<std::size_t>(Index) < POPUP_ITEM_COUNT;
     return known && Index != itemFirstSeparator && Index != itemSecondSeparator &&

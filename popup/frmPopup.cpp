@@ -92,12 +92,6 @@ void frmPopup::placeMainWindowInStack() {
         0, 0, 0, modDeklarace::NO_SIZE_NO_MOVE);
 }
 
-void frmPopup::Form_KeyDown(std::int16_t KeyCode) {
-    if (KeyCode == vbKeyEscape && Visible()) {
-        Form_Deactivate();
-    }
-}
-
 void frmPopup::Form_QueryUnload() {
     player_.SaveSettings();
 }

@@ -14,6 +14,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace zvonivec {
 
@@ -60,13 +62,17 @@ public:
     /// events pass.
     void Form_Deactivate() override;
 
+    /// Lights the first entry.
+    void lightFirst();
+    /// Takes the keys of both windows while the menu is shown.
+    bool Form_KeyDown(const KeyArgs& key) override;
+
     void chkPopup_Click(std::int16_t Index);
     void chkPopup_MouseMove(std::int16_t Index, const MouseArgs& mouse);
     void lblPopup_Click(std::int16_t Index);
     void lblPopup_MouseMove(std::int16_t Index, const MouseArgs& mouse);
 
 private:
-    void Form_KeyDown(std::int16_t KeyCode) override;
     void Form_QueryUnload() override;
     /// A close request of the window system hides the menu; only the program's end unloads it.
     void Form_CloseRequest() override { Form_Deactivate(); }
@@ -76,6 +82,19 @@ private:
     /// separator nor dimmed.
     [[nodiscard]] bool isAvailable(std::int16_t Index) const;
     void clearHighlight();
+
+    /// A line of the menu that the keyboard goes through.
+    struct Entry {
+        bool isSwitch = false;
+        std::int16_t Index = 0;
+    };
+    /// Returns the available entries from top to bottom.
+    [[nodiscard]] std::vector<Entry> entries() const;
+    [[nodiscard]] const Control& controlOf(Entry entry) const;
+    [[nodiscard]] const std::string& captionOf(Entry entry) const;
+    void light(Entry entry);
+    void choose(Entry entry);
+
     void placeMainWindowInStack();
     void carryOut(std::int16_t Index);
 

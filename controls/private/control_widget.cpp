@@ -1,5 +1,8 @@
 #include "controls/private/control_widget.h"
 
+#include "controls/private/focus_ring.h"
+
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QHelpEvent>
@@ -7,6 +10,8 @@
 #include <QPainter>
 #include <QTextDocument>
 #include <QToolTip>
+#include <algorithm>
+#include <cstddef>
 
 namespace zvonivec {
 
@@ -19,9 +24,59 @@ std::int16_t toButtons(Qt::MouseButtons buttons) {
 }
 
 std::int16_t toShift(Qt::KeyboardModifiers modifiers) {
-    return static_cast<std::int16_t>((modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0) |
-                                     (modifiers.testFlag(Qt::ControlModifier) ? 2 : 0) |
-                                     (modifiers.testFlag(Qt::AltModifier) ? 4 : 0));
+    return static_cast<std::int16_t>((modifiers.testFlag(Qt::ShiftModifier) ? SHIFT_KEY : 0) |
+                                     (modifiers.testFlag(Qt::ControlModifier) ? CONTROL_KEY : 0) |
+                                     (modifiers.testFlag(Qt::AltModifier) ? ALT_KEY : 0));
+}
+
+std::int16_t toKeyCode(int key) {
+    if (key >= Qt::Key_A && key <= Qt::Key_Z) {
+        return static_cast<std::int16_t>(key); // as Windows numbers them
+    }
+    switch (key) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return vbKeyTab;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return vbKeyReturn;
+    case Qt::Key_Escape:
+        return vbKeyEscape;
+    case Qt::Key_Space:
+        return vbKeySpace;
+    case Qt::Key_PageUp:
+        return vbKeyPageUp;
+    case Qt::Key_PageDown:
+        return vbKeyPageDown;
+    case Qt::Key_End:
+        return vbKeyEnd;
+    case Qt::Key_Home:
+        return vbKeyHome;
+    case Qt::Key_Left:
+        return vbKeyLeft;
+    case Qt::Key_Up:
+        return vbKeyUp;
+    case Qt::Key_Right:
+        return vbKeyRight;
+    case Qt::Key_Down:
+        return vbKeyDown;
+    case Qt::Key_Menu:
+        return vbKeyMenu;
+    case Qt::Key_F1:
+        return vbKeyF1;
+    case Qt::Key_F10:
+        return vbKeyF10;
+    default:
+        return 0;
+    }
+}
+
+KeyArgs toKeyArgs(const QKeyEvent& event) {
+    const bool forDesktop = event.modifiers().testFlag(Qt::MetaModifier);
+    return {.KeyCode = forDesktop ? std::int16_t{0} : toKeyCode(event.key()),
+            .Shift = toShift(event.modifiers()),
+            .Repeated = event.isAutoRepeat(),
+            .Letter = firstLetter(event.text().toStdString())};
 }
 
 MouseArgs toArgs(const QMouseEvent& event, Qt::MouseButtons buttons) {
@@ -76,6 +131,12 @@ bool ControlWidget::event(QEvent* event) {
             call(control_->MouseMove, toArgs(move, move.buttons()));
         }
         return true;
+    case QEvent::KeyPress:
+        return takeKey(*static_cast<QKeyEvent*>(event)) || QWidget::event(event);
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        static_cast<ControlWidget*>(window())->showFocus();
+        break;
     case QEvent::ToolTip:
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos());
         return true;
@@ -96,6 +157,9 @@ void ControlWidget::takePress(const QMouseEvent& event) {
         return;
     }
     captured_ |= event.button();
+    if (static_cast<ControlWidget*>(window())->focusRing_ != nullptr) {
+        window()->setFocus(); // who uses the pointer sees no ring
+    }
     call(control_->MouseDown, toArgs(event, event.button()));
 }
 
@@ -107,6 +171,49 @@ void ControlWidget::takeRelease(const QMouseEvent& event) {
     call(control_->MouseUp, toArgs(event, event.button()));
     if (control_->Enabled() && rect().contains(event.position().toPoint())) {
         control_->clicked(toButtons(event.button()));
+    }
+}
+
+bool ControlWidget::takeKey(QKeyEvent& event) {
+    if (!isWindow()) {
+        event.ignore(); // the toolkit passes it on to the window
+        return true;
+    }
+    return KeyPressed && KeyPressed(toKeyArgs(event));
+}
+
+bool ControlWidget::focusNextPrevChild(bool next) {
+    if (!isWindow()) {
+        return QWidget::focusNextPrevChild(next); // which asks the window
+    }
+    const auto count = static_cast<std::ptrdiff_t>(TabOrder.size());
+    const auto found = std::ranges::find(TabOrder, focusWidget());
+    std::ptrdiff_t place = found - TabOrder.begin();
+    if (found == TabOrder.end() && next) {
+        place = -1;
+    }
+    for (std::ptrdiff_t step = 1; step <= count; ++step) {
+        const std::ptrdiff_t at = (place + (next ? step : count - step)) % count;
+        QWidget* widget = TabOrder[static_cast<std::size_t>(at)];
+        if (widget->isEnabled() && widget->isVisible()) {
+            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    }
+    return false;
+}
+
+void ControlWidget::showFocus() {
+    const auto* focused = dynamic_cast<ControlWidget*>(QApplication::focusWidget());
+    const bool here = focused != nullptr && focused != this && focused->window() == this;
+    if (here) {
+        if (focusRing_ == nullptr) {
+            focusRing_ = new FocusRing(*this);
+        }
+        focusRing_->surround(QRect(focused->mapTo(this, QPoint(0, 0)), focused->size()),
+                             focused->control().cornerRadius());
+    } else if (focusRing_ != nullptr) {
+        focusRing_->hide();
     }
 }
 
@@ -140,14 +247,6 @@ void ControlWidget::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (SightChanged) {
         SightChanged(false);
-    }
-}
-
-void ControlWidget::keyPressEvent(QKeyEvent* event) {
-    if (KeyPressed && event->key() == Qt::Key_Escape) {
-        KeyPressed(vbKeyEscape);
-    } else {
-        QWidget::keyPressEvent(event);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "controls/Control.h"
 
 #include <QWidget>
+#include <vector>
 
 namespace zvonivec {
 
@@ -11,6 +12,8 @@ namespace zvonivec {
     return {static_cast<int>(colour & 0xFFU), static_cast<int>(colour >> 8U & 0xFFU),
             static_cast<int>(colour >> 16U & 0xFFU)};
 }
+
+class FocusRing;
 
 class ControlWidget : public QWidget {
 public:
@@ -32,24 +35,29 @@ public:
     /// Called with true when the window becomes visible, and with false when it is hidden or
     /// minimised.
     std::function<void(bool)> SightChanged;
-    /// Called with the number of a pressed key that forms handle.
-    std::function<void(std::int16_t)> KeyPressed;
+    /// The widgets of a window that the Tab key goes around.
+    std::vector<QWidget*> TabOrder;
+    /// Called for a window when a key is pressed in it. Returns whether the key has been used.
+    std::function<bool(const KeyArgs&)> KeyPressed;
 
 protected:
     bool event(QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
     void takePress(const QMouseEvent& event);
     void takeRelease(const QMouseEvent& event);
+    bool takeKey(QKeyEvent& event);
+    void showFocus();
     void showToolTip(const QPoint& globalPosition);
 
     Control* control_ = nullptr;
-    Qt::MouseButtons captured_; ///< buttons that were pressed over this control
+    FocusRing* focusRing_ = nullptr; ///< of a window in which a control has had the focus
+    Qt::MouseButtons captured_;      ///< buttons that were pressed over this control
 };
 
 } // namespace zvonivec

@@ -24,6 +24,9 @@ struct PictureData {
 /// from the drawing with the next higher resolution. Returns a null pixmap without a picture.
 [[nodiscard]] QPixmap pixmapOf(const Picture& picture, double ratio = 1);
 
+/// Returns whether a picture is a disc: square, with nothing in its corners.
+[[nodiscard]] bool isRound(const Picture& picture);
+
 /// Paints a picture in the painter's upper left corner, in the resolution of its device.
 void drawPicture(QPainter& painter, const Picture& picture);
 

@@ -84,5 +84,16 @@ TEST(SeekTarget, IsNothingForABarWithoutWidth) {
     EXPECT_EQ(seekTarget(NOT_A_NUMBER, 3000, 300), std::nullopt);
 }
 
+TEST(PlaceOfPosition, IsWhereAReleaseSeeksToThePosition) {
+    EXPECT_EQ(placeOfPosition(0, 3855, 180), -50);
+    for (const float length : {1.0F, 180.5F, 7200.0F, 360000.0F}) {
+        for (const double part : {-0.1, 0.0, 0.3, 0.999, 1.0, 1.2}) {
+            const double position = part * double{length};
+            EXPECT_NEAR(seekTarget(placeOfPosition(position, 3855, length), 3855, length).value(),
+                        position, double{length} * 2e-7);
+        }
+    }
+}
+
 } // namespace
 } // namespace zvonivec

@@ -59,10 +59,18 @@ void doubleClick(QWindow& window, Qt::MouseButton button, QPoint place) {
     QCoreApplication::processEvents();
 }
 
-void key(QWindow& window, Qt::Key key) {
+void key(QWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text) {
+    const QPointer<QWindow> target(&window); // may be deleted while it handles the press
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        qt_handleKeyEvent(&window, type, key, {}, {}, false, 1);
+        if (target != nullptr) {
+            qt_handleKeyEvent(target, type, key, modifiers, text, false, 1);
+        }
     }
+    QCoreApplication::processEvents();
+}
+
+void repeatKey(QWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    qt_handleKeyEvent(&window, QEvent::KeyPress, key, modifiers, {}, true, 1);
     QCoreApplication::processEvents();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QString>
 #include <Qt>
 
 class QWindow;
@@ -15,7 +16,10 @@ void press(QWindow& window, Qt::MouseButton button, QPoint place);
 void release(QWindow& window, Qt::MouseButton button, QPoint place);
 void move(QWindow& window, QPoint place);
 void doubleClick(QWindow& window, Qt::MouseButton button, QPoint place);
-/// Presses and releases a key.
-void key(QWindow& window, Qt::Key key);
+/// Presses and releases a key that types a text.
+void key(QWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {},
+         const QString& text = {});
+/// Sends a repetition of a key that is held down.
+void repeatKey(QWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 
 } // namespace zvonivec::input
