@@ -88,23 +88,23 @@ bool mayStartSoundServer() {
 /// The places in which files are changed, and by whom.
 std::vector<Place> writtenPlaces() {
     std::vector<Place> places{
-        {"/dev/null", Right::Write},         // every library
-        {"/dev/shm", Right::WriteAndRename}, // sound and pictures that processes share
-        {"/dev/snd", Right::Write},          // ALSA
-        {"/dev/dri", Right::Write},          // the toolkit's connection to the display
-        {sessionFolder() + "/dconf", Right::WriteAndRename}, // the desktop's settings, when read
+        {"/dev/null", Right::write},         // every library
+        {"/dev/shm", Right::writeAndRename}, // sound and pictures that processes share
+        {"/dev/snd", Right::write},          // ALSA
+        {"/dev/dri", Right::write},          // the toolkit's connection to the display
+        {sessionFolder() + "/dconf", Right::writeAndRename}, // the desktop's settings, when read
     };
     if (!soundServerRuns()) {
-        places.push_back({"/tmp", Right::MakeSockets}); // ALSA, where programs share a card
+        places.push_back({"/tmp", Right::makeSockets}); // ALSA, where programs share a card
     }
     std::error_code error;
     const std::filesystem::path program =
         std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
     if (!error) {
-        places.push_back({program.string(), Right::WriteAndRename}); // MP3.ini
+        places.push_back({program.string(), Right::writeAndRename}); // MP3.ini
         const auto settings = std::filesystem::weakly_canonical(program / "MP3.ini", error);
         if (!error) {
-            places.push_back({settings.parent_path().string(), Right::WriteAndRename});
+            places.push_back({settings.parent_path().string(), Right::writeAndRename});
         }
     }
     return places;
@@ -119,7 +119,7 @@ Confinement confine() {
     }
     reached.files = file_rights::giveUpAllBut(writtenPlaces());
     reached.calls =
-        refuseCalls(displayIsElsewhere() || soundIsElsewhere() ? Sockets::Network : Sockets::Local);
+        refuseCalls(displayIsElsewhere() || soundIsElsewhere() ? Sockets::network : Sockets::local);
     return reached;
 }
 

@@ -64,12 +64,12 @@ std::size_t sizeOfRules(int version) {
 
 std::uint64_t allowedIn(Right right, bool isFolder) {
     switch (right) {
-    case Right::Write:
+    case Right::write:
         return WRITE_FILE | TRUNCATE;
-    case Right::WriteAndRename:
+    case Right::writeAndRename:
         // The last two are rights in a folder; the kernel accepts no others for a file.
         return WRITE_FILE | TRUNCATE | (isFolder ? MAKE_REGULAR | REMOVE_FILE : 0);
-    case Right::MakeSockets:
+    case Right::makeSockets:
         return isFolder ? MAKE_SOCKET | REMOVE_FILE : 0;
     }
     return 0;

@@ -9,9 +9,9 @@ namespace zvonivec::file_rights {
 
 /// What stays allowed beneath a folder, or on a file.
 enum class Right : std::uint8_t {
-    Write,          ///< write to files that are there
-    WriteAndRename, ///< and make, rename and remove files
-    MakeSockets,    ///< only make and remove sockets, and remove files
+    write,          ///< write to files that are there
+    writeAndRename, ///< and make, rename and remove files
+    makeSockets,    ///< only make and remove sockets, and remove files
 };
 
 struct Place {

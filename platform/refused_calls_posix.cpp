@@ -51,7 +51,7 @@ bool refuse(const Filter& filter, int error, const char* name, Conditions... con
 
 bool isAllowed(int family, Sockets allowed) {
     return family == AF_UNIX ||
-           (allowed == Sockets::Network && (family == AF_INET || family == AF_INET6));
+           (allowed == Sockets::network && (family == AF_INET || family == AF_INET6));
 }
 
 /// Refuses all families of sockets but the allowed ones, those of later kernels too.

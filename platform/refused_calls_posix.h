@@ -6,8 +6,8 @@
 namespace zvonivec {
 
 enum class Sockets : std::uint8_t {
-    Local,   ///< of this machine's processes alone
-    Network, ///< and of the internet protocols
+    local,   ///< of this machine's processes alone
+    network, ///< and of the internet protocols
 };
 
 /// Has the kernel refuse the calls that give power over other processes or over the system, and all
