@@ -121,6 +121,35 @@ void Control::setTabOrder(std::span<Control* const> controls) {
     }
 }
 
+void Control::setAccessibleName(const std::string& name) {
+    if (name != accessibleName_) {
+        accessibleName_ = name;
+        announceName();
+    }
+}
+
+void Control::announce([[maybe_unused]] const std::string& text) {
+    if (QAccessible::isActive()) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+        QAccessibleAnnouncementEvent event(widget_.get(), QString::fromStdString(text));
+#else
+        QAccessibleEvent event(widget_.get(), QAccessible::Alert);
+#endif
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void Control::setCurrent(bool on) {
+    if (on == current_) {
+        return;
+    }
+    current_ = on;
+    if (on && QAccessible::isActive()) {
+        QAccessibleEvent event(widget_.get(), QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
 void Control::press() {
     if (!enabled_) {
         return;
@@ -137,6 +166,14 @@ void Control::press() {
 void Control::repaint() {
     widget_->update();
     changed();
+}
+
+void Control::announceValue() {
+    if (QAccessible::isActive()) {
+        const auto range = accessibleTraits().range;
+        QAccessibleValueChangeEvent event(widget_.get(), range ? range->value : 0);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void Control::announceName() {

@@ -45,20 +45,43 @@ struct MouseArgs {
 
 /// What a control reports to assistive technology.
 struct AccessibleTraits {
-    enum class Role { graphic, button, text, bar, checkBox, menuItem, group, window };
+    enum class Role {
+        graphic,
+        button,
+        text,
+        slider,
+        checkBox,
+        menuItem,
+        separator,
+        group,      ///< only what lies in it is reported
+        decoration, ///< isn't reported
+        window,
+        menu
+    };
     enum class Check { off, on, undecided };
     struct Range {
         float value = 0;
         float minimum = 0;
         float maximum = 0;
+        std::string text = {}; ///< the value as people say it
     };
 
     Role role = Role::group;
     std::string name = {};
+    std::string content = {};        ///< text that changes, of a control with a name of its own
     bool available = true;           ///< a dimmed menu item isn't, though it is enabled
     bool pressable = false;          ///< offers the action that press() carries out
     std::optional<Check> check = {}; ///< of a control that can be switched on and off
     std::optional<Range> range = {}; ///< of a control with a value
+};
+
+/// What assistive technology can do with a control beside pressing it. An empty function isn't
+/// offered.
+struct AccessibleActions {
+    std::function<void()> Increase = {};
+    std::function<void()> Decrease = {};
+    std::function<void()> ShowMenu = {};
+    std::function<void(float)> SetValue = {};
 };
 
 class Control {
@@ -105,6 +128,25 @@ public:
     MouseHandler MouseMove;
     MouseHandler MouseUp;
 
+    /// Raised when the wheel has been turned by whole notches, up if above 0. The wheel turns for
+    /// the container when a control has no handler.
+    std::function<void(int notches)> MouseWheel;
+
+    /// Called later, and not while a box or dialog is open.
+    AccessibleActions Accessible;
+
+    /// Sets the name that assistive technology reports instead of the control's text. The text is
+    /// then the control's content.
+    void setAccessibleName(const std::string& name);
+
+    /// Lets assistive technology say a text now.
+    void announce(const std::string& text);
+
+    /// Reports to assistive technology that the keyboard works on this item of a menu, or no
+    /// longer.
+    void setCurrent(bool on);
+    [[nodiscard]] bool IsCurrent() const { return current_; }
+
     /// Carries out the action of assistive technology: a left press and release in the control's
     /// middle.
     virtual void press();
@@ -119,6 +161,7 @@ protected:
     [[nodiscard]] ControlWidget& widget() const { return *widget_; }
     /// The control that contains this one, null for a window.
     [[nodiscard]] const Control* container() const { return container_; }
+    [[nodiscard]] const std::string& accessibleName() const { return accessibleName_; }
     void setSize(float width, float height);
     /// Changes the place without moving the widget.
     void setPlace(float left, float top);
@@ -127,6 +170,7 @@ protected:
     void repaint();
     /// Notifies assistive technology of a new name.
     void announceName();
+    void announceValue();
     /// Lets the Tab key go around controls of a form in this order. It skips hidden and disabled
     /// controls.
     static void setTabOrder(std::span<Control* const> controls);
@@ -151,7 +195,9 @@ private:
     float height_ = 0;
     bool visible_ = true;
     bool enabled_ = true;
+    bool current_ = false;
     std::string toolTipText_;
+    std::string accessibleName_;
     std::string tag_;
     Colour foreColour_ = 0;
     Colour backColour_ = 0;

@@ -4,6 +4,7 @@
 #include "controls/private/control_widget.h"
 #include "controls/private/picture_data.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QIcon>
 #include <QPainter>
@@ -45,7 +46,8 @@ bool isForm(const QWindow* window) {
 } // namespace
 
 Form::Form(std::string name, Kind kind, float width, float height)
-    : Control(std::move(name), std::make_unique<ControlWidget>(nullptr, flagsOf(kind))) {
+    : Control(std::move(name), std::make_unique<ControlWidget>(nullptr, flagsOf(kind))),
+      kind_(kind) {
     setSize(width, height);
     widget().setFixedSize(toPixels(width), toPixels(height));
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
@@ -103,7 +105,13 @@ void Form::setVisible(bool on) {
     if (loaded_ || !on) {
         wantedPlace_ = on ? std::optional(Place{Left(), Top()}) : std::nullopt;
         timesShown_ += on ? 1 : 0;
+        const bool changes = on != Visible();
         Control::setVisible(on);
+        if (changes && kind_ == Kind::popup && QAccessible::isActive()) {
+            QAccessibleEvent event(&widget(),
+                                   on ? QAccessible::PopupMenuStart : QAccessible::PopupMenuEnd);
+            QAccessible::updateAccessibility(&event);
+        }
     }
 }
 
@@ -121,6 +129,21 @@ void Form::askAgainForPlace() {
 
 void Form::bringToFront() {
     widget().raise();
+}
+
+void Form::ComeForward() {
+    if (loaded_) {
+        if (WindowState() == WindowState::minimised) {
+            widget().showNormal();
+        }
+        widget().raise();
+        widget().activateWindow();
+    }
+}
+
+void Form::takeDroppedFiles() {
+    widget().setAcceptDrops(true);
+    widget().FileDropped = [this](const std::string& path) { Form_FileDropped(path); };
 }
 
 void Form::deactivate() {
@@ -198,7 +221,8 @@ Control* Form::focusedControl() const {
 }
 
 AccessibleTraits Form::accessibleTraits() const {
-    return {.role = AccessibleTraits::Role::window, .name = Caption()};
+    using Role = AccessibleTraits::Role;
+    return {.role = kind_ == Kind::popup ? Role::menu : Role::window, .name = Caption()};
 }
 
 void Form::layOut(std::span<const ControlLayout> table, std::span<Control* const> controls) {

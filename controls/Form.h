@@ -35,6 +35,9 @@ public:
     void setVisible(bool on) override;
     /// Raises the window above others, if the window manager allows it.
     void bringToFront();
+    /// Shows a minimised window again, raises the window and gives it the keyboard, if the window
+    /// manager allows it.
+    void ComeForward();
 
     /// The text in the taskbar.
     void setCaption(const std::string& text);
@@ -72,6 +75,10 @@ protected:
     /// Called when a key is pressed in the form. Returns whether the key has been used; otherwise
     /// the Tab key goes to the next control.
     virtual bool Form_KeyDown(const KeyArgs& /*key*/) { return false; }
+    /// Called when the user has dropped a file of this machine on the form.
+    virtual void Form_FileDropped(const std::string& /*path*/) {}
+    /// Lets the user drop files on the form, one at a time.
+    void takeDroppedFiles();
     virtual void Form_QueryUnload() {}
     virtual void Form_Unload() {}
     /// Called when the window manager or the session asks the window to close.
@@ -93,6 +100,7 @@ private:
     /// screen back onto it, but leave it there when it moves again.
     std::optional<Place> wantedPlace_;
 
+    Kind kind_;
     Picture picture_;
     int timesShown_ = 0;
     bool loaded_ = true;

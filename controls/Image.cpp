@@ -20,10 +20,11 @@ void Image::setPicture(const Picture& picture) {
     repaint();
 }
 
-void Image::setAccessibleName(const std::string& name) {
-    if (name != accessibleName_) {
-        accessibleName_ = name;
-        announceName();
+void Image::setAccessibleRange(const AccessibleTraits::Range& range) {
+    const bool isNew = !range_ || range_->value != range.value;
+    range_ = range;
+    if (isNew) {
+        announceValue();
     }
 }
 
@@ -37,12 +38,13 @@ void Image::lay(const ControlLayout& row) {
 AccessibleTraits Image::accessibleTraits() const {
     const bool isButton = static_cast<bool>(MouseUp);
     return {.role = isButton ? AccessibleTraits::Role::button : AccessibleTraits::Role::graphic,
-            .name = ToolTipText().empty() ? accessibleName_ : ToolTipText(),
-            .pressable = isButton};
+            .name = ToolTipText().empty() ? accessibleName() : ToolTipText(),
+            .pressable = isButton,
+            .range = range_};
 }
 
 double Image::cornerRadius() const {
-    return isRound(picture_) ? picture_.width() / 2.0 : Control::cornerRadius();
+    return picture_.width() / (isRound(picture_) ? 2.0 : 8.0);
 }
 
 void Image::paint(QPainter& painter) {

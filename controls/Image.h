@@ -14,8 +14,8 @@ public:
     void setPicture(const Picture& picture);
     [[nodiscard]] const Picture& ShownPicture() const { return picture_; }
 
-    /// Sets the accessible name of a picture without a tooltip.
-    void setAccessibleName(const std::string& name);
+    /// Gives the picture a value for assistive technology.
+    void setAccessibleRange(const AccessibleTraits::Range& range);
 
     void lay(const ControlLayout& row) override;
     [[nodiscard]] AccessibleTraits accessibleTraits() const override;
@@ -25,7 +25,7 @@ private:
     [[nodiscard]] double cornerRadius() const override;
 
     Picture picture_;
-    std::string accessibleName_;
+    std::optional<AccessibleTraits::Range> range_;
 };
 
 } // namespace zvonivec

@@ -38,7 +38,9 @@ void Label::setCaption(const std::string& text) {
     caption_ = text;
     fit();
     repaint();
-    announceName();
+    if (accessibleName().empty()) {
+        announceName();
+    }
 }
 
 void Label::fit() {
@@ -91,9 +93,19 @@ void Label::clicked(std::int16_t button) {
 }
 
 AccessibleTraits Label::accessibleTraits() const {
+    using Role = AccessibleTraits::Role;
+    if (shadow_) {
+        return {.role = Role::decoration};
+    }
+    const QString shown = CaptionText::of(QString::fromStdString(caption_)).text.trimmed();
     const bool isItem = static_cast<bool>(Click);
-    return {.role = isItem ? AccessibleTraits::Role::menuItem : AccessibleTraits::Role::text,
-            .name = CaptionText::of(QString::fromStdString(caption_)).text.toStdString(),
+    if (isItem && shown.count(u'-') == shown.size()) {
+        return {.role = Role::separator, .available = false};
+    }
+    const bool isNamed = !accessibleName().empty();
+    return {.role = isItem ? Role::menuItem : Role::text,
+            .name = isNamed ? accessibleName() : shown.toStdString(),
+            .content = isNamed ? shown.toStdString() : std::string(),
             .available = available_,
             .pressable = isItem && available_};
 }

@@ -20,6 +20,11 @@ public:
     /// a menu item to assistive technology.
     std::function<void()> Click;
 
+    /// Makes the label the shadow of a label with the same caption that lies a pixel left of and
+    /// above it. A shadow stays out of the gaps between the other label's strokes, and assistive
+    /// technology doesn't report it.
+    void setShadow(bool on) { shadow_ = on; }
+
     /// Whether a click has an effect, which a menu item's colour shows and assistive technology
     /// says. The label takes the pointer all the same.
     void setAvailable(bool on);
@@ -38,6 +43,7 @@ private:
     bool autoSize_ = false;
     bool transparent_ = true;
     bool available_ = true;
+    bool shadow_ = false;
     enum Alignment alignment_ = Alignment::left;
 };
 

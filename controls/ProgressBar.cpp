@@ -4,7 +4,6 @@
 #include "controls/private/picture_data.h"
 #include "platform/display.h"
 
-#include <QAccessible>
 #include <QCursor>
 #include <QLinearGradient>
 #include <QPainter>
@@ -80,10 +79,7 @@ void ProgressBar::setValue(float value) {
     value_ = value;
     if (litWidth() != litBefore) {
         repaint();
-        if (QAccessible::isActive()) {
-            QAccessibleValueChangeEvent event(&widget(), value_);
-            QAccessible::updateAccessibility(&event);
-        }
+        announceValue();
     }
 }
 
@@ -104,9 +100,14 @@ int ProgressBar::litWidth() const {
 }
 
 AccessibleTraits ProgressBar::accessibleTraits() const {
-    return {.role = AccessibleTraits::Role::bar,
-            .name = ToolTipText(),
-            .range = AccessibleTraits::Range{.value = value_, .minimum = min_, .maximum = max_}};
+    const auto seconds = static_cast<long>(value_);
+    const QString time = QStringLiteral("%1:%2")
+                             .arg(seconds / 60, 2, 10, QChar(u'0'))
+                             .arg(seconds % 60, 2, 10, QChar(u'0'));
+    return {.role = AccessibleTraits::Role::slider,
+            .name = accessibleName(),
+            .range = AccessibleTraits::Range{
+                .value = value_, .minimum = min_, .maximum = max_, .text = time.toStdString()}};
 }
 
 void ProgressBar::paint(QPainter& painter) {

@@ -2,6 +2,8 @@
 
 #include "main_window/frmPlayer.h"
 
+#include <utility>
+
 namespace zvonivec {
 
 void frmPlayer::imgButtons_MouseDown(std::int16_t Index, const MouseArgs& mouse) {
@@ -49,6 +51,15 @@ void frmPlayer::imgButtons_MouseUp(std::int16_t Index, const MouseArgs& mouse) {
         gClickArmed = false;
     }
     gButtonDown = false;
+}
+
+void frmPlayer::PressButton(std::int16_t Index) {
+    // The pointer may hold a button down, whose release must find what its press has set.
+    const bool armed = std::exchange(gClickArmed, true);
+    const bool down = gButtonDown;
+    imgButtons_MouseUp(Index, {.Button = LEFT_BUTTON});
+    gClickArmed = armed;
+    gButtonDown = down;
 }
 
 void frmPlayer::carryOut(std::int16_t Index) {

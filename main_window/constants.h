@@ -10,8 +10,12 @@
 namespace zvonivec {
 
 inline constexpr const char* APPLICATION_TITLE = "Zvonivec MP3 Player " ZVONIVEC_VERSION;
+inline constexpr const char* APPLICATION_NAME = "Zvonivec MP3 Player";
 inline constexpr const char* WELCOME_TEXT =
     "Vítejte v programu Zvonivec MP3 Player " ZVONIVEC_VERSION;
+
+/// Seconds of a seek by an arrow key or by a notch of the wheel.
+inline constexpr double SHORT_SEEK = 5;
 
 /// Value of gHoverIndex when no button shows its hover picture.
 inline constexpr std::int16_t NO_BUTTON = 10;

@@ -3,6 +3,7 @@
 #include "main_window/layout.h"
 #include "skin/pictures.h"
 
+#include <cstdlib>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -76,9 +77,41 @@ void frmPlayer::connectHandlers() {
     PB.MouseUp = [this](const MouseArgs& mouse) { PB_MouseUp(mouse); };
     imgVolume.MouseUp = [this](const MouseArgs& mouse) { imgVolume_MouseUp(mouse); };
     lblStatus.MouseUp = [this](const MouseArgs& mouse) { lblStatus_MouseUp(mouse); };
+    connectOtherWays();
     Timer1.Tick = [this] { Timer1_Timer(); };
     WMP->PlayStateChange = [this](PlayState newState) { WMP_PlayStateChange(newState); };
     WMP->MediaError = [this] { WMP_MediaError(); };
+}
+
+void frmPlayer::connectOtherWays() {
+    const auto step = [this](int notches, const std::function<void(bool)>& once) {
+        for (int i = 0; i < std::abs(notches) && Loaded(); ++i) {
+            once(notches > 0);
+        }
+    };
+    MouseWheel = [this, step](int notches) { step(notches, [this](bool up) { stepVolume(up); }); };
+    PB.MouseWheel = [this, step](int notches) {
+        step(notches, [this](bool up) { SeekBy(up ? SHORT_SEEK : -SHORT_SEEK); });
+    };
+    takeDroppedFiles();
+
+    Accessible.ShowMenu = [this] { ShowPopupMenuForKeyboard(); };
+    PB.setAccessibleName("Pozice");
+    PB.Accessible.Increase = [this] { SeekBy(SHORT_SEEK); };
+    PB.Accessible.Decrease = [this] { SeekBy(-SHORT_SEEK); };
+    PB.Accessible.SetValue = [this](float seconds) { SeekTo(double{seconds}); };
+    imgVolume.setAccessibleName("Hlasitost");
+    imgVolume.Accessible.Increase = [this] { stepVolume(true); };
+    imgVolume.Accessible.Decrease = [this] { stepVolume(false); };
+    lblTime[0].setAccessibleName("Čas");
+    lblTime[1].setAccessibleName("Délka");
+    lbl_Info_SH.setShadow(true);
+}
+
+void frmPlayer::ReportState() {
+    if (StateChanged) {
+        StateChanged();
+    }
 }
 
 frmPopup& frmPlayer::Popup() {

@@ -29,6 +29,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -71,12 +72,16 @@ public:
 
     /// Lets the user choose a file and plays it; asks again after a file that is no MP3.
     void OpenMp3File();
+    /// Plays a file that comes from elsewhere, or refuses it as OpenMp3File does.
+    void OpenGivenFile(const std::string& path);
 
     // --- Volume: playback/volume.cpp ------------------------------------------------------------
     Image imgVolume;
     Label lblStatus;
 
     void imgVolume_MouseUp(const MouseArgs& mouse);
+    /// Sets the volume in percent.
+    void SetVolume(std::int32_t percent);
 
     // --- Button strip and logo: button_strip.cpp ------------------------------------------------
     Image imgLogo;
@@ -93,6 +98,15 @@ public:
     bool gClickArmed = false;
 
     void imgButtons_MouseUp(std::int16_t Index, const MouseArgs& mouse);
+    /// Does what a click on the button does.
+    void PressButton(std::int16_t Index);
+
+    // --- The desktop's controls: media_control.cpp ----------------------------------------------
+    /// Raised when a file, its state, the volume or the repeat switch has changed.
+    std::function<void()> StateChanged;
+    /// Raised when the user has sought.
+    std::function<void()> PositionJumped;
+    void ReportState();
 
     // --- The engine's events: playback/play_events.cpp ------------------------------------------
     /// The program has stopped the engine itself: the next stopped event is no end of a track.
@@ -140,6 +154,8 @@ private:
     std::unique_ptr<frmPopup> popup_; ///< for Popup
 
     void connectHandlers();
+    /// Connects the wheel, dropped files and assistive technology.
+    void connectOtherWays();
     void Form_Unload() override;
     void Form_CloseRequest() override { CloseApplication(); }
     bool Form_KeyDown(const KeyArgs& key) override;
@@ -154,7 +170,11 @@ private:
     bool passEvents(std::uint32_t call);
 
     // --- Opening a file -------------------------------------------------------------------------
-    bool opening_ = false; ///< OpenMp3File is running
+    bool opening_ = false; ///< OpenMp3File or OpenGivenFile is running
+
+    /// Plays a file and returns False, or shows the box that refuses it.
+    bool refuses(const std::string& path);
+    void Form_FileDropped(const std::string& path) override;
 
     // --- Volume ---------------------------------------------------------------------------------
     void lblStatus_MouseUp(const MouseArgs& mouse);
@@ -175,7 +195,6 @@ private:
     void Form_MouseUp(const MouseArgs& mouse);
 
     // --- Keyboard: keyboard.cpp -----------------------------------------------------------------
-    void pressButton(std::int16_t Index);
     void stepVolume(bool up);
     bool plainKey(std::int16_t KeyCode);
     bool controlKey(std::int16_t KeyCode);
@@ -183,6 +202,7 @@ private:
 
     // --- The engine's events --------------------------------------------------------------------
     void WMP_PlayStateChange(PlayState newState);
+    void trackHasStopped();
     void WMP_MediaError();
 
     // --- Position and seeking -------------------------------------------------------------------

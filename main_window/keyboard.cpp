@@ -6,8 +6,7 @@ namespace zvonivec {
 
 namespace {
 
-/// Seconds of a seek by an arrow key and by a page key.
-constexpr double SHORT_SEEK = 5;
+/// Seconds of a seek by a page key.
 constexpr double LONG_SEEK = 30;
 
 /// Whether a key that is held down goes on having its effect.
@@ -95,19 +94,19 @@ bool frmPlayer::focusedControlKey(Control& focused, std::int16_t KeyCode) {
 bool frmPlayer::plainKey(std::int16_t KeyCode) {
     switch (KeyCode) {
     case 'Z':
-        pressButton(buttonRewind);
+        PressButton(buttonRewind);
         return true;
     case 'X':
-        pressButton(buttonPlay);
+        PressButton(buttonPlay);
         return true;
     case 'C':
-        pressButton(buttonPause);
+        PressButton(buttonPause);
         return true;
     case 'V':
-        pressButton(buttonStop);
+        PressButton(buttonStop);
         return true;
     case 'B':
-        pressButton(buttonForward);
+        PressButton(buttonForward);
         return true;
     case vbKeyUp:
     case vbKeyDown:
@@ -140,7 +139,7 @@ bool frmPlayer::controlKey(std::int16_t KeyCode) {
         Popup().chkPopup[popupRepeat].press();
         return true;
     case 'M':
-        pressButton(buttonMinimise);
+        PressButton(buttonMinimise);
         return true;
     case 'Q':
         CloseApplication();
@@ -148,11 +147,6 @@ bool frmPlayer::controlKey(std::int16_t KeyCode) {
     default:
         return false;
     }
-}
-
-void frmPlayer::pressButton(std::int16_t Index) {
-    gClickArmed = true;
-    imgButtons_MouseUp(Index, {.Button = LEFT_BUTTON});
 }
 
 void frmPlayer::stepVolume(bool up) {

@@ -3,6 +3,8 @@
 
 #include "platform/modDeklarace.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -16,6 +18,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <utility>
 
 namespace zvonivec::modDeklarace {
 
@@ -53,6 +56,31 @@ public:
     }
 };
 
+class Box : public QDialog {
+public:
+    Box(QWidget* owner, QString text) : QDialog(owner), text_(std::move(text)) {}
+    [[nodiscard]] const QString& text() const { return text_; }
+
+private:
+    QString text_;
+};
+
+/// Reports a box as an alert, whose name is read first: the text.
+class AccessibleBox : public QAccessibleWidget {
+public:
+    explicit AccessibleBox(Box* box)
+        : QAccessibleWidget(box, QAccessible::AlertMessage, box->text()) {}
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Description ? widget()->windowTitle()
+                                                : QAccessibleWidget::text(kind);
+    }
+};
+
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+    auto* box = dynamic_cast<Box*>(object);
+    return box != nullptr ? new AccessibleBox(box) : nullptr;
+}
+
 QStyle::StandardPixmap iconOf(int style) {
     return (style & ICON_INFORMATION) != 0 ? QStyle::SP_MessageBoxInformation
                                            : QStyle::SP_MessageBoxCritical;
@@ -62,7 +90,8 @@ QStyle::StandardPixmap iconOf(int style) {
 
 void MessageBoxA(std::uintptr_t owner, const std::string& text, const std::string& title,
                  int style) {
-    QDialog box(QWidget::find(owner));
+    QAccessible::installFactory(makeAccessible); // once, however often it is called
+    Box box(QWidget::find(owner), QString::fromStdString(text));
     box.setWindowTitle(QString::fromStdString(title));
     auto* layout = new QGridLayout(&box);
     layout->setSizeConstraint(QLayout::SetFixedSize);

@@ -20,24 +20,44 @@ void frmPlayer::OpenMp3File() {
         if (!path || !Loaded()) {
             break;
         }
-        WMP->setURL(*path);
-        CD->InitDir = *path;
-        DoEvents();
-        if (!Loaded() || WMP->URL() != *path) {
-            break; // an event in that pass has ended the program or unloaded the file
-        }
-        if (isMp3(WMP->currentMedia().getItemInfo("Filetype"))) {
-            ShowPlayback(true);
-            WMP->controls().play();
+        if (!refuses(*path)) {
             break;
         }
-        if (lblTime[0].Visible()) {
-            ShowPlayback(false);
-        }
-        WMP->setURL("");
-        boxes_->MsgBox("Tento soubor není ve formátu MP3!", vbCritical, APPLICATION_TITLE);
     }
     opening_ = false;
+}
+
+void frmPlayer::OpenGivenFile(const std::string& path) {
+    if (opening_ || !Loaded()) {
+        return;
+    }
+    opening_ = true;
+    refuses(path);
+    opening_ = false;
+}
+
+void frmPlayer::Form_FileDropped(const std::string& path) {
+    OpenGivenFile(path);
+}
+
+bool frmPlayer::refuses(const std::string& path) {
+    WMP->setURL(path);
+    CD->InitDir = path;
+    DoEvents();
+    if (!Loaded() || WMP->URL() != path) {
+        return false; // an event in that pass has ended the program or unloaded the file
+    }
+    if (isMp3(WMP->currentMedia().getItemInfo("Filetype"))) {
+        ShowPlayback(true);
+        WMP->controls().play();
+        return false;
+    }
+    if (lblTime[0].Visible()) {
+        ShowPlayback(false);
+    }
+    WMP->setURL("");
+    boxes_->MsgBox("Tento soubor není ve formátu MP3!", vbCritical, APPLICATION_TITLE);
+    return true;
 }
 
 } // namespace zvonivec

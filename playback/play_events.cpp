@@ -5,9 +5,13 @@
 namespace zvonivec {
 
 void frmPlayer::WMP_PlayStateChange(PlayState newState) {
-    if (newState != PlayState::stopped) {
-        return;
+    if (newState == PlayState::stopped) {
+        trackHasStopped();
     }
+    ReportState();
+}
+
+void frmPlayer::trackHasStopped() {
     if (!gUserStopped) {
         if (Popup().chkPopup[popupRepeat].Value() == 1) {
             WMP->controls().play();

@@ -41,6 +41,9 @@ void frmPlayer::PB_MouseUp(const MouseArgs& mouse) {
     }
     DoEvents();
     showPosition();
+    if (PositionJumped) {
+        PositionJumped();
+    }
     DoEvents();
 }
 
@@ -62,6 +65,7 @@ void frmPlayer::showPosition() {
     if (length > 0 && length != PB.Max()) {
         PB.setMax(length);
         lblTime[1].setCaption(WMP->currentMedia().durationString());
+        ReportState();
     }
     lblTime[0].setCaption(WMP->controls().currentPositionString());
     PB.setValue(std::min(static_cast<float>(WMP->controls().currentPosition()), PB.Max()));

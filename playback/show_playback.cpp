@@ -49,6 +49,10 @@ void frmPlayer::ShowPlayback(bool playing) {
     lblTime[0].setVisible(playing);
     lblTime[1].setVisible(playing);
     PB.setVisible(playing);
+    if (playing) {
+        lbl_Info.announce(lbl_Info.accessibleTraits().name);
+    }
+    ReportState();
     if (passEvents(call)) {
         Timer1.setEnabled(true);
     }

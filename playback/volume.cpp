@@ -22,10 +22,20 @@ void frmPlayer::lblStatus_MouseUp(const MouseArgs& mouse) {
     imgVolume_MouseUp(mouse);
 }
 
+void frmPlayer::SetVolume(std::int32_t percent) {
+    WMP->settings().setVolume(percent);
+    showVolume();
+}
+
 void frmPlayer::showVolume() {
     imgVolume.setTag(std::to_string(WMP->settings().volume()));
     lblStatus.setCaption(imgVolume.Tag() + "% hlasitost");
-    imgVolume.setAccessibleName(lblStatus.Caption());
+    const std::int32_t percent = WMP->settings().volume();
+    imgVolume.setAccessibleRange({.value = static_cast<float>(percent),
+                                  .minimum = 0,
+                                  .maximum = 100,
+                                  .text = imgVolume.Tag() + " %"});
+    ReportState();
 }
 
 } // namespace zvonivec

@@ -31,6 +31,7 @@ void frmPopup::chkPopup_Click(std::int16_t Index) {
     if (Index == popupOnTop) {
         placeMainWindowInStack();
     }
+    player_.ReportState();
 }
 
 void frmPopup::lblPopup_Click(std::int16_t Index) {

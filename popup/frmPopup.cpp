@@ -27,6 +27,7 @@ frmPopup::frmPopup(frmPlayer& player)
       picPopup(*this, "picPopup"), chkPopup{CheckBox(picPopup, "chkPopup_0"),
                                             CheckBox(picPopup, "chkPopup_1")},
       lblPopup(makeItems(picPopup, std::make_index_sequence<POPUP_ITEM_COUNT>())), player_(player) {
+    setCaption("Nabídka"); // for assistive technology alone
     std::vector<Control*> controls{&picPopup, &chkPopup[0], &chkPopup[1]};
     for (Label& item : lblPopup) {
         controls.push_back(&item);
@@ -99,9 +100,11 @@ void frmPopup::Form_QueryUnload() {
 void frmPopup::clearHighlight() {
     for (Label& item : lblPopup) {
         item.setBackColor(MENU_BACK_COLOR);
+        item.setCurrent(false);
     }
     for (CheckBox& box : chkPopup) {
         box.setBackColor(MENU_BACK_COLOR);
+        box.setCurrent(false);
     }
 }
 
@@ -115,6 +118,7 @@ void frmPopup::lblPopup_MouseMove(std::int16_t Index, const MouseArgs& /*mouse*/
     }
     clearHighlight();
     item.setBackColor(HIGHLIGHT_BACK_COLOR);
+    item.setCurrent(true);
 }
 
 void frmPopup::chkPopup_MouseMove(std::int16_t Index, const MouseArgs& /*mouse*/) {
@@ -124,6 +128,7 @@ void frmPopup::chkPopup_MouseMove(std::int16_t Index, const MouseArgs& /*mouse*/
     }
     clearHighlight();
     box.setBackColor(HIGHLIGHT_BACK_COLOR);
+    box.setCurrent(true);
 }
 
 } // namespace zvonivec

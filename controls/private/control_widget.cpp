@@ -5,13 +5,20 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QDir>
+#include <QDropEvent>
 #include <QHelpEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSysInfo>
 #include <QTextDocument>
 #include <QToolTip>
+#include <QUrl>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 
 namespace zvonivec {
 
@@ -93,6 +100,22 @@ void call(const Control::MouseHandler& handler, const MouseArgs& args) {
     }
 }
 
+/// Returns the path of the file that is dragged, if it is one file of this machine.
+std::optional<QString> onlyLocalFile(const QMimeData& data) {
+    const QList<QUrl> urls = data.urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile()) {
+        return std::nullopt;
+    }
+    QUrl url = urls.front();
+    const QString host = url.host();
+    if (!host.isEmpty() && host != QStringLiteral("localhost") &&
+        host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0) {
+        return std::nullopt;
+    }
+    url.setHost({});
+    return url.toLocalFile();
+}
+
 /// Returns a text that QToolTip shows as plain text. QToolTip guesses from a text whether it is
 /// HTML.
 QString asPlainToolTip(const std::string& text) {
@@ -130,6 +153,14 @@ bool ControlWidget::event(QEvent* event) {
             const auto& move = *static_cast<QMouseEvent*>(event);
             call(control_->MouseMove, toArgs(move, move.buttons()));
         }
+        return true;
+    case QEvent::Wheel:
+        takeWheel(*static_cast<QWheelEvent*>(event));
+        return true;
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        takeDrag(*static_cast<QDropEvent*>(event), event->type() == QEvent::Drop);
         return true;
     case QEvent::KeyPress:
         return takeKey(*static_cast<QKeyEvent*>(event)) || QWidget::event(event);
@@ -171,6 +202,44 @@ void ControlWidget::takeRelease(const QMouseEvent& event) {
     call(control_->MouseUp, toArgs(event, event.button()));
     if (control_->Enabled() && rect().contains(event.position().toPoint())) {
         control_->clicked(toButtons(event.button()));
+    }
+}
+
+void ControlWidget::takeWheel(QWheelEvent& event) {
+    constexpr int notch = 120;
+    event.accept();
+    ControlWidget* receiver = this;
+    while (!receiver->control_->MouseWheel && !receiver->isWindow()) {
+        receiver = static_cast<ControlWidget*>(receiver->parentWidget());
+    }
+    if (!receiver->control_->MouseWheel) {
+        return;
+    }
+    const int turned = event.angleDelta().y();
+    const bool turnsBack = turned > 0 ? receiver->wheelTurned_ < 0 : receiver->wheelTurned_ > 0;
+    receiver->wheelTurned_ = turned + (turnsBack ? 0 : receiver->wheelTurned_);
+    const int notches = receiver->wheelTurned_ / notch;
+    receiver->wheelTurned_ %= notch;
+    if (notches != 0) {
+        receiver->control_->MouseWheel(notches);
+    }
+}
+
+void ControlWidget::takeDrag(QDropEvent& event, bool isDropped) {
+    const std::optional<QString> file = onlyLocalFile(*event.mimeData());
+    if (!FileDropped || !file || QApplication::activeModalWidget() != nullptr) {
+        event.ignore();
+        return;
+    }
+    // The file stays where it is, whatever the other program would rather do.
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+    if (isDropped) {
+        // Posted, because the other program waits for this event's end, and a box may be shown.
+        QMetaObject::invokeMethod(
+            this,
+            [this, path = *file] { FileDropped(QDir::toNativeSeparators(path).toStdString()); },
+            Qt::QueuedConnection);
     }
 }
 

@@ -37,6 +37,8 @@ public:
     std::function<void(bool)> SightChanged;
     /// The widgets of a window that the Tab key goes around.
     std::vector<QWidget*> TabOrder;
+    /// Called for a window that accepts drops when a file of this machine was dropped on it.
+    std::function<void(const std::string&)> FileDropped;
     /// Called for a window when a key is pressed in it. Returns whether the key has been used.
     std::function<bool(const KeyArgs&)> KeyPressed;
 
@@ -51,12 +53,15 @@ protected:
 private:
     void takePress(const QMouseEvent& event);
     void takeRelease(const QMouseEvent& event);
+    void takeWheel(QWheelEvent& event);
+    void takeDrag(QDropEvent& event, bool isDropped);
     bool takeKey(QKeyEvent& event);
     void showFocus();
     void showToolTip(const QPoint& globalPosition);
 
     Control* control_ = nullptr;
     FocusRing* focusRing_ = nullptr; ///< of a window in which a control has had the focus
+    int wheelTurned_ = 0;            ///< eighths of a degree that make no whole notch yet
     Qt::MouseButtons captured_;      ///< buttons that were pressed over this control
 };
 

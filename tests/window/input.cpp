@@ -1,9 +1,16 @@
 #include "tests/window/input.h"
 
 #include <QCoreApplication>
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDragMoveEvent>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPointer>
 #include <QString>
+#include <QWheelEvent>
 #include <QWindow>
+#include <gtest/gtest.h>
 #include <qtguiglobal.h>
 
 // The toolkit's own functions for tests. The library that declares them isn't built for every
@@ -57,6 +64,41 @@ void doubleClick(QWindow& window, Qt::MouseButton button, QPoint place) {
     send(window, QEvent::MouseButtonPress, button, place);
     send(window, QEvent::MouseButtonRelease, button, place);
     QCoreApplication::processEvents();
+}
+
+void wheel(QWindow& window, QPoint place, int turned) {
+    QWheelEvent event(place, window.mapToGlobal(place), {}, QPoint(0, turned), Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&window, &event);
+    QCoreApplication::processEvents();
+}
+
+bool drag(QWindow& window, QPoint place, const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window, &enter);
+    QDragMoveEvent move(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    move.ignore();
+    QCoreApplication::sendEvent(&window, &move);
+    const bool taken = move.isAccepted();
+    EXPECT_TRUE(!taken || move.dropAction() == Qt::CopyAction);
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(&window, &leave);
+    return taken;
+}
+
+bool drop(QWindow& window, QPoint place, const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&window, &enter);
+    QDropEvent event(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    event.ignore();
+    QCoreApplication::sendEvent(&window, &event);
+    const bool taken = event.isAccepted();
+    QCoreApplication::processEvents();
+    return taken;
 }
 
 void key(QWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text) {

@@ -24,6 +24,7 @@ protected:
     }
     void press(std::size_t item) {
         of(item).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCoreApplication::processEvents();
     }
 };
 
@@ -42,6 +43,39 @@ TEST_F(MenuAccessibility, DimmedItemsAreNotAvailable) {
         EXPECT_FALSE(of(item).state().disabled) << item;
         EXPECT_TRUE(canBePressed(item)) << item;
     }
+}
+
+TEST_F(MenuAccessibility, TheMenuContainsItsEntriesAsTheyLie) {
+    QAccessibleInterface* menu = QAccessible::queryAccessibleInterface(&popupWindow());
+    EXPECT_EQ(menu->role(), QAccessible::PopupMenu);
+    EXPECT_EQ(menu->text(QAccessible::Name), "Nabídka");
+    std::vector<QString> names;
+    for (int i = 0; i < menu->childCount(); ++i) {
+        QAccessibleInterface* entry = menu->child(i);
+        EXPECT_EQ(entry->parent(), menu);
+        names.push_back(entry->text(QAccessible::Name));
+        if (names.back().isEmpty()) {
+            EXPECT_EQ(entry->role(), QAccessible::Separator);
+            EXPECT_TRUE(entry->actionInterface()->actionNames().isEmpty());
+            EXPECT_FALSE(entry->state().focusable);
+        }
+    }
+    EXPECT_EQ(names, (std::vector<QString>{"Otevřít...", "Vlastnosti", "", "Vždy navrchu",
+                                           "Přehrávat opakovaně", "Zesílit hlasitost o 10%",
+                                           "Zeslabit hlasitost o 10%", "", "Přetočit dozadu",
+                                           "Pozastavit", "Přehrát", "Zastavit", "Přetočit dopředu",
+                                           "", "O programu", "Minimalizovat", "Konec"}));
+}
+
+TEST_F(MenuAccessibility, TheLitEntryHasTheFocus) {
+    moveOver(popup().lblPopup[13]);
+    EXPECT_TRUE(of(13).state().focused);
+    EXPECT_FALSE(of(14).state().focused);
+    moveOver(popup().lblPopup[14]);
+    EXPECT_FALSE(of(13).state().focused);
+    EXPECT_TRUE(of(14).state().focused);
+    popup().Form_Deactivate();
+    EXPECT_FALSE(of(14).state().focused);
 }
 
 TEST_F(MenuAccessibility, ItemsOfAFileAreAvailableWithOne) {
