@@ -1,5 +1,6 @@
 #include "controls/Application.h"
 #include "main_window/frmPlayer.h"
+#include "main_window/media_control.h"
 #include "platform/confinement.h"
 #include "platform/display.h"
 #include "platform/display_loss.h"
@@ -34,5 +35,6 @@ int main() {
     const EndRequests endRequests([&player] { player.CloseApplication(); });
     const DisplayLoss displayLoss([&player] { player.SaveSettings(); });
     player.Form_Load();
+    const MediaControl mediaControl(player);
     return application.run();
 }
