@@ -5,6 +5,7 @@
 #include "controls/private/font.h"
 
 #include <QAccessible>
+#include <QImage>
 #include <QPainter>
 #include <algorithm>
 #include <utility>
@@ -25,6 +26,27 @@ Qt::Alignment flagOf(Alignment alignment) {
         break;
     }
     return Qt::AlignLeft;
+}
+
+/// Returns a text's shadow without the pixels that lie left of or above a stroke of the text. With
+/// them, the narrow gaps within and between letters of few pixels would fill up. The text lies a
+/// pixel left of and above its shadow.
+QImage besideStrokes(const QImage& shadow) {
+    QImage result = shadow;
+    const auto coverage = [&shadow](int x, int y) {
+        return x < shadow.width() && y < shadow.height() ? qAlpha(shadow.pixel(x, y)) : 0;
+    };
+    for (int y = 0; y < shadow.height(); ++y) {
+        for (int x = 0; x < shadow.width(); ++x) {
+            const int stroke = std::max(coverage(x + 2, y + 1), coverage(x + 1, y + 2));
+            const QRgb whole = shadow.pixel(x, y);
+            const auto part = [stroke](int value) { return value * (255 - stroke) / 255; };
+            result.setPixel(x, y,
+                            qRgba(part(qRed(whole)), part(qGreen(whole)), part(qBlue(whole)),
+                                  part(qAlpha(whole))));
+        }
+    }
+    return result;
 }
 
 } // namespace
@@ -114,10 +136,21 @@ void Label::paint(QPainter& painter) {
     if (!transparent_) {
         painter.fillRect(painter.window(), toQColour(BackColor()));
     }
-    painter.setFont(formFont(bold_));
-    painter.setPen(toQColour(ForeColor()));
-    CaptionText::of(QString::fromStdString(caption_))
-        .draw(painter, painter.window(), flagOf(alignment_));
+    const auto draw = [this](QPainter& on) {
+        on.setFont(formFont(bold_));
+        on.setPen(toQColour(ForeColor()));
+        CaptionText::of(QString::fromStdString(caption_)).draw(on, on.window(), flagOf(alignment_));
+    };
+    if (!shadow_ || widget().devicePixelRatioF() != 1) {
+        draw(painter);
+        return;
+    }
+    QImage shadow(widget().size(), QImage::Format_ARGB32_Premultiplied);
+    shadow.fill(Qt::transparent);
+    QPainter onShadow(&shadow);
+    draw(onShadow);
+    onShadow.end();
+    painter.drawImage(0, 0, besideStrokes(shadow));
 }
 
 } // namespace zvonivec

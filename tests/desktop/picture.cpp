@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QString>
+#include <algorithm>
 #include <limits>
 
 namespace support {
@@ -96,8 +97,28 @@ Picture Picture::informationStrip(const std::string& text) {
     QPainter painter(&strip);
     painter.setFont(font);
     const auto flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine;
-    painter.setPen(QColor(224, 224, 224));
-    painter.drawText(QRect(1, 1, width, LINE_HEIGHT), flags, line);
+    // The shadow has nothing left of and above a stroke, so that no gap fills up.
+    QImage letters(width + 2, LINE_HEIGHT + 3, QImage::Format_ARGB32_Premultiplied);
+    letters.fill(Qt::transparent);
+    QPainter onLetters(&letters);
+    onLetters.setFont(font);
+    onLetters.setPen(QColor(224, 224, 224));
+    onLetters.drawText(QRect(0, 0, width, LINE_HEIGHT), flags, line);
+    onLetters.end();
+    QImage shadow = letters.copy(0, 0, width, LINE_HEIGHT);
+    for (int y = 0; y < shadow.height(); ++y) {
+        for (int x = 0; x < shadow.width(); ++x) {
+            const int below = y + 2 < LINE_HEIGHT ? qAlpha(letters.pixel(x + 1, y + 2)) : 0;
+            const int beside =
+                x + 2 < width && y + 1 < LINE_HEIGHT ? qAlpha(letters.pixel(x + 2, y + 1)) : 0;
+            const int left = 255 - std::max(below, beside);
+            const QRgb whole = letters.pixel(x, y);
+            shadow.setPixel(x, y,
+                            qRgba(qRed(whole) * left / 255, qGreen(whole) * left / 255,
+                                  qBlue(whole) * left / 255, qAlpha(whole) * left / 255));
+        }
+    }
+    painter.drawImage(1, 1, shadow);
     painter.setPen(QColor(255, 255, 0));
     painter.drawText(QRect(0, 0, width, LINE_HEIGHT), flags, line);
     painter.end();

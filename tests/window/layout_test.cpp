@@ -166,6 +166,35 @@ TEST_F(Layout, TheShadowLiesBeneathTheText) {
     EXPECT_EQ(shown.pixelColor(6, 6), QColor(255, 255, 0));
 }
 
+TEST_F(Layout, TheShadowStaysOutOfTheGapsBetweenStrokes) {
+    start();
+    player().Timer1.setEnabled(false);
+    QWidget& strip = *widgetOf(window(), player().picDisplay);
+    player().lbl_Info_SH.setVisible(false);
+    const QImage text = pictureOf(strip);
+    player().lbl_Info_SH.setVisible(true);
+    player().lbl_Info.setVisible(false);
+    const QImage shadow = pictureOf(strip);
+    player().lbl_Info.setVisible(true);
+
+    int shaded = 0;
+    int strokes = 0;
+    for (int y = 0; y + 1 < text.height(); ++y) {
+        for (int x = 0; x + 1 < text.width(); ++x) {
+            const auto isStroke = [&text](int column, int row) {
+                return text.pixelColor(column, row) == QColor(255, 255, 0);
+            };
+            shaded += shadow.pixelColor(x, y) == QColor(224, 224, 224) ? 1 : 0;
+            if (isStroke(x + 1, y) || isStroke(x, y + 1)) {
+                ++strokes;
+                EXPECT_EQ(shadow.pixelColor(x, y), QColor(0, 160, 192)) << x << ' ' << y;
+            }
+        }
+    }
+    EXPECT_GT(strokes, 100);
+    EXPECT_GT(shaded, 20) << "the rest has the shadow's own colour";
+}
+
 TEST_F(Layout, TheTimesAreEmptyAndGrowWithTheirCaptions) {
     EXPECT_EQ(player().lblTime[0].Caption(), "");
     EXPECT_EQ(player().lblTime[1].Caption(), "");
