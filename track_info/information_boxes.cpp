@@ -1,5 +1,6 @@
 // The properties box and the About box.
 
+#include "contact.h"
 #include "main_window/frmPlayer.h"
 
 namespace zvonivec {
@@ -14,9 +15,8 @@ constexpr const char* ABOUT_TEXT =
     "Grafika tlačítek a pozadí je vlastní kresba tohoto projektu, zpracovaná podle zveřejněných "
     "grafických návrhů přenosných přehrávačů MP3."
     "\r\n\r\n"
-    "E-mail:\t\tzvonivec@example.org"
-    "\r\n"
-    "Home page:\thttps://zvonivec.example.org/";
+    "E-mail:\t\t" ZVONIVEC_EMAIL "\r\n"
+    "Home page:\t" ZVONIVEC_HOME_PAGE;
 
 } // namespace
 

@@ -1,5 +1,6 @@
 // The texts of the properties box and the About box.
 
+#include "contact.h"
 #include "tests/window/player_test.h"
 
 namespace zvonivec {
@@ -85,8 +86,10 @@ TEST_F(Information, TheAboutBoxNamesToolsGraphicsAndAddresses) {
     EXPECT_EQ(text.find("\r\n\r\n", addresses + 4), std::string::npos);
     EXPECT_NE(text.substr(0, drawing).find("Qt"), std::string::npos);
     EXPECT_NE(text.substr(drawing, addresses - drawing).find("Grafika"), std::string::npos);
-    EXPECT_EQ(text.substr(addresses + 4), "E-mail:\t\tzvonivec@example.org\r\n"
-                                          "Home page:\thttps://zvonivec.example.org/");
+    EXPECT_EQ(text.substr(addresses + 4),
+              "E-mail:\t\t" ZVONIVEC_EMAIL "\r\nHome page:\t" ZVONIVEC_HOME_PAGE);
+    EXPECT_STRNE(ZVONIVEC_EMAIL, "");
+    EXPECT_STRNE(ZVONIVEC_HOME_PAGE, "");
 }
 
 } // namespace
