@@ -12,24 +12,30 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Most decoded frames that wait for the device: 0.7 s at 44.1 kHz.
-constexpr std::size_t FEED_CAPACITY = 32768;
-/// Interval at which a full feed is topped up and the device checked.
-constexpr auto PLAYING_RHYTHM = 250ms;
-/// The same interval while the feed is low.
+/// Frames that have not been heard yet, in the device and before it: 3.6 s at 44.1 kHz.
+constexpr std::size_t FEED_CAPACITY = 160000;
+/// Time of decoded frames that wait for the device: what a device asks for at once, and what a
+/// disk that stalls may take.
+constexpr auto AHEAD = 1000ms;
+/// How long decoding goes on before a device that waits gets what there is. A server that is given
+/// a little at a time runs dry in between, because it mixes ahead of what is heard.
+constexpr auto FIRST_PATIENCE = 10ms;
+/// Shortest sleep while a device that doesn't ask is supplied, or the end comes near.
 constexpr auto HURRY = 4ms;
-constexpr std::uint64_t FEED_LOW = FEED_CAPACITY / 4;
 /// How long an idle device stays open for the next command.
 constexpr auto DEVICE_LINGER = 1500ms;
-/// Time for the user-interface thread to answer the end of a track with play.
-constexpr auto END_REACTION = 25ms;
+/// How long before the last frame is heard the end is reported: time for the user-interface thread
+/// to answer with play, and for an output to take the frames that follow.
+constexpr auto END_LEAD = 100ms;
 /// Shortest time from a restart to the next end. A track of no samples would otherwise repeat as
 /// fast as the processor can.
 constexpr auto SHORTEST_REPEAT = 50ms;
-/// How long end waits for the thread. Closing a device takes a tenth of a second.
+/// How long end waits for the threads.
 constexpr auto END_PATIENCE = 500ms;
-/// Bytes of a file that are measured before the thread looks for commands and fills the feed.
-constexpr std::uint64_t STUDY_SLICE = std::uint64_t{1} << 20U;
+/// How long a file is measured before the thread looks for commands and fills the feed, unless a
+/// single read takes longer; and how many bytes before it looks at the clock.
+constexpr auto STUDY_TIME = 5ms;
+constexpr std::uint64_t STUDY_SLICE = std::uint64_t{64} * 1024;
 
 std::int64_t frameAt(double seconds, int sampleRate) {
     constexpr double most = 1e15; // any larger number might not fit the type
@@ -38,33 +44,39 @@ std::int64_t frameAt(double seconds, int sampleRate) {
 
 } // namespace
 
-DecoderThread::DecoderThread(Events events)
-    : events_(std::move(events)), feed_(FEED_CAPACITY), output_(feed_) {}
-
 std::shared_ptr<DecoderThread> DecoderThread::create(Events events) {
     std::shared_ptr<DecoderThread> created(new DecoderThread(std::move(events)));
+    created->output_ = OutputThread::create(
+        FEED_CAPACITY, [weak = std::weak_ptr<DecoderThread>(created)] {
+            if (const auto thread = weak.lock()) {
+                thread->lookAtOutput();
+            }
+        });
     created->thread_ = std::thread([created] { created->work(); });
     return created;
 }
 
 void DecoderThread::end() {
+    const auto deadline = Clock::now() + END_PATIENCE;
     {
         const std::lock_guard lock(eventMutex_);
         events_ = {};
     }
     send({.kind = Command::Kind::quit});
+    output_->quit();
     std::unique_lock lock(commandMutex_);
-    const bool finished = finishedCame_.wait_for(lock, END_PATIENCE, [this] { return finished_; });
+    const bool finished = finishedCame_.wait_until(lock, deadline, [this] { return finished_; });
     lock.unlock();
     if (finished) {
         thread_.join();
     } else {
         thread_.detach();
     }
+    output_->end(deadline);
 }
 
-void DecoderThread::load(std::shared_ptr<LoadedFile> file) {
-    send({.kind = Command::Kind::load, .file = std::move(file)});
+void DecoderThread::load(std::shared_ptr<LoadedFile> file, std::string name) {
+    send({.kind = Command::Kind::load, .file = std::move(file), .name = std::move(name)});
 }
 
 void DecoderThread::start(std::uint64_t run, std::uint64_t stream, double seconds) {
@@ -95,6 +107,13 @@ void DecoderThread::send(Command command) {
     commandCame_.notify_one();
 }
 
+/// Called on the output's thread.
+void DecoderThread::lookAtOutput() {
+    const std::lock_guard lock(commandMutex_);
+    outputChanged_ = true;
+    commandCame_.notify_one();
+}
+
 std::optional<double> DecoderThread::position(std::uint64_t run) const {
     Segment segment;
     {
@@ -104,14 +123,9 @@ std::optional<double> DecoderThread::position(std::uint64_t run) const {
     if (segment.run != run) {
         return std::nullopt;
     }
-    // The frames that the device took last are heard after those that it held before.
-    const SampleFeed::Taken taken = feed_.taken();
-    const double elapsed = std::chrono::duration<double>(Clock::now() - taken.when).count();
-    const double sinceTaken =
-        elapsed * segment.sampleRate - static_cast<double>(taken.count) - latencyFrames_.load();
-    const double takenOfRun =
-        static_cast<double>(taken.end) - static_cast<double>(segment.feedFrame);
-    const double heard = std::max(0.0, takenOfRun + std::min(0.0, sinceTaken));
+    const std::uint64_t frame = output_->feed().heardFrame(Clock::now());
+    const double heard =
+        frame > segment.feedFrame ? static_cast<double>(frame - segment.feedFrame) : 0.0;
     return (static_cast<double>(segment.trackFrame) + heard) / segment.sampleRate;
 }
 
@@ -120,7 +134,7 @@ void DecoderThread::work() {
     for (;;) {
         {
             std::unique_lock lock(commandMutex_);
-            const auto came = [this] { return !commands_.empty(); };
+            const auto came = [this] { return !commands_.empty() || outputChanged_; };
             if (const auto wake = nextWake()) {
                 commandCame_.wait_until(lock, *wake, came);
             } else {
@@ -128,10 +142,10 @@ void DecoderThread::work() {
             }
             commands.swap(commands_);
             commandsWait_.store(false);
+            outputChanged_ = false;
         }
         for (Command& command : commands) {
             if (command.kind == Command::Kind::quit) {
-                dropOutput();
                 const std::lock_guard lock(commandMutex_);
                 finished_ = true;
                 finishedCame_.notify_one();
@@ -146,36 +160,46 @@ void DecoderThread::work() {
     }
 }
 
+/// When to look again if nobody wakes the thread. Nothing: not before.
 std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const {
     if (!studied_) {
         return Clock::now();
     }
-    if (playing_) {
-        if (!decodedAll_) {
-            return Clock::now() + (waiting() < FEED_LOW ? HURRY : PLAYING_RHYTHM);
-        }
-        const double left = static_cast<double>(waiting()) - static_cast<double>(endLead());
-        const std::chrono::duration<double> time(std::max(0.0, left) / sampleRate_);
-        return std::max(endNotBefore_,
-                        Clock::now() + std::clamp<Clock::duration>(
-                                           std::chrono::duration_cast<Clock::duration>(time), HURRY,
-                                           PLAYING_RHYTHM));
+    const OutputThread::State state = output_->state();
+    if (!playing_) {
+        return state == OutputThread::State::open
+                   ? std::optional(idleSince_ + DEVICE_LINGER)
+                   : std::nullopt;
     }
-    if (output_.isOpen()) {
-        return idleSince_ + DEVICE_LINGER;
+    if (!inFeed_ || (state != OutputThread::State::open && !decodedAll_)) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    std::uint64_t spare = 0;
+    auto earliest = Clock::now() + HURRY;
+    if (decodedAll_) {
+        spare = framesToHear() - std::min(framesToHear(), framesIn(END_LEAD));
+        earliest = std::max(earliest, endNotBefore_);
+    } else if (output_->callsForMore()) {
+        return std::nullopt;
+    } else {
+        spare = waiting() - std::min(waiting(), framesIn(AHEAD / 2));
+    }
+    const std::chrono::duration<double> time(static_cast<double>(spare) / format_.sampleRate);
+    return std::max(earliest,
+                    Clock::now() + std::chrono::duration_cast<Clock::duration>(time));
 }
 
 void DecoderThread::obey(Command& command) {
-    if (!playing_ && output_.lost()) {
-        dropOutput(); // nothing was playing, so this is no failure; play opens a new device
+    if (const auto state = output_->state(); !playing_ && (state == OutputThread::State::lost ||
+                                                           state == OutputThread::State::failed)) {
+        output_->close(); // a loss while nothing played is no failure; play opens a new device
     }
     switch (command.kind) {
     case Command::Kind::load:
         playing_ = false;
         decoder_.reset();
         file_ = std::move(command.file);
+        output_->setTitle(command.name);
         tags_.reset();
         studied_ = !file_ || file_->measure() == nullptr;
         break;
@@ -211,29 +235,38 @@ void DecoderThread::begin(const Command& command) {
         fail(*failure);
         return;
     }
-    if (decoder_->sampleRate() != sampleRate_ || decoder_->channels() != channels_) {
-        output_.close();
-        sampleRate_ = decoder_->sampleRate();
-        channels_ = decoder_->channels();
-        feed_.setFormat(channels_, sampleRate_);
-    }
-    if (command.kind == Command::Kind::start) {
-        feed_.beginStream(command.stream);
-        streamStart_ = feed_.writeIndex();
-        if (!output_.isOpen()) {
-            feed_.dropOld();
-        }
-    }
-    {
-        const std::lock_guard lock(segmentMutex_);
-        segment_ = {run_, feed_.writeIndex(), frame, sampleRate_};
-    }
+    began_ = command;
+    firstFrame_ = frame;
+    inFeed_ = false;
     endNotBefore_ =
         Clock::now() +
         (command.kind == Command::Kind::restart ? Clock::duration(SHORTEST_REPEAT) : 0ms);
     decodedAll_ = false;
     failure_.reset();
     playing_ = true;
+}
+
+/// Makes the feed ready for what was begun. Returns False while a device of another format is being
+/// closed.
+bool DecoderThread::beginInFeed() {
+    SampleFeed& feed = output_->feed();
+    const AudioFormat format{decoder_->sampleRate(), decoder_->channels()};
+    if (format != format_) {
+        output_->close();
+        if (output_->state() != OutputThread::State::closed) {
+            return false;
+        }
+        format_ = format;
+        feed.setFormat(format.channels, format.sampleRate);
+    }
+    if (began_.kind == Command::Kind::start) {
+        feed.beginStream(began_.stream);
+        streamStart_ = feed.writeIndex();
+    }
+    feed.setComplete(false);
+    const std::lock_guard lock(segmentMutex_);
+    segment_ = {run_, feed.writeIndex(), firstFrame_, format_.sampleRate};
+    return true;
 }
 
 void DecoderThread::studyFile() {
@@ -243,8 +276,14 @@ void DecoderThread::studyFile() {
     FileMeasure& measure = *file_->measure();
     if (!tags_) {
         tags_ = readTags(file_->reader());
-    } else if (!measure.done()) {
-        measure.walk(STUDY_SLICE);
+        if (!tags_->title.empty()) {
+            output_->setTitle(tags_->title);
+        }
+    } else {
+        const auto end = Clock::now() + STUDY_TIME;
+        while (!measure.done() && !commandsWait_.load() && Clock::now() < end) {
+            measure.walk(STUDY_SLICE);
+        }
     }
     if (measure.done()) {
         studied_ = true;
@@ -257,22 +296,28 @@ void DecoderThread::play() {
         return;
     }
     idleSince_ = Clock::now();
-    if (output_.lost()) {
-        fail({Failure::Cause::deviceLost, {}});
+    const auto state = output_->state();
+    if (state == OutputThread::State::lost || state == OutputThread::State::failed) {
+        const bool lost = state == OutputThread::State::lost;
+        fail(lost ? Failure{Failure::Cause::deviceLost, {}} : output_->failure());
+        output_->close();
         return;
     }
-    fillFeed();
-    if (!output_.isOpen() && waiting() != 0) {
-        if (const auto failure = output_.open(sampleRate_, channels_)) {
-            fail(*failure);
-            return;
-        }
-        latencyFrames_.store(output_.heldFrames());
-        fillFeed(); // enough to last until the next wake-up
+    inFeed_ = inFeed_ || beginInFeed();
+    if (!inFeed_) {
+        return;
     }
-    // The end is reported while the device still has some tens of milliseconds to play, so that a
-    // track that is repeated follows without a gap.
-    if (decodedAll_ && waiting() <= endLead() && Clock::now() >= endNotBefore_) {
+    if (output_->state() == OutputThread::State::closed) {
+        output_->feed().dropOld();
+        fillFeed(FIRST_PATIENCE);
+        if (waiting() != 0) {
+            output_->open(format_);
+        }
+    }
+    fillFeed(Clock::duration::max());
+    // The device still has some time to play when the end is reported, so that a repeated track
+    // can follow without a gap.
+    if (decodedAll_ && framesToHear() <= framesIn(END_LEAD) && Clock::now() >= endNotBefore_) {
         if (failure_) {
             fail(*failure_);
         } else {
@@ -282,33 +327,49 @@ void DecoderThread::play() {
     }
 }
 
-/// Frames that the device hasn't taken yet when the end of the track is reported.
-std::uint64_t DecoderThread::endLead() const {
-    const auto reaction = std::chrono::duration<double>(END_REACTION).count() * sampleRate_;
-    return static_cast<std::uint64_t>(output_.periodFrames()) +
-           static_cast<std::uint64_t>(reaction);
-}
-
 /// Frames of the current stream that the device hasn't taken yet.
 std::uint64_t DecoderThread::waiting() const {
-    return feed_.writeIndex() - std::max(feed_.readIndex(), streamStart_);
+    const SampleFeed& feed = output_->feed();
+    return feed.writeIndex() - std::max(feed.readIndex(), streamStart_);
 }
 
-void DecoderThread::fillFeed() {
-    constexpr std::size_t mostFrames = 1152; // in one block of the decoder
-    // Opening the device shouldn't wait for a full feed.
-    const std::uint64_t enough = output_.isOpen() ? FEED_CAPACITY : FEED_LOW;
-    while (!decodedAll_ && feed_.space() >= mostFrames && waiting() < enough &&
-           !commandsWait_.load()) {
+/// Frames of the current stream that haven't been heard yet.
+std::uint64_t DecoderThread::framesToHear() const {
+    const SampleFeed& feed = output_->feed();
+    const std::uint64_t heard = std::max(feed.heardFrame(Clock::now()), streamStart_);
+    return feed.writeIndex() - std::min(feed.writeIndex(), heard);
+}
+
+std::uint64_t DecoderThread::framesIn(std::chrono::milliseconds time) const {
+    return static_cast<std::uint64_t>(time.count()) *
+           static_cast<std::uint64_t>(format_.sampleRate) / 1000;
+}
+
+/// Decodes ahead, but not for longer than a limit.
+void DecoderThread::fillFeed(Clock::duration limit) {
+    constexpr std::size_t mostFrames = 1152; // of one block of the decoder
+    SampleFeed& feed = output_->feed();
+    auto supplied = Clock::now();
+    const auto begin = supplied;
+    while (!decodedAll_ && feed.space() >= mostFrames && waiting() < framesIn(AHEAD) &&
+           !commandsWait_.load() && Clock::now() - begin < limit) {
         const Mp3Decoder::Block block = decoder_->read();
         if (block.result == Mp3Decoder::Result::samples) {
-            feed_.write(block.samples);
+            feed.write(block.samples);
         } else {
             decodedAll_ = true;
+            feed.setComplete(true);
             if (block.result == Mp3Decoder::Result::failed) {
                 failure_ = decoder_->failure();
             }
         }
+        if (feed.isStarving() && Clock::now() - supplied >= FIRST_PATIENCE) {
+            output_->supply();
+            supplied = Clock::now();
+        }
+    }
+    if (feed.isStarving() && waiting() != 0) {
+        output_->supply();
     }
 }
 
@@ -327,17 +388,10 @@ void DecoderThread::reportEnd() {
     }
 }
 
-void DecoderThread::dropOutput() {
-    output_.close();
-    output_.reset();
-}
-
 void DecoderThread::restIfIdle() {
-    if (playing_ || !output_.isOpen()) {
-        return;
-    }
-    if (output_.lost() || Clock::now() - idleSince_ >= DEVICE_LINGER) {
-        dropOutput();
+    if (!playing_ && output_->state() == OutputThread::State::open &&
+        Clock::now() - idleSince_ >= DEVICE_LINGER) {
+        output_->close();
     }
 }
 

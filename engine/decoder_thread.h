@@ -5,8 +5,7 @@
 #include "engine/decoding/mp3_decoder.h"
 #include "engine/failure.h"
 #include "engine/loaded_file.h"
-#include "engine/output/audio_output.h"
-#include "engine/output/sample_feed.h"
+#include "engine/output/output_thread.h"
 
 #include <atomic>
 #include <chrono>
@@ -22,8 +21,9 @@
 namespace zvonivec {
 
 /// Commands are given on the user-interface thread, return at once, and are carried out in order.
-/// Carrying them out may wait for a disk or a sound server forever. Only the decoder thread waits
-/// then: it shares ownership of this object, so the user-interface thread can abandon both.
+/// Carrying them out may wait for a disk forever. Only the decoder thread waits then: it shares
+/// ownership of this object, so the user-interface thread can abandon both. The device has a thread
+/// of its own, so that no file waits for a sound server.
 ///
 /// A run is a stretch of playing that begins with start or restart. Its number identifies it in
 /// events.
@@ -46,8 +46,9 @@ public:
     /// ended after half a second ends later by itself, or with the process.
     void end();
 
-    /// Sets the file that later commands act on; null for none. Stops playing.
-    void load(std::shared_ptr<LoadedFile> file);
+    /// Sets the file that later commands act on; null for none. Stops playing. The name stands for
+    /// a title that the file doesn't state.
+    void load(std::shared_ptr<LoadedFile> file, std::string name = {});
     /// Plays from a time on, as a new stream of the feed.
     void start(std::uint64_t run, std::uint64_t stream, double seconds);
     /// Plays from the start of the track, in the stream that has just ended, without a gap.
@@ -59,8 +60,9 @@ public:
     /// Returns the position in seconds that is heard now in a run; nothing before the run begins.
     [[nodiscard]] std::optional<double> position(std::uint64_t run) const;
 
-    /// The gate and the volume; they act at once, without a command.
-    [[nodiscard]] SampleFeed& feed() { return feed_; }
+    /// The gate and the volume of the feed; they act at once, without a command.
+    void allow(std::uint64_t stream) { output_->allow(stream); }
+    void setGain(float gain) { output_->setGain(gain); }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -68,6 +70,7 @@ private:
     struct Command {
         enum class Kind { load, start, restart, pause, resume, stop, quit } kind;
         std::shared_ptr<LoadedFile> file = {};
+        std::string name = {};
         std::uint64_t run = 0;
         std::uint64_t stream = 0;
         double seconds = 0;
@@ -82,8 +85,9 @@ private:
         int sampleRate = 1;
     };
 
-    explicit DecoderThread(Events events);
+    explicit DecoderThread(Events events) : events_(std::move(events)) {}
     void send(Command command);
+    void lookAtOutput();
 
     // The decoder thread.
     void work();
@@ -91,38 +95,40 @@ private:
     [[nodiscard]] std::optional<Clock::time_point> nextWake() const;
     void obey(Command& command);
     void begin(const Command& command);
+    bool beginInFeed();
     void studyFile();
     void play();
-    void fillFeed();
+    void fillFeed(Clock::duration limit);
     [[nodiscard]] std::uint64_t waiting() const;
-    [[nodiscard]] std::uint64_t endLead() const;
+    [[nodiscard]] std::uint64_t framesIn(std::chrono::milliseconds time) const;
+    [[nodiscard]] std::uint64_t framesToHear() const;
     void fail(const Failure& failure);
-    void dropOutput();
     void restIfIdle();
 
     std::mutex eventMutex_;
     Events events_; ///< guarded by eventMutex_; empty after end
-    SampleFeed feed_;
+    std::shared_ptr<OutputThread> output_; ///< set before the thread begins
 
     std::mutex commandMutex_;
     std::condition_variable commandCame_;
     std::vector<Command> commands_;         ///< guarded by commandMutex_
     std::atomic<bool> commandsWait_{false}; ///< whether commands_ has any
+    bool outputChanged_ = false; ///< guarded by commandMutex_
     bool finished_ = false; ///< the thread is about to end; guarded by commandMutex_
     std::condition_variable finishedCame_;
 
     mutable std::mutex segmentMutex_;
     Segment segment_; ///< guarded by segmentMutex_
-    std::atomic<int> latencyFrames_{0};
 
     // Used by the decoder thread alone, except for thread_.
-    AudioOutput output_;
     std::shared_ptr<LoadedFile> file_;
     std::optional<TrackTags> tags_; ///< of file_, once read
     bool studied_ = true;           ///< file_ has been measured and its tags read
     std::unique_ptr<Mp3Decoder> decoder_;
-    int channels_ = 0; ///< format of feed_ and output_
-    int sampleRate_ = 0;
+    AudioFormat format_; ///< of the feed and the device
+    Command began_{Command::Kind::stop}; ///< the start or restart that plays
+    std::int64_t firstFrame_ = 0;        ///< of the track, where it starts
+    bool inFeed_ = false;                ///< the feed is ready for its frames
     std::uint64_t run_ = 0;
     std::uint64_t streamStart_ = 0; ///< frame of the feed where the current stream begins
     bool playing_ = false;

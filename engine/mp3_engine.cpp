@@ -17,6 +17,11 @@ namespace zvonivec {
 
 namespace {
 
+/// The name of a file without its folder, for mixers.
+std::string nameOfFile(const std::string& path) {
+    return path.substr(path.find_last_of("/\\") + 1);
+}
+
 class Mp3Engine final : public PlayerEngine,
                         private PlayerEngine::Controls,
                         private PlayerEngine::Media,
@@ -93,12 +98,12 @@ private:
 Mp3Engine::Mp3Engine(PostToUserInterface post, OpenFile open)
     : post_(std::move(post)), open_(std::move(open)),
       thread_(DecoderThread::create(postedEvents())) {
-    thread_->feed().setGain(gainOfVolume(volume_));
+    thread_->setGain(gainOfVolume(volume_));
 }
 
 Mp3Engine::~Mp3Engine() {
     self_.reset();
-    thread_->feed().allow(0);
+    thread_->allow(0);
     thread_->end();
 }
 
@@ -131,7 +136,7 @@ void Mp3Engine::setURL(const std::string& path) {
     url_ = path;
     file_ = path.empty() ? nullptr : std::make_shared<LoadedFile>(open_(path));
     state_ = path.empty() ? PlayState::undefined : PlayState::ready;
-    thread_->load(file_);
+    thread_->load(file_, nameOfFile(path));
     if (autoStart_) {
         play();
     }
@@ -150,7 +155,7 @@ void Mp3Engine::play() {
     }
     resumes_ = false;
     ended_ = false;
-    thread_->feed().allow(stream_);
+    thread_->allow(stream_);
     state_ = PlayState::playing;
     raise(PlayState::playing);
 }
@@ -159,7 +164,7 @@ void Mp3Engine::pause() {
     if (state_ != PlayState::playing) {
         return;
     }
-    thread_->feed().allow(0);
+    thread_->allow(0);
     thread_->pause();
     resumes_ = true;
     state_ = PlayState::paused;
@@ -177,7 +182,7 @@ void Mp3Engine::stop() {
 /// still heard.
 void Mp3Engine::rest(double position) {
     if (!ended_) {
-        thread_->feed().allow(0);
+        thread_->allow(0);
         thread_->stop();
     }
     resumes_ = false;
@@ -204,7 +209,7 @@ void Mp3Engine::setCurrentPosition(double seconds) {
     resumes_ = false;
     if (state_ == PlayState::playing) {
         thread_->start(run_, ++stream_, position_);
-        thread_->feed().allow(stream_);
+        thread_->allow(stream_);
     }
 }
 
@@ -250,7 +255,7 @@ bool Mp3Engine::isReadOnlyItem(std::string_view name) const {
 
 void Mp3Engine::setVolume(std::int32_t percent) {
     volume_ = std::clamp(percent, 0, 100);
-    thread_->feed().setGain(gainOfVolume(volume_));
+    thread_->setGain(gainOfVolume(volume_));
 }
 
 void Mp3Engine::runEnded(std::uint64_t run) {

@@ -1,55 +1,54 @@
-// The sound device, by SDL's audio subsystem alone.
+// A way to the sound device, as the output's thread sees it.
 #pragma once
 
 #include "engine/failure.h"
-#include "engine/output/sample_feed.h"
 
-#include <cstdint>
+#include <functional>
 #include <optional>
+#include <string>
 
 namespace zvonivec {
 
-/// For use by one thread. SDL is set up when a device is first opened.
+struct AudioFormat {
+    int sampleRate = 0;
+    int channels = 0;
+    bool operator==(const AudioFormat&) const = default;
+};
+
+/// Takes samples of 16 bits from a feed and hands them to the default device. All functions except
+/// wake are called on the output's thread, and the feed is used on that thread or, by a library
+/// with a thread of its own, between open and close.
+///
+/// Taking samples never waits. A change of the feed's gate or volume is heard within 40 ms, however
+/// much has been handed to the device: it is taken back, or it is little.
 class AudioOutput {
 public:
-    /// The feed must outlive the output. The constructor sets an environment variable that tells
-    /// PulseAudio's library how much to hold, so no other thread may read the environment then.
-    explicit AudioOutput(SampleFeed& feed);
+    AudioOutput() = default;
     AudioOutput(const AudioOutput&) = delete;
     AudioOutput& operator=(const AudioOutput&) = delete;
-    ~AudioOutput();
+    virtual ~AudioOutput() = default;
 
-    /// Opens the default device for 16-bit samples and starts taking them from the feed at once.
-    /// Only while closed. Returns why there is no device, nothing on success. After a failure the
-    /// next call looks for a device anew.
-    [[nodiscard]] std::optional<Failure> open(int sampleRate, int channels);
+    /// Opens the device. May wait for the sound system, but not after stop has become True. Returns
+    /// why there is no device, nothing on success.
+    [[nodiscard]] virtual std::optional<Failure> open(const AudioFormat& format,
+                                                      const std::function<bool()>& stop) = 0;
 
-    /// Closes the device; the feed isn't called any more. Samples that the device holds are still
-    /// heard.
-    void close();
+    /// Keeps the device supplied until stop, which is asked after each wake. Returns early when the
+    /// device has been lost.
+    virtual void serve(const std::function<bool()>& stop) = 0;
 
-    [[nodiscard]] bool isOpen() const { return device_ != 0; }
+    /// Closes the device. The feed isn't used any more.
+    virtual void close() = 0;
 
-    /// Whether the device has gone away since it was opened. It must be closed then.
-    [[nodiscard]] bool lost() const;
+    /// Any thread: makes open ask stop, and makes serve look at the feed and at stop.
+    virtual void wake() = 0;
 
-    /// Shuts SDL's audio down, so that the next open looks for sound servers anew. Only while
-    /// closed.
-    void reset();
+    /// Tells the sound system what plays, for mixers.
+    virtual void setTitle(const std::string& title) = 0;
 
-    /// Frames that the device takes at a time.
-    [[nodiscard]] int periodFrames() const { return periodFrames_; }
-    /// Frames that the device still has to play when it takes the next ones.
-    [[nodiscard]] int heldFrames() const { return heldFrames_; }
-
-private:
-    static void fill(void* feed, std::uint8_t* target, int bytes);
-
-    SampleFeed& feed_;
-    std::uint32_t device_ = 0;
-    int periodFrames_ = 0;
-    int heldFrames_ = 0;
-    bool ready_ = false;
+    /// Whether it calls for more samples when it has taken some. The decoder thread looks by itself
+    /// otherwise.
+    [[nodiscard]] virtual bool callsForMore() const = 0;
 };
 
 } // namespace zvonivec

@@ -1,5 +1,6 @@
 // A lock-free queue of audio frames (one sample per channel each) between one writing and one
 // reading thread. Frame numbers never start again, so that each frame has a number of its own.
+// Frames that have been read stay until the reader releases them, so that it can read them again.
 #pragma once
 
 #include <algorithm>
@@ -23,6 +24,7 @@ public:
         assert(channels == 1 || channels == 2);
         channels_ = static_cast<std::size_t>(channels);
         readIndex_.store(writeIndex_.load());
+        releasedIndex_.store(writeIndex_.load());
     }
     [[nodiscard]] std::size_t channels() const { return channels_; }
 
@@ -30,14 +32,19 @@ public:
     [[nodiscard]] std::uint64_t writeIndex() const {
         return writeIndex_.load(std::memory_order_acquire);
     }
-    /// Number of the frame that is read next; all before it have been removed.
+    /// Number of the frame that is read next.
     [[nodiscard]] std::uint64_t readIndex() const {
         return readIndex_.load(std::memory_order_acquire);
     }
 
+    /// Number of the oldest frame that can still be read.
+    [[nodiscard]] std::uint64_t releasedIndex() const {
+        return releasedIndex_.load(std::memory_order_acquire);
+    }
+
     /// Writer: returns how many frames fit in now.
     [[nodiscard]] std::size_t space() const {
-        return capacity_ - static_cast<std::size_t>(writeIndex() - readIndex());
+        return capacity_ - static_cast<std::size_t>(writeIndex() - releasedIndex());
     }
 
     /// Writer: appends frames, which must fit in.
@@ -66,10 +73,18 @@ public:
         return count;
     }
 
-    /// Reader: removes all frames before a number, which must not exceed the writer's.
-    void release(std::uint64_t index) {
-        assert(index <= writeIndex());
+    /// Reader: goes on reading at a frame that hasn't been released, further on or back.
+    void moveTo(std::uint64_t index) {
+        assert(index >= releasedIndex() && index <= writeIndex());
         readIndex_.store(index, std::memory_order_release);
+    }
+
+    /// Reader: removes all frames before a number, which must not exceed that of the next frame.
+    void release(std::uint64_t index) {
+        assert(index <= readIndex());
+        if (index > releasedIndex()) {
+            releasedIndex_.store(index, std::memory_order_release);
+        }
     }
 
 private:
@@ -85,6 +100,7 @@ private:
     std::vector<std::int16_t> samples_;
     std::atomic<std::uint64_t> writeIndex_{0};
     std::atomic<std::uint64_t> readIndex_{0};
+    std::atomic<std::uint64_t> releasedIndex_{0};
 };
 
 } // namespace zvonivec

@@ -10,7 +10,7 @@ namespace {
 /// Time from silence to full volume.
 constexpr float GAIN_SECONDS = 0.020F;
 
-/// Rounds to the nearest step. std::lround would keep compilers from using vector instructions.
+/// Returns the nearest sample. Compilers vectorise this arithmetic.
 std::int16_t scaled(std::int16_t sample, float factor) {
     const float value = static_cast<float>(sample) * factor;
     return static_cast<std::int16_t>(static_cast<int>(value + (value < 0 ? -0.5F : 0.5F)));
@@ -18,35 +18,16 @@ std::int16_t scaled(std::int16_t sample, float factor) {
 
 } // namespace
 
-SampleFeed::Taken SampleFeed::taken() const {
-    for (;;) {
-        const std::uint32_t before = takenVersion_.load();
-        Taken result;
-        result.end = takenEnd_.load();
-        result.count = static_cast<std::size_t>(takenCount_.load());
-        result.when = Clock::time_point(Clock::duration(takenWhen_.load()));
-        if (before % 2 == 0 && takenVersion_.load() == before) {
-            return result;
-        }
-    }
-}
-
-void SampleFeed::publishTaken(std::uint64_t end, std::size_t count) {
-    takenVersion_.fetch_add(1);
-    takenEnd_.store(end);
-    takenCount_.store(count);
-    // Reads the clock without a system call.
-    takenWhen_.store(Clock::now().time_since_epoch().count());
-    takenVersion_.fetch_add(1);
-}
-
 void SampleFeed::setFormat(int channels, int sampleRate) {
+    assert(sampleRate > 0);
     ring_.setChannels(channels);
     stream_.store(0);
     sounding_ = 0;
-    remembered_ = 0;
-    memoryFrames_ = 0;
+    sampleRate_ = sampleRate;
     gainStep_ = 1.0F / (GAIN_SECONDS * static_cast<float>(sampleRate));
+    deviceFrame_ = 0;
+    fadesEnd_ = 0;
+    timeline_.reset(ring_.readIndex(), sampleRate);
 }
 
 void SampleFeed::beginStream(std::uint64_t stream) {
@@ -55,50 +36,117 @@ void SampleFeed::beginStream(std::uint64_t stream) {
 }
 
 void SampleFeed::dropOld() {
-    sounding_ = 0;
-    ring_.release(std::max(ring_.readIndex(), streamStart_.load()));
+    const std::uint64_t start = streamStart_.load();
+    if (ring_.readIndex() < start) {
+        sounding_ = 0;
+        ring_.moveTo(start);
+        ring_.release(start);
+    }
 }
 
-void SampleFeed::fill(std::span<std::int16_t> target) {
+void SampleFeed::beginDevice() {
+    const std::uint64_t heard = timeline_.heardDeviceFrame(Clock::now());
+    takeBack(std::min(heard, deviceFrame_));
+    sounding_ = 0;
+    deviceFrame_ = 0;
+    fadesEnd_ = 0;
+    timeline_.reset(ring_.readIndex(), sampleRate_);
+}
+
+std::size_t SampleFeed::take(std::span<std::int16_t> target) {
+    releaseHeard();
+    const std::size_t taken = takeSome(target);
+    starving_.store(taken < target.size());
+    return taken;
+}
+
+/// Removes frames that have been heard, and that no lead-in needs any more.
+void SampleFeed::releaseHeard() {
+    const std::uint64_t heard = std::min(timeline_.heardFrame(Clock::now()), ring_.readIndex());
+    ring_.release(heard > FADE_FRAMES ? heard - FADE_FRAMES : 0);
+}
+
+std::size_t SampleFeed::takeSome(std::span<std::int16_t> target) {
     const std::uint64_t allowed = allowed_.load();
     const std::uint64_t stream = stream_.load();
     const std::uint64_t start = streamStart_.load();
+    const std::size_t channels = ring_.channels();
 
     std::size_t done = 0; // samples
     if (sounding_ != 0 && sounding_ != allowed) {
         const bool replaced = sounding_ != stream;
         done = fadeOut(target, replaced ? start : ring_.writeIndex());
         sounding_ = 0;
-    } else {
-        if (sounding_ == 0) {
-            ring_.release(std::max(ring_.readIndex(), start));
-            if (allowed != 0 && allowed == stream) {
-                sounding_ = stream;
-                currentGain_ = gain_.load();
-                done = leadIn(target);
-            }
-        }
-        if (sounding_ != 0) {
-            const auto rest = target.subspan(done);
-            const std::uint64_t index = ring_.readIndex();
-            const std::size_t count =
-                ring_.peek(index, rest.data(), rest.size() / ring_.channels());
-            if (count != 0) {
-                ring_.release(index + count);
-                publishTaken(index + count, count);
-                const auto samples = rest.first(count * ring_.channels());
-                remember(samples);
-                applyGain(samples);
-                done += samples.size();
-            }
+        deviceFrame_ += done / channels;
+        fadesEnd_ = deviceFrame_;
+        if (done != 0) {
+            return done; // what follows comes with the next call
         }
     }
-    std::ranges::fill(target.subspan(done), std::int16_t{0});
+    if (sounding_ == 0) {
+        if (ring_.readIndex() < start) {
+            ring_.moveTo(start);
+            ring_.release(start);
+        }
+        if (allowed != 0 && allowed == stream && ring_.readIndex() < ring_.writeIndex()) {
+            sounding_ = stream;
+            fromGain_ = toGain_ = gain_.load();
+            rampBegin_ = deviceFrame_;
+            const std::size_t led = leadIn(target.subspan(done), start);
+            done += led;
+            deviceFrame_ += led / channels;
+            fadesEnd_ = led != 0 ? deviceFrame_ : fadesEnd_;
+        }
+    }
+    if (sounding_ != 0) {
+        const auto rest = target.subspan(done);
+        const std::uint64_t index = ring_.readIndex();
+        const std::size_t count = ring_.peek(index, rest.data(), rest.size() / channels);
+        if (count != 0) {
+            ring_.moveTo(index + count);
+            timeline_.append(deviceFrame_, index, count);
+            const auto samples = rest.first(count * channels);
+            applyGain(samples);
+            deviceFrame_ += count;
+            done += samples.size();
+        }
+    }
+    return done;
+}
+
+void SampleFeed::fill(std::span<std::int16_t> target) {
+    const auto rest = target.subspan(take(target));
+    std::ranges::fill(rest, std::int16_t{0});
+    deviceFrame_ += rest.size() / ring_.channels();
+}
+
+bool SampleFeed::hasChanged() const {
+    return sounding_ != 0 && (sounding_ != allowed_.load() || toGain_ != gain_.load());
+}
+
+bool SampleFeed::hasSamples() const {
+    const std::uint64_t allowed = allowed_.load();
+    if (sounding_ != 0 && sounding_ != allowed) {
+        return true;
+    }
+    const std::uint64_t next = std::max(ring_.readIndex(), streamStart_.load());
+    return allowed != 0 && allowed == stream_.load() && next < ring_.writeIndex();
+}
+
+std::uint64_t SampleFeed::takeBack(std::uint64_t deviceFrame) {
+    const std::uint64_t to = std::max(deviceFrame, fadesEnd_);
+    if (to < deviceFrame_) {
+        // Frames that a new stream has replaced are gone.
+        ring_.moveTo(std::max(timeline_.cut(to, ring_.readIndex()), ring_.releasedIndex()));
+        deviceFrame_ = to;
+    }
+    return deviceFrame_;
 }
 
 std::size_t SampleFeed::fadeOut(std::span<std::int16_t> target, std::uint64_t limit) {
     const std::size_t channels = ring_.channels();
     const std::uint64_t index = ring_.readIndex();
+    const float gain = gainAt(deviceFrame_);
     const std::size_t wanted = std::min(FADE_FRAMES, target.size() / channels);
     const std::size_t there = ring_.peek(index, target.data(), wanted);
     const std::size_t count =
@@ -106,55 +154,57 @@ std::size_t SampleFeed::fadeOut(std::span<std::int16_t> target, std::uint64_t li
     for (std::size_t i = 0; i < count * channels; ++i) {
         const std::size_t frame = i / channels;
         const float left = static_cast<float>(count - frame) / static_cast<float>(count + 1);
-        target[i] = scaled(target[i], left * currentGain_);
+        target[i] = scaled(target[i], left * gain);
     }
     return count * channels;
 }
 
-std::size_t SampleFeed::leadIn(std::span<std::int16_t> target) {
+/// Fades in the frames of the stream that were taken last.
+std::size_t SampleFeed::leadIn(std::span<std::int16_t> target, std::uint64_t start) {
     const std::size_t channels = ring_.channels();
-    if (remembered_ != sounding_) {
-        remembered_ = sounding_;
-        memoryFrames_ = 0;
-    }
-    const std::size_t count = std::min(memoryFrames_, target.size() / channels);
-    const std::size_t skipped = (memoryFrames_ - count) * channels;
+    const std::uint64_t index = ring_.readIndex();
+    const std::uint64_t oldest = std::max(start, ring_.releasedIndex());
+    const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(
+        index - std::min(index, oldest), std::min(FADE_FRAMES, target.size() / channels)));
+    ring_.peek(index - count, target.data(), count);
     for (std::size_t i = 0; i < count * channels; ++i) {
         const std::size_t frame = i / channels;
         const float part = static_cast<float>(frame + 1) / static_cast<float>(count + 1);
-        target[i] = scaled(memory_[skipped + i], part * currentGain_);
+        target[i] = scaled(target[i], part * toGain_);
     }
     return count * channels;
 }
 
-void SampleFeed::remember(std::span<const std::int16_t> samples) {
-    const std::size_t channels = ring_.channels();
-    const std::size_t count = std::min(samples.size() / channels, FADE_FRAMES);
-    const std::size_t kept = std::min(memoryFrames_, FADE_FRAMES - count);
-    const auto old =
-        memory_.begin() + static_cast<std::ptrdiff_t>((memoryFrames_ - kept) * channels);
-    std::copy_n(old, kept * channels, memory_.begin());
-    const auto last = samples.last(count * channels);
-    std::copy(last.begin(), last.end(),
-              memory_.begin() + static_cast<std::ptrdiff_t>(kept * channels));
-    memoryFrames_ = kept + count;
+/// The volume at a frame of the device, if nobody changes it before.
+float SampleFeed::gainAt(std::uint64_t deviceFrame) const {
+    const float frames =
+        deviceFrame > rampBegin_ ? static_cast<float>(deviceFrame - rampBegin_) : 0.0F;
+    const float way = toGain_ - fromGain_;
+    const float gone = std::min(std::abs(way), frames * gainStep_);
+    return gone == std::abs(way) ? toGain_ : fromGain_ + std::copysign(gone, way);
 }
 
 void SampleFeed::applyGain(std::span<std::int16_t> samples) {
-    const float wanted = gain_.load();
+    if (const float wanted = gain_.load(); wanted != toGain_) {
+        fromGain_ = gainAt(deviceFrame_);
+        toGain_ = wanted;
+        rampBegin_ = deviceFrame_;
+    }
     const std::size_t channels = ring_.channels();
     std::size_t i = 0;
-    while (currentGain_ != wanted && i < samples.size()) {
-        const float step = std::clamp(wanted - currentGain_, -gainStep_, gainStep_);
-        currentGain_ = std::abs(wanted - currentGain_) <= gainStep_ ? wanted : currentGain_ + step;
+    for (std::uint64_t frame = deviceFrame_ + 1; i < samples.size(); ++frame) {
+        const float gain = gainAt(frame);
+        if (gain == toGain_) {
+            break;
+        }
         for (std::size_t channel = 0; channel < channels; ++channel, ++i) {
-            samples[i] = scaled(samples[i], currentGain_);
+            samples[i] = scaled(samples[i], gain);
         }
     }
-    if (currentGain_ == 1.0F) {
+    if (toGain_ == 1.0F) {
         return;
     }
-    const float gain = currentGain_; // a local copy can't change under the loop
+    const float gain = toGain_; // a local copy can't change under the loop
     for (std::int16_t& sample : samples.subspan(i)) {
         sample = scaled(sample, gain);
     }

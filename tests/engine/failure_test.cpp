@@ -38,7 +38,7 @@ protected:
         reported = {};
         thread->load(file);
         ++run;
-        thread->feed().allow(run);
+        thread->allow(run);
         thread->start(run, run, 0);
         auto future = reported.get_future();
         if (future.wait_for(std::chrono::seconds(20)) != std::future_status::ready) {

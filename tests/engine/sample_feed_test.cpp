@@ -35,6 +35,7 @@ protected:
     Samples fill(std::size_t frames = PERIOD) {
         Samples target(frames, 12345);
         feed.fill(target);
+        feed.setClock(feed.deviceFrame(), SampleFeed::Clock::now(), false); // heard at once
         return target;
     }
 
@@ -205,22 +206,107 @@ TEST_F(Feed, StereoFramesStayTogether) {
     EXPECT_EQ(support::equalLength(in, 2 * FADE, frames, PERIOD), in.size() - 2 * FADE);
 }
 
-TEST_F(Feed, TellsWhatWasTakenAndWhen) {
+TEST_F(Feed, TellsWhatIsHeardAndWhen) {
     feed.beginStream(1);
     feed.allow(1);
     feed.write(counting(1, 700));
-    const auto before = SampleFeed::Clock::now();
-    fill();
-    const SampleFeed::Taken taken = feed.taken();
-    EXPECT_EQ(taken.end, PERIOD);
-    EXPECT_EQ(taken.count, PERIOD);
-    EXPECT_GE(taken.when, before);
-    EXPECT_LE(taken.when, SampleFeed::Clock::now());
-    fill();
-    EXPECT_EQ(feed.taken().end, 700U);
-    EXPECT_EQ(feed.taken().count, 700 - PERIOD);
-    fill();
-    EXPECT_EQ(feed.taken().end, 700U) << "silence isn't taken";
+    const auto now = SampleFeed::Clock::now();
+    Samples target(PERIOD);
+    feed.fill(target);
+    EXPECT_EQ(feed.heardFrame(now), 0U) << "nothing has been heard yet";
+    feed.setClock(100, now, true);
+    EXPECT_EQ(feed.heardFrame(now), 100U);
+    EXPECT_EQ(feed.heardFrame(now - std::chrono::seconds(1)), 100U);
+    EXPECT_EQ(feed.heardFrame(now + std::chrono::milliseconds(2)), 100U + 88);
+    EXPECT_EQ(feed.heardFrame(now + std::chrono::seconds(1)), PERIOD) << "no more was taken";
+    feed.setClock(100, now, false);
+    EXPECT_EQ(feed.heardFrame(now + std::chrono::seconds(1)), 100U) << "it stands";
+    feed.fill(target);
+    feed.fill(target);
+    feed.setClock(feed.deviceFrame(), now, true);
+    EXPECT_EQ(feed.heardFrame(now), 700U) << "silence isn't the track";
+}
+
+TEST_F(Feed, TakesBackWhatHasNotBeenHeard) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(counting(1, 3000));
+    Samples target(2000);
+    feed.fill(target);
+    EXPECT_FALSE(feed.hasChanged());
+    feed.allow(0);
+    EXPECT_TRUE(feed.hasChanged());
+    EXPECT_EQ(feed.takeBack(500), 500U);
+    EXPECT_EQ(feed.readIndex(), 500U);
+    Samples fade(1000, 12345);
+    EXPECT_EQ(feed.take(fade), FADE);
+    EXPECT_NEAR(fade[0], 501 * 128.0 / 129, 1);
+    EXPECT_LT(fade[FADE - 1], 10);
+    EXPECT_FALSE(feed.hasChanged());
+    EXPECT_TRUE(feed.isSilent());
+    EXPECT_EQ(feed.take(fade), 0U);
+    feed.allow(1);
+    EXPECT_EQ(feed.takeBack(550), 500 + FADE) << "a fade is heard to its end";
+    EXPECT_EQ(feed.take(target), 2000U);
+    EXPECT_EQ(target[FADE], 501) << "and what was faded comes once more";
+    EXPECT_EQ(feed.deviceFrame(), 500 + FADE + 2000);
+}
+
+TEST_F(Feed, TheVolumeStepsOnFromWhereItWasTakenBack) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(Samples(4000, 10000));
+    Samples target(1500);
+    feed.fill(target);
+    feed.setGain(0.0F);
+    EXPECT_TRUE(feed.hasChanged());
+    feed.takeBack(1000);
+    feed.fill(target); // a ramp of 882 frames from 1000 on
+    EXPECT_FALSE(feed.hasChanged());
+    feed.setGain(1.0F);
+    feed.takeBack(1441);
+    feed.fill(target);
+    EXPECT_NEAR(target[0], 5000, 20);
+    EXPECT_NEAR(target[440], 10000, 20);
+    EXPECT_TRUE(std::is_sorted(target.begin(), target.end()));
+}
+
+TEST_F(Feed, AnotherStreamFollowsTheFadeOfWhatWasTakenBack) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(Samples(3000, 1000));
+    Samples target(2500);
+    feed.fill(target);
+    feed.allow(2);
+    feed.takeBack(700);
+    Samples fade(1000);
+    EXPECT_EQ(feed.take(fade), FADE);
+    EXPECT_EQ(feed.take(fade), 0U);
+    EXPECT_TRUE(feed.isStarving());
+    feed.beginStream(2);
+    feed.write(counting(1, 100));
+    EXPECT_EQ(feed.take(fade), 100U);
+    EXPECT_EQ(fade[0], 1);
+    EXPECT_EQ(feed.space(), 4096U - 100) << "the old stream is gone";
+    const auto now = SampleFeed::Clock::now();
+    feed.setClock(600, now, false);
+    EXPECT_EQ(feed.heardFrame(now), 600U);
+    feed.setClock(700 + FADE + 50, now, false);
+    EXPECT_EQ(feed.heardFrame(now), 3050U);
+}
+
+TEST_F(Feed, ANewDeviceBeginsWithWhatTheOldOneNeverPlayed) {
+    feed.beginStream(1);
+    feed.allow(1);
+    feed.write(counting(1, 3000));
+    Samples target(2000);
+    feed.fill(target);
+    feed.setClock(1200, SampleFeed::Clock::now(), false);
+    feed.beginDevice();
+    EXPECT_EQ(feed.deviceFrame(), 0U);
+    EXPECT_EQ(feed.heardFrame(SampleFeed::Clock::now()), 1200U);
+    EXPECT_EQ(feed.take(target), 1800U + FADE);
+    EXPECT_EQ(target[FADE], 1201);
 }
 
 TEST_F(Feed, ThreeThreadsAtOnce) {
@@ -231,17 +317,20 @@ TEST_F(Feed, ThreeThreadsAtOnce) {
     feed.allow(1);
     std::thread device([&] {
         Samples target(PERIOD);
-        while (!done) {
+        for (int i = 0; !done; ++i) {
             feed.fill(target);
+            feed.setClock(feed.deviceFrame() - PERIOD, SampleFeed::Clock::now(), true);
+            if (i % 4 == 0) {
+                feed.takeBack(feed.deviceFrame() - PERIOD / 2);
+            }
         }
     });
     std::thread user([&] {
         for (int i = 0; !done; ++i) {
             feed.allow(i % 3 == 0 ? 0 : stream.load());
             feed.setGain(static_cast<float>(i % 100) / 100.0F);
-            const SampleFeed::Taken taken = feed.taken();
-            EXPECT_LE(taken.count, PERIOD);
-            EXPECT_LE(taken.end, feed.writeIndex());
+            const std::uint64_t heard = feed.heardFrame(SampleFeed::Clock::now());
+            EXPECT_LE(heard, feed.writeIndex());
         }
     });
     const Samples block(100, 1);

@@ -11,10 +11,41 @@ namespace zvonivec {
 
 namespace {
 
-using namespace std::chrono_literals;
+using support::PulseServer;
 using support::Samples;
 
-TEST_F(Sound, IsTheDecodedFileAtFullVolume) {
+class SoundOn : public Sound, public testing::WithParamInterface<PulseServer::Kind> {
+protected:
+    SoundOn() : Sound(GetParam()) {}
+
+    /// Both are frames of the recording.
+    void expectPromptly(std::size_t given, std::size_t heard, std::chrono::milliseconds limit,
+                        const std::string& what) {
+        ASSERT_GE(heard, given) << what;
+        RecordProperty(what, static_cast<int>((heard - given) * 1000 / RATE));
+        EXPECT_LT((heard - given) * 2, promptly(limit)) << what;
+    }
+};
+
+std::string nameOf(const testing::TestParamInfo<PulseServer::Kind>& info) {
+    switch (info.param) {
+    case PulseServer::Kind::rewinding:
+        return "PulseAudio";
+    case PulseServer::Kind::noRewinding:
+        return "PulseAudioWithoutRewinds";
+    case PulseServer::Kind::pipeWire:
+        return "PipeWire";
+    }
+    return "";
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, SoundOn,
+                         testing::Values(PulseServer::Kind::rewinding,
+                                         PulseServer::Kind::noRewinding,
+                                         PulseServer::Kind::pipeWire),
+                         nameOf);
+
+TEST_P(SoundOn, IsTheDecodedFileAtFullVolume) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
     ASSERT_EQ(expected.size(), 4 * RATE);
@@ -24,12 +55,14 @@ TEST_F(Sound, IsTheDecodedFileAtFullVolume) {
     const auto heard = hear(recorded, expected);
     ASSERT_TRUE(heard);
     EXPECT_EQ(heard->match.length, expected.size());
-    EXPECT_EQ(support::firstSound(recorded), support::firstSound(expected) + heard->begin);
+    if (missedAtStart() == 0) {
+        EXPECT_EQ(support::firstSound(recorded), support::firstSound(expected) + heard->begin);
+    }
     EXPECT_EQ(support::behindLastSound(recorded),
               heard->match.end - expected.size() + support::behindLastSound(expected));
 }
 
-TEST_F(Sound, IsHeardSoonAfterPlay) {
+TEST_P(SoundOn, IsHeardSoonAfterPlay) {
     const std::string path = noiseFile(1);
     const support::Recording recording(server);
     engine.open(path);
@@ -43,7 +76,7 @@ TEST_F(Sound, IsHeardSoonAfterPlay) {
     EXPECT_LT(heard - before * 2, promptly(150ms));
 }
 
-TEST_F(Sound, PausesPromptlyAndResumesWithoutLossOrRepetition) {
+TEST_P(SoundOn, PausesPromptlyAndResumesWithoutLossOrRepetition) {
     const std::string path = noiseFile(3);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -73,7 +106,7 @@ TEST_F(Sound, PausesPromptlyAndResumesWithoutLossOrRepetition) {
     EXPECT_NEAR(position * RATE * 2, static_cast<double>(first), 0.1 * RATE * 2);
 }
 
-TEST_F(Sound, GoesOnAfterAPauseThatClosedTheDevice) {
+TEST_P(SoundOn, GoesOnAfterAPauseThatClosedTheDevice) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -93,7 +126,7 @@ TEST_F(Sound, GoesOnAfterAPauseThatClosedTheDevice) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, JumpsToTheSampleAskedFor) {
+TEST_P(SoundOn, JumpsToTheSampleAskedFor) {
     const std::string path = noiseFile(4);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -121,7 +154,7 @@ TEST_F(Sound, JumpsToTheSampleAskedFor) {
     }
 }
 
-TEST_F(Sound, PositionIsWhatIsHeard) {
+TEST_P(SoundOn, PositionIsWhatIsHeard) {
     const std::string path = noiseFile(3);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -155,7 +188,7 @@ TEST_F(Sound, PositionIsWhatIsHeard) {
     EXPECT_LT(worst, 0.1);
 }
 
-TEST_F(Sound, RepeatsWithoutAGap) {
+TEST_P(SoundOn, RepeatsWithoutAGap) {
     const std::string path = noiseFile(1);
     const Samples expected = support::decodeWithMpg123(path);
     const support::Recording recording(server);
@@ -189,7 +222,7 @@ TEST_F(Sound, RepeatsWithoutAGap) {
     EXPECT_EQ(smallest, 0U) << "samples of silence between the end and the start";
 }
 
-TEST_F(Sound, IsScaledByTheVolume) {
+TEST_P(SoundOn, IsScaledByTheVolume) {
     const std::string path = noiseFile(1);
     const Samples expected = support::decodeWithMpg123(path);
     for (const auto& [volume, factor] : {std::pair(50, 0.125), std::pair(0, 0.0)}) {
@@ -208,13 +241,13 @@ TEST_F(Sound, IsScaledByTheVolume) {
         for (std::int16_t& sample : scaled) {
             sample = static_cast<std::int16_t>(std::lround(sample * factor));
         }
-        const auto start = support::findIn(recorded, part(scaled, 0, KEY_LENGTH), 0, 1);
-        ASSERT_TRUE(start);
-        EXPECT_EQ(support::follow(recorded, *start, scaled, 0, true, 1).length, scaled.size());
+        const auto heard = hear(recorded, scaled, 0, 0, 1);
+        ASSERT_TRUE(heard);
+        EXPECT_EQ(heard->match.length, scaled.size());
     }
 }
 
-TEST_F(Sound, VolumeStepsDontClick) {
+TEST_P(SoundOn, VolumeStepsDontClick) {
     // In a low tone neighbouring samples differ little, unless something clicks.
     Samples tone(3 * RATE * 2);
     for (std::size_t i = 0; i < tone.size(); ++i) {
@@ -240,14 +273,16 @@ TEST_F(Sound, VolumeStepsDontClick) {
     ASSERT_TRUE(recording.waitForSilence());
     const Samples recorded = recording.samples();
     int worst = 0;
-    for (std::size_t i = support::firstSound(recorded); i + 2 < recorded.size(); ++i) {
-        worst = std::max(worst, std::abs(recorded[i + 2] - recorded[i]));
+    for (std::size_t i = support::firstSound(recorded) + 2; i + 2 < recorded.size(); ++i) {
+        // The start of a sound may be missed, and then begins in the middle of a wave.
+        const bool starts = missedAtStart() != 0 && recorded[i] == 0 && recorded[i - 2] == 0;
+        worst = std::max(worst, starts ? 0 : std::abs(recorded[i + 2] - recorded[i]));
     }
     EXPECT_GT(worst, 100) << "nothing was heard";
     EXPECT_LT(worst, 500);
 }
 
-TEST_F(Sound, AnotherFileFollowsAtOnce) {
+TEST_P(SoundOn, AnotherFileFollowsAtOnce) {
     const std::string first = noiseFile(5, 1);
     const std::string second = noiseFile(1, 2);
     const Samples expected = support::decodeWithMpg123(second);
@@ -267,7 +302,7 @@ TEST_F(Sound, AnotherFileFollowsAtOnce) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, OtherFormatsPlayToo) {
+TEST_P(SoundOn, OtherFormatsPlayToo) {
     for (const int fileRate : {8000, 22050, 48000}) {
         const std::string path = folder.file("format.mp3");
         ASSERT_TRUE(support::encodeNoise(
@@ -282,7 +317,7 @@ TEST_F(Sound, OtherFormatsPlayToo) {
     EXPECT_EQ(engine.errors, 0);
 }
 
-TEST_F(Sound, TheStreamBearsTheProgramsName) {
+TEST_P(SoundOn, TheStreamBearsTheProgramsName) {
     engine.open(noiseFile(2));
     ASSERT_TRUE(playUntil(0.1));
     EXPECT_NE(server.describeStreams().find("Zvonivec MP3 Player 0.0.7"), std::string::npos);

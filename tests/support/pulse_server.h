@@ -6,11 +6,18 @@
 
 #include <csignal>
 #include <string>
+#include <vector>
 
 namespace support {
 
 class PulseServer {
 public:
+    enum class Kind {
+        rewinding,   ///< PulseAudio with a sink that takes back what it has mixed, as sound cards
+        noRewinding, ///< PulseAudio with a sink that doesn't, as Bluetooth
+        pipeWire,
+    };
+
     /// Sample format of the sink. Samples with this rate and channel count pass through unchanged.
     struct Sink {
         int rate = 44100;
@@ -19,7 +26,10 @@ public:
 
     PulseServer() : PulseServer(Sink()) {}
     /// Starts the server and waits until it answers.
-    explicit PulseServer(const Sink& sink);
+    explicit PulseServer(const Sink& sink, Kind kind = Kind::rewinding);
+    PulseServer(const PulseServer&) = delete;
+    PulseServer& operator=(const PulseServer&) = delete;
+    ~PulseServer();
 
     /// Whether the server answers.
     bool running();
@@ -34,14 +44,17 @@ public:
     /// Kills the server, as a crash would.
     void kill();
     /// Makes the server hang: until thaw() it runs but answers nobody.
-    void freeze() const { process_.signal(SIGSTOP); }
-    void thaw() const { process_.signal(SIGCONT); }
+    void freeze() const { signalAll(SIGSTOP); }
+    void thaw() const { signalAll(SIGCONT); }
     /// Starts the server again at the same address.
     void restart();
 
     /// Returns the name of the source that records what the sink plays.
     [[nodiscard]] static std::string monitor() { return "test_sink.monitor"; }
     [[nodiscard]] const Sink& sink() const { return sink_; }
+    [[nodiscard]] Kind kind() const { return kind_; }
+    /// Processes of the server, for what they cost.
+    [[nodiscard]] const std::vector<Process>& processes() const { return processes_; }
 
     /// Returns the number of streams that are playing, or -1 when the server doesn't answer.
     [[nodiscard]] int playingStreams() const;
@@ -50,10 +63,15 @@ public:
 
 private:
     [[nodiscard]] std::string address() const { return "unix:" + folder_.file("socket"); }
+    [[nodiscard]] std::string ask(const std::string& subject) const;
+    void startPulseAudio(const Process::Options& options);
+    void startPipeWire(Process::Options options);
+    void signalAll(int number) const;
 
     TemporaryFolder folder_;
     Sink sink_;
-    Process process_;
+    Kind kind_;
+    std::vector<Process> processes_; ///< in the order of their start
 };
 
 } // namespace support
