@@ -46,8 +46,8 @@ std::int64_t frameAt(double seconds, int sampleRate) {
 
 std::shared_ptr<DecoderThread> DecoderThread::create(Events events) {
     std::shared_ptr<DecoderThread> created(new DecoderThread(std::move(events)));
-    created->output_ = OutputThread::create(
-        FEED_CAPACITY, [weak = std::weak_ptr<DecoderThread>(created)] {
+    created->output_ =
+        OutputThread::create(FEED_CAPACITY, [weak = std::weak_ptr<DecoderThread>(created)] {
             if (const auto thread = weak.lock()) {
                 thread->lookAtOutput();
             }
@@ -167,9 +167,8 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
     }
     const OutputThread::State state = output_->state();
     if (!playing_) {
-        return state == OutputThread::State::open
-                   ? std::optional(idleSince_ + DEVICE_LINGER)
-                   : std::nullopt;
+        return state == OutputThread::State::open ? std::optional(idleSince_ + DEVICE_LINGER)
+                                                  : std::nullopt;
     }
     if (!inFeed_ || (state != OutputThread::State::open && !decodedAll_)) {
         return std::nullopt;
@@ -185,13 +184,12 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
         spare = waiting() - std::min(waiting(), framesIn(AHEAD / 2));
     }
     const std::chrono::duration<double> time(static_cast<double>(spare) / format_.sampleRate);
-    return std::max(earliest,
-                    Clock::now() + std::chrono::duration_cast<Clock::duration>(time));
+    return std::max(earliest, Clock::now() + std::chrono::duration_cast<Clock::duration>(time));
 }
 
 void DecoderThread::obey(Command& command) {
-    if (const auto state = output_->state(); !playing_ && (state == OutputThread::State::lost ||
-                                                           state == OutputThread::State::failed)) {
+    if (const auto state = output_->state();
+        !playing_ && (state == OutputThread::State::lost || state == OutputThread::State::failed)) {
         output_->close(); // a loss while nothing played is no failure; play opens a new device
     }
     switch (command.kind) {

@@ -106,14 +106,14 @@ private:
     void restIfIdle();
 
     std::mutex eventMutex_;
-    Events events_; ///< guarded by eventMutex_; empty after end
+    Events events_;                        ///< guarded by eventMutex_; empty after end
     std::shared_ptr<OutputThread> output_; ///< set before the thread begins
 
     std::mutex commandMutex_;
     std::condition_variable commandCame_;
     std::vector<Command> commands_;         ///< guarded by commandMutex_
     std::atomic<bool> commandsWait_{false}; ///< whether commands_ has any
-    bool outputChanged_ = false; ///< guarded by commandMutex_
+    bool outputChanged_ = false;            ///< guarded by commandMutex_
     bool finished_ = false; ///< the thread is about to end; guarded by commandMutex_
     std::condition_variable finishedCame_;
 
@@ -125,7 +125,7 @@ private:
     std::optional<TrackTags> tags_; ///< of file_, once read
     bool studied_ = true;           ///< file_ has been measured and its tags read
     std::unique_ptr<Mp3Decoder> decoder_;
-    AudioFormat format_; ///< of the feed and the device
+    AudioFormat format_;                 ///< of the feed and the device
     Command began_{Command::Kind::stop}; ///< the start or restart that plays
     std::int64_t firstFrame_ = 0;        ///< of the track, where it starts
     bool inFeed_ = false;                ///< the feed is ready for its frames

@@ -158,7 +158,6 @@ bool OutputThread::tryOutput(AudioOutput& output, const AudioFormat& format) {
         output.setTitle(title_);
     }
     const auto stop = [this] { return mustStop(); };
-    feed_.beginDevice();
     auto failure = output.open(format, stop);
     if (!failure) {
         {
@@ -175,6 +174,7 @@ bool OutputThread::tryOutput(AudioOutput& output, const AudioFormat& format) {
         output_ = nullptr; // nobody wakes it any more
     }
     output.close();
+    feed_.endDevice();
     const std::lock_guard lock(mutex_);
     if (failure) {
         failure_ = *failure;

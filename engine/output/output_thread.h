@@ -88,9 +88,9 @@ private:
 
     mutable std::mutex mutex_;
     std::condition_variable came_;
-    State state_ = State::closed;     ///< guarded by mutex_, as all below
+    State state_ = State::closed;       ///< guarded by mutex_, as all below
     std::optional<AudioFormat> wanted_; ///< to be opened
-    bool stop_ = false;               ///< what is open, or being opened, is to be closed
+    bool stop_ = false;                 ///< what is open, or being opened, is to be closed
     bool quit_ = false;
     bool finished_ = false;
     AudioOutput* output_ = nullptr; ///< the one at work

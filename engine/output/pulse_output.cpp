@@ -122,8 +122,8 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
         pa_proplist_sets(properties, PA_PROP_MEDIA_NAME, title_.c_str());
         pa_proplist_sets(properties, PA_PROP_MEDIA_TITLE, title_.c_str());
         titleChanged_ = false;
-        stream_ = pa_stream_new_with_proplist(context_, title_.c_str(), &samples, nullptr,
-                                              properties);
+        stream_ =
+            pa_stream_new_with_proplist(context_, title_.c_str(), &samples, nullptr, properties);
     }
     pa_proplist_free(properties);
     if (stream_ == nullptr) {
@@ -131,9 +131,7 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
     }
     pa_stream_set_write_callback(
         stream_,
-        [](pa_stream*, std::size_t, void* self) {
-            static_cast<PulseOutput*>(self)->follow();
-        },
+        [](pa_stream*, std::size_t, void* self) { static_cast<PulseOutput*>(self)->follow(); },
         this);
     pa_stream_set_latency_update_callback(
         stream_, [](pa_stream*, void* self) { static_cast<PulseOutput*>(self)->takeTiming(); },
@@ -149,8 +147,8 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
     buffer.prebuf = static_cast<std::uint32_t>(frameBytes_);
     buffer.minreq = bytesIn(PIECE);
     buffer.fragsize = byServer;
-    constexpr auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY |
-                                                          PA_STREAM_AUTO_TIMING_UPDATE);
+    constexpr auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE);
     corked_ = false;
     timingAsked_ = false;
     padBegin_ = padEnd_ = 0;
@@ -292,9 +290,9 @@ void PulseOutput::takeTiming() {
     feed_.setClock(mixed - std::min(mixed, inDevice),
                    SampleFeed::Clock::now() - std::chrono::microseconds(timing->transport_usec),
                    !corked_);
-    const bool waits = timing->playing == 0 && !corked_ && feed_.deviceFrame() > mixed &&
-                       timing->sink_usec > static_cast<pa_usec_t>(
-                                               std::chrono::microseconds(AHEAD).count());
+    const bool waits =
+        timing->playing == 0 && !corked_ && feed_.deviceFrame() > mixed &&
+        timing->sink_usec > static_cast<pa_usec_t>(std::chrono::microseconds(AHEAD).count());
     if (waits && rewinds_ && nudges_ > 0) {
         --nudges_;
         nudge();
@@ -413,8 +411,7 @@ bool PulseOutput::isPadded() const {
 
 void PulseOutput::armCork() {
     const pa_usec_t when =
-        pa_rtclock_now() +
-        static_cast<pa_usec_t>(std::chrono::microseconds(CORK_DELAY).count());
+        pa_rtclock_now() + static_cast<pa_usec_t>(std::chrono::microseconds(CORK_DELAY).count());
     if (corkTimer_ != nullptr) {
         pa_context_rttime_restart(context_, corkTimer_, when);
         return;

@@ -63,7 +63,7 @@ private:
     pa_time_event* corkTimer_ = nullptr;
     AudioFormat format_;
     std::size_t frameBytes_ = 1;
-    bool rewinds_ = true;      ///< the server can take back what it has mixed already
+    bool rewinds_ = true;        ///< the server can take back what it has mixed already
     std::uint64_t padBegin_ = 0; ///< the device's frames from here on are silence, up to padEnd_
     std::uint64_t padEnd_ = 0;
     bool corked_ = false;      ///< the stream is, or is about to be
@@ -71,8 +71,8 @@ private:
     bool timingAsked_ = false; ///< a change waits for the server's answer
 
     std::mutex titleMutex_;
-    std::string title_;               ///< guarded by titleMutex_
-    bool titleChanged_ = false;       ///< guarded by titleMutex_
+    std::string title_;         ///< guarded by titleMutex_
+    bool titleChanged_ = false; ///< guarded by titleMutex_
 };
 
 } // namespace zvonivec

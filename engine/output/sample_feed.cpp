@@ -44,7 +44,7 @@ void SampleFeed::dropOld() {
     }
 }
 
-void SampleFeed::beginDevice() {
+void SampleFeed::endDevice() {
     const std::uint64_t heard = timeline_.heardDeviceFrame(Clock::now());
     takeBack(std::min(heard, deviceFrame_));
     sounding_ = 0;

@@ -79,8 +79,8 @@ public:
 
     // --- the output's thread ---
 
-    /// Begins with a new device. Frames that the old one was given and never played come again.
-    void beginDevice();
+    /// Ends a device, which takes no more. Frames that it was given and hasn't played come again.
+    void endDevice();
 
     /// Takes the next samples for the device, as many as there are now. Returns their number.
     std::size_t take(std::span<std::int16_t> target);
@@ -106,9 +106,7 @@ public:
     [[nodiscard]] bool hasSamples() const;
 
     /// Whether the device will play silence after what has been taken, for all that is known.
-    [[nodiscard]] bool isAtEnd() const {
-        return !hasSamples() && (isSilent() || complete_.load());
-    }
+    [[nodiscard]] bool isAtEnd() const { return !hasSamples() && (isSilent() || complete_.load()); }
 
     /// Whether nothing sounds since the last fade.
     [[nodiscard]] bool isSilent() const { return sounding_ == 0; }

@@ -46,8 +46,7 @@ void SdlOutput::fill(void* output, std::uint8_t* target, int bytes) {
     const std::uint64_t begin = self.feed_.deviceFrame();
     const auto held = static_cast<std::uint64_t>(self.periodFrames_);
     // SDL's buffers are aligned for every sample type.
-    self.feed_.fill(
-        {reinterpret_cast<std::int16_t*>(target), static_cast<std::size_t>(bytes) / 2});
+    self.feed_.fill({reinterpret_cast<std::int16_t*>(target), static_cast<std::size_t>(bytes) / 2});
     self.feed_.setClock(begin > held ? begin - held : 0, SampleFeed::Clock::now(), begin >= held);
 }
 

@@ -121,7 +121,9 @@ Timeline::State Timeline::read() const {
 void Timeline::publish() {
     version_.fetch_add(1);
     std::size_t word = 0;
-    const auto put = [&](std::uint64_t value) { words_[word++].store(value, std::memory_order_release); };
+    const auto put = [&](std::uint64_t value) {
+        words_[word++].store(value, std::memory_order_release);
+    };
     for (const Piece& piece : state_.pieces) {
         put(piece.deviceFrame);
         put(piece.feedFrame);

@@ -1,6 +1,7 @@
 #include "engine/reading/file_reader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
@@ -60,14 +61,28 @@ std::shared_ptr<const FileReader> FileReader::open(const std::string& path) {
 }
 
 ReadBuffer::ReadBuffer(std::shared_ptr<const FileReader> file, std::size_t blockSize)
-    : file_(std::move(file)), blockSize_(blockSize) {}
+    : file_(std::move(file)), blockSize_(blockSize), nextBlock_(blockSize) {}
+
+void ReadBuffer::adapt(std::chrono::steady_clock::duration took) {
+    using namespace std::chrono_literals;
+    constexpr std::size_t smallest = std::size_t{4} * 1024;
+    if (took > 100ms) {
+        nextBlock_ = std::max(smallest, nextBlock_ / 4);
+    } else if (took < 20ms) {
+        nextBlock_ = std::min(blockSize_, nextBlock_ * 2);
+    }
+}
 
 std::span<const std::uint8_t> ReadBuffer::bytes(std::uint64_t offset, std::size_t wanted) {
     const bool inside =
         offset >= blockStart_ && (offset + wanted <= blockStart_ + block_.size() || blockIsLast_);
     if (!inside) {
-        block_.resize(std::max(blockSize_, wanted));
+        block_.resize(std::max(nextBlock_, wanted));
+        const auto begin = std::chrono::steady_clock::now();
         const std::optional<std::size_t> count = file_->readAt(offset, block_);
+        if (adapts_) {
+            adapt(std::chrono::steady_clock::now() - begin);
+        }
         failed_ = !count;
         blockIsLast_ = count && *count < block_.size();
         block_.resize(count.value_or(0));

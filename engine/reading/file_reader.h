@@ -2,6 +2,8 @@
 // files. Files are never mapped into memory, where a truncated file would raise a signal.
 #pragma once
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -40,17 +42,29 @@ public:
     explicit ReadBuffer(std::shared_ptr<const FileReader> file,
                         std::size_t blockSize = std::size_t{128} * 1024);
 
+    /// Reads smaller blocks from a slow disk, so that no read takes long: the first block is
+    /// small, and each is larger or smaller than the one before by the time that one took.
+    void adaptToTheDisk() {
+        adapts_ = true;
+        nextBlock_ = std::min(FIRST_BLOCK, blockSize_);
+    }
+
     /// Returns the wanted number of bytes from an offset, fewer at the end of the file. They stay
-    /// valid until a call leaves the block, which is as long as the larger of blockSize and the
-    /// number wanted when it was read.
+    /// valid until a call leaves the block, which is as long as the larger of blockSize (unless it
+    /// adapts) and the number wanted when it was read.
     [[nodiscard]] std::span<const std::uint8_t> bytes(std::uint64_t offset, std::size_t wanted);
 
     /// Whether the disk failed in the last call. The next call reads again.
     [[nodiscard]] bool failed() const { return failed_; }
 
 private:
+    static constexpr std::size_t FIRST_BLOCK = std::size_t{16} * 1024;
+    void adapt(std::chrono::steady_clock::duration took);
+
     std::shared_ptr<const FileReader> file_;
     std::size_t blockSize_;
+    std::size_t nextBlock_; ///< bytes of the next block
+    bool adapts_ = false;
     std::vector<std::uint8_t> block_;
     std::uint64_t blockStart_ = 0;
     bool blockIsLast_ = false; ///< the block ends with the file

@@ -22,7 +22,9 @@ constexpr std::size_t SEARCH_MARGIN = LONGEST_FRAME + 64;
 
 FrameScanner::FrameScanner(std::shared_ptr<const FileReader> file, const Mp3Stream& stream,
                            std::size_t blockSize)
-    : stream_(stream), buffer_(std::move(file), blockSize) {}
+    : stream_(stream), buffer_(std::move(file), blockSize) {
+    buffer_.adaptToTheDisk();
+}
 
 FrameScanner::Step FrameScanner::found(std::uint64_t offset, const FrameHeader& header) const {
     const std::size_t size = header.size(stream_.freeFormatSize);

@@ -302,7 +302,7 @@ TEST_F(Feed, ANewDeviceBeginsWithWhatTheOldOneNeverPlayed) {
     Samples target(2000);
     feed.fill(target);
     feed.setClock(1200, SampleFeed::Clock::now(), false);
-    feed.beginDevice();
+    feed.endDevice();
     EXPECT_EQ(feed.deviceFrame(), 0U);
     EXPECT_EQ(feed.heardFrame(SampleFeed::Clock::now()), 1200U);
     EXPECT_EQ(feed.take(target), 1800U + FADE);

@@ -42,8 +42,8 @@ TEST_F(Sound, LosingTheServerIsOneErrorAndTheNextFilePlays) {
     ASSERT_TRUE(engine.runUntilStopped());
     EXPECT_EQ(engine.errors, 2);
     ASSERT_TRUE(recording.waitForSilence());
-    EXPECT_TRUE(
-        support::findIn(recording.samples(), part(support::decodeWithMpg123(path), missedAtStart(), KEY_LENGTH)));
+    EXPECT_TRUE(support::findIn(
+        recording.samples(), part(support::decodeWithMpg123(path), missedAtStart(), KEY_LENGTH)));
 }
 
 TEST_F(Sound, LosingTheServerInAPauseIsNoErrorWhenItComesBack) {
@@ -72,7 +72,8 @@ protected:
         engine.open(path);
         engine.controls().play();
         EXPECT_TRUE(support::waitUntil([&] {
-            return support::findIn(recording.samples(), part(expected, missedAtStart(), KEY_LENGTH)).has_value();
+            return support::findIn(recording.samples(), part(expected, missedAtStart(), KEY_LENGTH))
+                .has_value();
         }));
     }
 

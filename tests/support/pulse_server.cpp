@@ -94,8 +94,8 @@ bool PulseServer::running() {
         return false;
     }
     // PipeWire answers before its session manager has made the sink the one to play to.
-    return kind_ != Kind::pipeWire || ask("info").find("Default Sink: test_sink") !=
-                                          std::string::npos;
+    return kind_ != Kind::pipeWire ||
+           ask("info").find("Default Sink: test_sink") != std::string::npos;
 }
 
 Process::Environment PulseServer::environment() const {
