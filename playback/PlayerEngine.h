@@ -138,8 +138,7 @@ public:
 /// any thread.
 using PostToUserInterface = std::function<void(std::function<void()>)>;
 
-/// Creates the real engine: libmpg123 decodes, SDL2 plays. Never null. Sets an
-/// environment variable, so no other thread may read the environment meanwhile.
+/// Creates the real engine: libmpg123 decodes, libpulse or SDL2 plays. Never null.
 std::unique_ptr<PlayerEngine> createPlayerEngine(PostToUserInterface post);
 
 } // namespace zvonivec
