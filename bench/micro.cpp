@@ -65,6 +65,7 @@ void decodeThroughTheRing(benchmark::State& state) {
             frames += static_cast<int>(block.samples.size() / 2);
             while (feed.writeIndex() - feed.readIndex() >= device.size() / 2) {
                 feed.fill(device);
+                feed.setClock(feed.deviceFrame(), SampleFeed::Clock::now(), false);
             }
         }
         benchmark::DoNotOptimize(device);
@@ -87,6 +88,7 @@ void fillTheDevice(benchmark::State& state) {
     while (state.KeepRunning()) {
         feed.write({samples.data(), frames * 2});
         feed.fill(device);
+        feed.setClock(feed.deviceFrame(), SampleFeed::Clock::now(), false);
         benchmark::DoNotOptimize(device);
     }
 }
