@@ -1,0 +1,124 @@
+// Files on disks that are slow or that stall, heard in a recording.
+
+#include "tests/engine/sound_test.h"
+
+#include <mutex>
+#include <set>
+#include <thread>
+
+namespace zvonivec {
+
+namespace {
+
+using support::Samples;
+
+/// A disk that gives so many bytes a second. The system keeps what it has read, by pages, so only
+/// the first reading of a page takes time.
+class SlowDisk {
+public:
+    explicit SlowDisk(double bytesPerSecond) : bytesPerSecond_(bytesPerSecond) {}
+
+    /// Gives nothing for a while.
+    void stall(std::chrono::milliseconds time) {
+        const std::lock_guard lock(mutex_);
+        stalledUntil_ = Clock::now() + time;
+    }
+
+    void read(std::uint64_t begin, std::uint64_t end) {
+        const std::lock_guard lock(mutex_); // one read at a time
+        for (std::uint64_t page = begin / PAGE; page * PAGE < end; ++page) {
+            if (kept_.insert(page).second) {
+                due_ = std::max({due_, stalledUntil_, Clock::now() - 20ms}) +
+                       std::chrono::duration_cast<Clock::duration>(
+                           std::chrono::duration<double>(PAGE / bytesPerSecond_));
+            }
+        }
+        std::this_thread::sleep_until(due_);
+    }
+
+    [[nodiscard]] std::uint64_t kept() {
+        const std::lock_guard lock(mutex_);
+        return kept_.size() * PAGE;
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::uint64_t PAGE = 4096;
+    const double bytesPerSecond_;
+    std::mutex mutex_;
+    std::set<std::uint64_t> kept_; ///< pages that have been read
+    Clock::time_point due_;        ///< when the last page has come
+    Clock::time_point stalledUntil_;
+};
+
+class SlowFile final : public FileReader {
+public:
+    SlowFile(std::shared_ptr<const FileReader> file, SlowDisk& disk)
+        : file_(std::move(file)), disk_(disk) {}
+    [[nodiscard]] std::uint64_t size() const override { return file_->size(); }
+    [[nodiscard]] std::optional<std::size_t> readAt(std::uint64_t offset,
+                                                    std::span<std::uint8_t> target) const override {
+        disk_.read(offset, std::min<std::uint64_t>(offset + target.size(), size()));
+        return file_->readAt(offset, target);
+    }
+
+private:
+    const std::shared_ptr<const FileReader> file_;
+    SlowDisk& disk_;
+};
+
+class SlowSource : public Sound {
+protected:
+    SlowSource() : Sound(support::PulseServer::Kind::noRewinding) {}
+
+    std::string track(double seconds, const char* kilobits) {
+        std::string path = folder.file("slow.mp3");
+        EXPECT_TRUE(support::encodeNoise(path, seconds, {"-b", kilobits}, RATE, 2, 1));
+        return path;
+    }
+
+    /// Plays a file from a disk and expects every sample, without silence in between.
+    void expectNoGap(const std::string& path, SlowDisk& disk, std::chrono::milliseconds stall) {
+        EngineUnderTest slow{[&](const std::string& name) {
+            return std::make_shared<const SlowFile>(FileReader::open(name), disk);
+        }};
+        slow.engine->settings().setVolume(100);
+        const Samples expected = support::decodeWithMpg123(path);
+        const support::Recording recording(server);
+        slow.engine->setURL(path);
+        slow.controls().play();
+        if (stall > 0ms) {
+            ASSERT_TRUE(
+                slow.queue.runUntil([&] { return slow.controls().currentPosition() > 1.5; }));
+            EXPECT_LT(disk.kept(), FileReader::open(path)->size() * 3 / 4) << "nothing to wait for";
+            disk.stall(stall);
+        }
+        ASSERT_TRUE(slow.queue.runUntil([&] { return slow.stops() != 0; },
+                                        std::chrono::milliseconds(40000)));
+        ASSERT_TRUE(recording.waitForSilence());
+        const auto heard = hear(recording.samples(), expected);
+        ASSERT_TRUE(heard);
+        EXPECT_EQ(heard->match.length, expected.size());
+        EXPECT_EQ(heard->match.silence, 0U);
+        EXPECT_EQ(slow.errors, 0);
+    }
+};
+
+TEST_F(SlowSource, TwiceTheBitRateIsEnough) {
+    SlowDisk disk(2 * 128000 / 8.0);
+    expectNoGap(track(8, "128"), disk, 0ms);
+}
+
+TEST_F(SlowSource, AHundredKilobytesASecondAreEnough) {
+    SlowDisk disk(100000);
+    expectNoGap(track(10, "320"), disk, 0ms);
+}
+
+TEST_F(SlowSource, AStallOfTheDiskIsNotHeard) {
+    SlowDisk disk(60000);
+    expectNoGap(track(10, "320"), disk, 1500ms);
+}
+
+} // namespace
+
+} // namespace zvonivec
