@@ -17,8 +17,8 @@ constexpr std::size_t FEED_CAPACITY = 160000;
 /// Time of decoded frames that wait for the device: what a device asks for at once, and what a
 /// disk that stalls may take.
 constexpr auto AHEAD = 1000ms;
-/// How long decoding goes on before a device that waits gets what there is. A server that is given
-/// a little at a time runs dry in between, because it mixes ahead of what is heard.
+/// How long decoding goes on before a device that waits is given what there is. A server that is
+/// given a little at a time runs dry in between, because it mixes ahead of what is heard.
 constexpr auto FIRST_PATIENCE = 10ms;
 /// Shortest sleep while a device that doesn't ask is supplied, or the end comes near.
 constexpr auto HURRY = 4ms;
@@ -35,7 +35,7 @@ constexpr auto END_PATIENCE = 500ms;
 /// How long a file is measured before the thread looks for commands and fills the feed, unless a
 /// single read takes longer; and how many bytes before it looks at the clock.
 constexpr auto STUDY_TIME = 5ms;
-constexpr std::uint64_t STUDY_SLICE = std::uint64_t{64} * 1024;
+constexpr std::uint64_t STUDY_SLICE = std::uint64_t{16} * 1024;
 
 std::int64_t frameAt(double seconds, int sampleRate) {
     constexpr double most = 1e15; // any larger number might not fit the type
@@ -170,6 +170,9 @@ std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const 
         return state == OutputThread::State::open ? std::optional(idleSince_ + DEVICE_LINGER)
                                                   : std::nullopt;
     }
+    if (!sought_) {
+        return Clock::now();
+    }
     if (!inFeed_ || (state != OutputThread::State::open && !decodedAll_)) {
         return std::nullopt;
     }
@@ -195,6 +198,7 @@ void DecoderThread::obey(Command& command) {
     switch (command.kind) {
     case Command::Kind::load:
         playing_ = false;
+        begun_ = false;
         decoder_.reset();
         file_ = std::move(command.file);
         output_->setTitle(command.name);
@@ -210,7 +214,7 @@ void DecoderThread::obey(Command& command) {
         playing_ = false;
         break;
     case Command::Kind::resume:
-        playing_ = decoder_ != nullptr;
+        playing_ = begun_;
         break;
     case Command::Kind::quit:
         break;
@@ -220,21 +224,13 @@ void DecoderThread::obey(Command& command) {
 
 void DecoderThread::begin(const Command& command) {
     run_ = command.run;
-    if (!decoder_ && file_ && file_->measure() != nullptr) {
-        decoder_ =
-            std::make_unique<Mp3Decoder>(file_->reader(), *file_->kind().stream, *file_->measure());
-    }
-    const std::int64_t frame = decoder_ ? frameAt(command.seconds, decoder_->sampleRate()) : 0;
-    if (!decoder_) {
+    if (!file_ || file_->measure() == nullptr) {
         fail(file_ ? file_->failure() : Failure{Failure::Cause::notOpened, {}});
         return;
     }
-    if (const auto failure = decoder_->seek(frame)) {
-        fail(*failure);
-        return;
-    }
     began_ = command;
-    firstFrame_ = frame;
+    begun_ = true;
+    sought_ = false;
     inFeed_ = false;
     endNotBefore_ =
         Clock::now() +
@@ -242,6 +238,29 @@ void DecoderThread::begin(const Command& command) {
     decodedAll_ = false;
     failure_.reset();
     playing_ = true;
+}
+
+/// Moves the decoder to where it is to begin. Returns False when the way there takes longer than a
+/// slice of time, or a command has come: then the rest of the way is gone later.
+bool DecoderThread::seek() {
+    const auto end = Clock::now() + STUDY_TIME;
+    const auto stop = [&] { return commandsWait_.load() || Clock::now() >= end; };
+    if (!decoder_) {
+        FileMeasure& measure = *file_->measure();
+        if (!Mp3Decoder::findChannels(measure, stop)) {
+            return false;
+        }
+        decoder_ = std::make_unique<Mp3Decoder>(file_->reader(), *file_->kind().stream, measure);
+    }
+    firstFrame_ = frameAt(began_.seconds, decoder_->sampleRate());
+    if (!decoder_->approach(firstFrame_, stop)) {
+        return false;
+    }
+    if (const auto failure = decoder_->seek(firstFrame_)) {
+        fail(*failure);
+        return false;
+    }
+    return true;
 }
 
 /// Makes the feed ready for what was begun. Returns False while a device of another format is being
@@ -301,18 +320,15 @@ void DecoderThread::play() {
         output_->close();
         return;
     }
+    sought_ = sought_ || seek();
+    if (!sought_) {
+        return;
+    }
     inFeed_ = inFeed_ || beginInFeed();
     if (!inFeed_) {
         return;
     }
-    if (output_->state() == OutputThread::State::closed) {
-        output_->feed().dropOld();
-        fillFeed(FIRST_PATIENCE);
-        if (waiting() != 0) {
-            output_->open(format_);
-        }
-    }
-    fillFeed(Clock::duration::max());
+    fillFeed();
     // The device still has some time to play when the end is reported, so that a repeated track
     // can follow without a gap.
     if (decodedAll_ && framesToHear() <= framesIn(END_LEAD) && Clock::now() >= endNotBefore_) {
@@ -343,14 +359,24 @@ std::uint64_t DecoderThread::framesIn(std::chrono::milliseconds time) const {
            static_cast<std::uint64_t>(format_.sampleRate) / 1000;
 }
 
-/// Decodes ahead, but not for longer than a limit.
-void DecoderThread::fillFeed(Clock::duration limit) {
+/// Decodes ahead. A device that is closed is opened as soon as there is something to play.
+void DecoderThread::fillFeed() {
     constexpr std::size_t mostFrames = 1152; // of one block of the decoder
     SampleFeed& feed = output_->feed();
+    bool closed = output_->state() == OutputThread::State::closed;
+    if (closed) {
+        feed.dropOld();
+    }
+    const auto openWithFirstFrames = [&] {
+        if (closed && waiting() != 0) {
+            output_->open(format_);
+            closed = false;
+        }
+    };
+    openWithFirstFrames();
     auto supplied = Clock::now();
-    const auto begin = supplied;
     while (!decodedAll_ && feed.space() >= mostFrames && waiting() < framesIn(AHEAD) &&
-           !commandsWait_.load() && Clock::now() - begin < limit) {
+           !commandsWait_.load()) {
         const Mp3Decoder::Block block = decoder_->read();
         if (block.result == Mp3Decoder::Result::samples) {
             feed.write(block.samples);
@@ -361,6 +387,7 @@ void DecoderThread::fillFeed(Clock::duration limit) {
                 failure_ = decoder_->failure();
             }
         }
+        openWithFirstFrames();
         if (feed.isStarving() && Clock::now() - supplied >= FIRST_PATIENCE) {
             output_->supply();
             supplied = Clock::now();
@@ -373,6 +400,7 @@ void DecoderThread::fillFeed(Clock::duration limit) {
 
 void DecoderThread::fail(const Failure& failure) {
     playing_ = false;
+    begun_ = false;
     const std::lock_guard lock(eventMutex_);
     if (events_.failed) {
         events_.failed(run_, failure);

@@ -95,10 +95,11 @@ private:
     [[nodiscard]] std::optional<Clock::time_point> nextWake() const;
     void obey(Command& command);
     void begin(const Command& command);
+    bool seek();
     bool beginInFeed();
     void studyFile();
     void play();
-    void fillFeed(Clock::duration limit);
+    void fillFeed();
     [[nodiscard]] std::uint64_t waiting() const;
     [[nodiscard]] std::uint64_t framesIn(std::chrono::milliseconds time) const;
     [[nodiscard]] std::uint64_t framesToHear() const;
@@ -128,6 +129,8 @@ private:
     AudioFormat format_;                 ///< of the feed and the device
     Command began_{Command::Kind::stop}; ///< the start or restart that plays
     std::int64_t firstFrame_ = 0;        ///< of the track, where it starts
+    bool begun_ = false;                 ///< began_ can still play
+    bool sought_ = false;                ///< the decoder is at firstFrame_
     bool inFeed_ = false;                ///< the feed is ready for its frames
     std::uint64_t run_ = 0;
     std::uint64_t streamStart_ = 0; ///< frame of the feed where the current stream begins

@@ -18,9 +18,15 @@ constexpr std::int64_t LEAD_FRAMES = 2 * FileMeasure::INDEX_STEP;
 /// before it is decoded.
 constexpr std::int64_t KNOWN_AHEAD = 16;
 
-/// Bytes that are searched for a stereo frame before a mono file is decoded, and a slice of them.
+/// Bytes that are searched for a stereo frame before a mono file is decoded, and how many of them
+/// before the search asks whether it is to stop.
 constexpr std::uint64_t MOST_WALKED = std::uint64_t{16} << 20U;
-constexpr std::uint64_t SLICE = std::uint64_t{1} << 20U;
+constexpr std::uint64_t SLICE = std::uint64_t{16} << 10U;
+
+/// For walks that nothing interrupts.
+bool never() {
+    return false;
+}
 
 /// Most samples of a block, per channel.
 constexpr std::int64_t LONGEST_BLOCK = 1152;
@@ -33,16 +39,21 @@ mpg123_handle* newHandle() {
 
 } // namespace
 
+bool Mp3Decoder::findChannels(FileMeasure& measure, const std::function<bool()>& stop) {
+    measure.walkToFrame(1);
+    while (measure.channels() == 1 && !measure.done() && measure.walked() < MOST_WALKED) {
+        if (stop()) {
+            return false;
+        }
+        measure.walk(SLICE);
+    }
+    return true;
+}
+
 Mp3Decoder::Mp3Decoder(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream,
                        FileMeasure& measure)
     : stream_(stream), measure_(measure), scanner_(file, stream, std::size_t{64} * 1024) {
-    // Stereo frames may follow mono frames. The measure has usually seen them all by now; otherwise
-    // a walk of milliseconds must do.
-    measure_.walkToFrame(1);
-    for (std::uint64_t walked = 0; measure_.channels() == 1 && walked < MOST_WALKED;
-         walked += SLICE) {
-        measure_.walk(SLICE);
-    }
+    findChannels(measure_, never);
     channels_ = measure_.channels();
 }
 
@@ -50,12 +61,20 @@ Mp3Decoder::~Mp3Decoder() {
     mpg123_delete(handle_);
 }
 
+/// Number of a sample of the track among all decoded ones.
+std::int64_t Mp3Decoder::decodedSample(std::int64_t sample) const {
+    return std::max<std::int64_t>(0, sample) + measure_.skippedSamples();
+}
+
+bool Mp3Decoder::approach(std::int64_t sample, const std::function<bool()>& stop) {
+    return measure_.walkToSample(decodedSample(sample), KNOWN_AHEAD, stop);
+}
+
 std::optional<Failure> Mp3Decoder::seek(std::int64_t sample) {
+    approach(sample, never);
     silentFrames_ = 0;
-    target_ = std::max<std::int64_t>(0, sample) + measure_.skippedSamples();
-    measure_.walkToSample(target_);
+    target_ = decodedSample(sample);
     const std::int64_t wanted = measure_.frameOfSample(target_);
-    measure_.walkToFrame(wanted + KNOWN_AHEAD);
     const std::int64_t lead = std::max<std::int64_t>(0, wanted - LEAD_FRAMES);
     nextFrame_ = lead - lead % FileMeasure::INDEX_STEP;
     nextOffset_ = measure_.frames() > 0 ? measure_.frameOffset(nextFrame_).value_or(stream_.end)

@@ -9,6 +9,7 @@
 #include "engine/reading/frame_scanner.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -25,6 +26,11 @@ namespace zvonivec {
 /// rate than the first are converted to it, and mono frames to stereo where others are stereo.
 class Mp3Decoder {
 public:
+    /// Walks the measure on until the channels of the stream are known: stereo frames may follow
+    /// mono frames, and the first 16 MiB are searched for them. Gives up when stop, which is asked
+    /// now and then, is True. Returns whether the search is over.
+    static bool findChannels(FileMeasure& measure, const std::function<bool()>& stop);
+
     /// The decoder walks the measure on as far as it needs. The measure must outlive it.
     Mp3Decoder(const std::shared_ptr<const FileReader>& file, const Mp3Stream& stream,
                FileMeasure& measure);
@@ -35,6 +41,10 @@ public:
     [[nodiscard]] int sampleRate() const { return stream_.first.sampleRate; }
     /// 2 for a stream that has stereo frames anywhere, else 1.
     [[nodiscard]] int channels() const { return channels_; }
+
+    /// Walks the measure on to where a seek to a sample of the track finds its place known. Gives
+    /// up when stop, which is asked now and then, is True. Returns whether it is there.
+    bool approach(std::int64_t sample, const std::function<bool()>& stop);
 
     /// Makes read continue at a sample of the track (per channel). Below 0 is 0; past the end the
     /// next read reports the end. Returns why libmpg123 can't be set up, nothing on success. Must
@@ -62,6 +72,7 @@ public:
     [[nodiscard]] std::int64_t silentFrames() const { return silentFrames_; }
 
 private:
+    [[nodiscard]] std::int64_t decodedSample(std::int64_t sample) const;
     std::optional<Failure> enterPart();
     [[nodiscard]] std::string lastError() const;
     bool fail(Failure::Cause cause);

@@ -12,6 +12,9 @@ namespace {
 /// Delay of every layer III decoder, in samples.
 constexpr std::int64_t DECODER_DELAY = 529;
 
+/// Steps of a walk before it asks whether it is to stop: some 20 microseconds.
+constexpr int STEPS_PER_LOOK = 256;
+
 /// Most entries of the index. A full index drops every second entry.
 constexpr std::size_t LONGEST_INDEX = 8192;
 
@@ -47,10 +50,17 @@ void FileMeasure::walkToFrame(std::int64_t frames) {
     }
 }
 
-void FileMeasure::walkToSample(std::int64_t sample) {
-    while (!done_ && firstSample(frames_) <= sample) {
+bool FileMeasure::walkToSample(std::int64_t sample, std::int64_t framesAfter,
+                               const std::function<bool()>& stop) {
+    for (int steps = 1;
+         !done_ && (frames_ <= framesAfter || firstSample(frames_ - framesAfter) <= sample);
+         ++steps) {
+        if (steps % STEPS_PER_LOOK == 0 && stop()) {
+            return false;
+        }
         takeStep();
     }
+    return true;
 }
 
 void FileMeasure::takeStep() {

@@ -8,6 +8,7 @@
 #include "engine/reading/info_frame.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -43,8 +44,14 @@ public:
     void walk(std::uint64_t bytes);
     /// Walks on until this many frames are known, or to the end.
     void walkToFrame(std::int64_t frames);
-    /// Walks on until the frame of a decoded sample is known, or to the end.
-    void walkToSample(std::int64_t sample);
+    /// Walks on until the frame of a decoded sample and so many frames after it are known, or to
+    /// the end. Gives up when stop, which is asked now and then, is True. Returns whether they are
+    /// known.
+    bool walkToSample(std::int64_t sample, std::int64_t framesAfter,
+                      const std::function<bool()>& stop);
+
+    /// Bytes from the start of the stream to where the walk is.
+    [[nodiscard]] std::uint64_t walked() const { return position_ - stream_.begin; }
 
     /// Whether the walk is over; all results below are exact then. An error of the disk ends the
     /// walk too.

@@ -106,9 +106,11 @@ TEST_F(OnDisk, SeveralThreadsReadAtOnce) {
     EXPECT_EQ(wrong, 0);
 }
 
-/// A disk that fails from an offset on, or stops answering.
+/// A disk that fails from an offset on, takes its time, or stops answering.
 struct Disk {
     std::atomic<std::uint64_t> failsFrom{UINT64_MAX};
+    std::chrono::milliseconds readTime{0}; ///< of each read
+    std::atomic<int> reads{0};
 
     void hang() {
         const std::lock_guard lock(mutex);
@@ -156,6 +158,8 @@ public:
             disk_.changed.wait(lock, [this] { return !disk_.hangs; });
             --disk_.waiting;
         }
+        ++disk_.reads;
+        std::this_thread::sleep_for(disk_.readTime);
         const std::uint64_t begin = std::min<std::uint64_t>(offset, content_.size());
         const std::size_t count = std::min<std::size_t>(target.size(), content_.size() - begin);
         if (begin + count > disk_.failsFrom) {
@@ -274,6 +278,45 @@ TEST_F(FailingDisk, ADiskThatHangsHoldsNobodyUp) {
     EXPECT_TRUE(disk.hasOpenFiles());
     disk.goOn();
     EXPECT_TRUE(support::waitUntil([&] { return !disk.hasOpenFiles(); }));
+    EXPECT_EQ(engine.errors, 0);
+}
+
+/// Five minutes on a disk that takes longer for them than a command may wait.
+class SlowDisk : public testing::Test {
+protected:
+    void SetUp() override {
+        setenv("SDL_AUDIODRIVER", "dummy", 1);
+        disk.readTime = 10ms;
+        engine.engine->setURL("long");
+        engine.controls().setCurrentPosition(290);
+        const int before = disk.reads;
+        engine.controls().play();
+        ASSERT_TRUE(support::waitUntil([&] { return disk.reads > before + 3; }));
+        ASSERT_FALSE(engine.media().isReadOnlyItem("Bitrate")) << "the seek must be under way";
+    }
+
+    const std::string frame = support::frameBytes({.bitRateIndex = 14, .size = 1044});
+    Disk disk;
+    Disk quickDisk;
+    EngineUnderTest engine{[this](const std::string& name) {
+        const bool isLong = name == "long";
+        return std::make_shared<const FileOfDisk>(isLong ? disk : quickDisk,
+                                                  support::repeated(frame, isLong ? 11500 : 100));
+    }};
+};
+
+TEST_F(SlowDisk, ASeekBeyondWhatIsMeasuredHoldsNoCommandUp) {
+    const int before = disk.reads;
+    engine.open("short");
+    EXPECT_EQ(engine.media().getItemInfo("Bitrate"), "320000");
+    EXPECT_LE(disk.reads - before, 2);
+}
+
+TEST_F(SlowDisk, ASeekBeyondWhatIsMeasuredArrivesAfterAPause) {
+    engine.controls().pause();
+    EXPECT_EQ(engine.controls().currentPosition(), 290);
+    engine.controls().play();
+    EXPECT_TRUE(engine.queue.runUntil([&] { return engine.controls().currentPosition() > 290.1; }));
     EXPECT_EQ(engine.errors, 0);
 }
 
