@@ -24,15 +24,24 @@ constexpr auto STREAM_LIMIT = 2000ms;
 constexpr auto HELD = 2000ms;
 constexpr auto PIECE = 500ms;
 
-/// How far ahead of what is heard a change is written: the way to the server, and what a device
-/// has already taken.
-constexpr auto AHEAD = 12ms;
+/// How far ahead of what is heard a change is written: what a device has already taken, and the
+/// way to the server. The way takes about half as long as the answer about the server's clock just
+/// before. The double of that answer's time leaves room for a busy machine.
+constexpr auto TAKEN_BY_DEVICE = 10ms;
+constexpr std::chrono::microseconds SHORTEST_WAY = 2ms;
+constexpr std::chrono::microseconds LONGEST_WAY = 30ms;
+/// Time of sound of the first write of a change. It is sent before the rest is prepared.
+constexpr auto FIRST_OF_CHANGE = 30ms;
 /// The same ahead of what a server has mixed, where it takes back nothing: one cycle of its graph.
 constexpr auto AHEAD_OF_MIXED = 24ms;
 
 /// PipeWire plays whole cycles, and leaves lying what doesn't fill one. Silence of a cycle makes
 /// sure that the last sample is heard.
 constexpr auto PAD = 50ms;
+
+/// How long a server that asks for nothing may be silent before it is asked for its clock. Longer
+/// than the time between two requests.
+constexpr auto LONGEST_SILENCE = 600ms;
 
 /// How often a sink is asked in vain to begin: what it has mixed is a few seconds at most.
 constexpr int MOST_NUDGES = 8;
@@ -131,7 +140,11 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
     }
     pa_stream_set_write_callback(
         stream_,
-        [](pa_stream*, std::size_t, void* self) { static_cast<PulseOutput*>(self)->follow(); },
+        [](pa_stream*, std::size_t, void* self) {
+            auto& output = *static_cast<PulseOutput*>(self);
+            output.serverLives();
+            output.follow();
+        },
         this);
     pa_stream_set_latency_update_callback(
         stream_, [](pa_stream*, void* self) { static_cast<PulseOutput*>(self)->takeTiming(); },
@@ -151,6 +164,8 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
         static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE);
     corked_ = false;
     timingAsked_ = false;
+    sendsFirst_ = false;
+    roundTrip_ = {};
     padBegin_ = padEnd_ = 0;
     nudges_ = MOST_NUDGES;
     return pa_stream_connect_playback(stream_, nullptr, &buffer, flags, nullptr, nullptr) == 0 &&
@@ -180,7 +195,9 @@ bool PulseOutput::iterateUntil(const std::function<bool()>& done, const std::fun
 void PulseOutput::serve(const std::function<bool()>& stop) {
     while (!stop() && PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)) &&
            PA_STREAM_IS_GOOD(pa_stream_get_state(stream_))) {
-        follow();
+        if (!std::exchange(sendsFirst_, false)) {
+            follow();
+        }
         if (pa_mainloop_prepare(loop_, NO_TIMEOUT) < 0 || pa_mainloop_poll(loop_) < 0 ||
             pa_mainloop_dispatch(loop_) < 0) {
             return;
@@ -189,9 +206,10 @@ void PulseOutput::serve(const std::function<bool()>& stop) {
 }
 
 void PulseOutput::close() {
-    if (corkTimer_ != nullptr) {
-        pa_mainloop_get_api(loop_)->time_free(corkTimer_);
-        corkTimer_ = nullptr;
+    for (Timer* const timer : {&corkTimer_, &clockTimer_}) {
+        if (timer->event != nullptr) {
+            pa_mainloop_get_api(loop_)->time_free(std::exchange(timer->event, nullptr));
+        }
     }
     if (stream_ != nullptr) {
         pa_stream_set_write_callback(stream_, nullptr, nullptr);
@@ -260,18 +278,40 @@ void PulseOutput::askForTiming() {
         return;
     }
     timingAsked_ = true;
+    askedAt_ = SampleFeed::Clock::now();
     drop(pa_stream_update_timing_info(
         stream_,
         [](pa_stream*, int, void* self) {
             auto& output = *static_cast<PulseOutput*>(self);
             output.timingAsked_ = false;
+            output.noteRoundTrip();
             output.rewrite();
         },
         this));
 }
 
+/// A single slow answer counts for some changes more: others may follow that are as slow.
+void PulseOutput::noteRoundTrip() {
+    roundTrip_ = std::max<SampleFeed::Clock::duration>(SampleFeed::Clock::now() - askedAt_,
+                                                       roundTrip_ * 3 / 4);
+}
+
+/// Frames between what is heard and the first that a change can reach.
+std::uint64_t PulseOutput::lead() const {
+    const auto way = std::chrono::duration_cast<std::chrono::microseconds>(2 * roundTrip_);
+    return framesIn(TAKEN_BY_DEVICE + std::clamp(way, SHORTEST_WAY, LONGEST_WAY),
+                    format_.sampleRate);
+}
+
+/// A server that hangs says nothing, and its clock must not run on.
+void PulseOutput::serverLives() {
+    feed_.extendClock(SampleFeed::Clock::now());
+    restartTimer(clockTimer_, LONGEST_SILENCE);
+}
+
 /// Tells the feed what is heard now.
 void PulseOutput::takeTiming() {
+    serverLives();
     const pa_timing_info* const timing = pa_stream_get_timing_info(stream_);
     if (timing == nullptr || timing->read_index_corrupt != 0) {
         return;
@@ -292,7 +332,8 @@ void PulseOutput::takeTiming() {
                    !corked_);
     const bool waits =
         timing->playing == 0 && !corked_ && feed_.deviceFrame() > mixed &&
-        timing->sink_usec > static_cast<pa_usec_t>(std::chrono::microseconds(AHEAD).count());
+        timing->sink_usec > static_cast<pa_usec_t>(
+                                std::chrono::microseconds(TAKEN_BY_DEVICE + SHORTEST_WAY).count());
     if (waits && rewinds_ && nudges_ > 0) {
         --nudges_;
         nudge();
@@ -313,7 +354,7 @@ void PulseOutput::rewrite() {
     const pa_timing_info* const timing = pa_stream_get_timing_info(stream_);
     const std::uint64_t written = feed_.deviceFrame();
     if (timing != nullptr) {
-        std::uint64_t from = feed_.heardDeviceFrame() + framesIn(AHEAD, format_.sampleRate);
+        std::uint64_t from = feed_.heardDeviceFrame() + lead();
         if (!rewinds_) {
             const auto mixed =
                 static_cast<std::uint64_t>(std::max<std::int64_t>(0, timing->read_index)) /
@@ -335,6 +376,9 @@ void PulseOutput::rewrite() {
 void PulseOutput::supply(std::uint64_t writtenBefore) {
     const std::uint64_t begin = feed_.deviceFrame();
     const bool satisfied = write(writtenBefore);
+    if (sendsFirst_) {
+        return; // the rest follows
+    }
     if (satisfied) {
         feed_.setSatisfied();
     } else if (!rewinds_ && !isPadded() && begin != 0 && feed_.isAtEnd()) {
@@ -345,15 +389,26 @@ void PulseOutput::supply(std::uint64_t writtenBefore) {
     }
 }
 
-/// Returns whether the server has all that it wants.
+/// Returns whether the server has all that it wants. Of a change only the first part is written,
+/// and sendsFirst_ set: a slow machine takes longer to prepare the rest than the server waits.
 bool PulseOutput::write(std::uint64_t writtenBefore) {
     auto back = static_cast<std::int64_t>((writtenBefore - feed_.deviceFrame()) * frameBytes_);
+    const bool isChange = back != 0;
+    const std::uint64_t stop = feed_.deviceFrame() + framesIn(FIRST_OF_CHANGE, format_.sampleRate);
     for (;;) {
+        if (isChange && feed_.deviceFrame() >= stop) {
+            sendsFirst_ = true;
+            return false;
+        }
         const std::size_t wanted = pa_stream_writable_size(stream_);
         if (wanted == static_cast<std::size_t>(-1)) {
             return true; // it has failed, as its state says
         }
-        const std::size_t room = wanted + static_cast<std::size_t>(back);
+        std::size_t room = wanted + static_cast<std::size_t>(back);
+        if (isChange) {
+            const std::uint64_t left = stop - feed_.deviceFrame();
+            room = std::min(room, static_cast<std::size_t>(left) * frameBytes_);
+        }
         if (room < frameBytes_) {
             return true;
         }
@@ -381,7 +436,7 @@ bool PulseOutput::write(std::uint64_t writtenBefore) {
                         PA_SEEK_RELATIVE);
         back = 0;
         if (feed_.isSilent()) {
-            armCork();
+            restartTimer(corkTimer_, CORK_DELAY);
         } else if (wasSilent && corked_) {
             corked_ = false;
             nudges_ = MOST_NUDGES;
@@ -409,25 +464,32 @@ bool PulseOutput::isPadded() const {
     return padEnd_ != padBegin_ && padEnd_ == feed_.deviceFrame();
 }
 
-void PulseOutput::armCork() {
-    const pa_usec_t when =
-        pa_rtclock_now() + static_cast<pa_usec_t>(std::chrono::microseconds(CORK_DELAY).count());
-    if (corkTimer_ != nullptr) {
-        pa_context_rttime_restart(context_, corkTimer_, when);
+/// Calls a function after a time from now, instead of the time set before.
+void PulseOutput::restartTimer(Timer& timer, std::chrono::microseconds time) {
+    const pa_usec_t when = pa_rtclock_now() + static_cast<pa_usec_t>(time.count());
+    if (timer.event != nullptr) {
+        pa_context_rttime_restart(context_, timer.event, when);
         return;
     }
-    corkTimer_ = pa_context_rttime_new(
+    timer.event = pa_context_rttime_new(
         context_, when,
-        [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
-            static_cast<PulseOutput*>(self)->corkIfSilent();
+        [](pa_mainloop_api*, pa_time_event*, const timeval*, void* passed) {
+            const Timer& ended = *static_cast<Timer*>(passed);
+            (ended.output->*ended.function)();
         },
-        this);
+        &timer);
 }
 
 void PulseOutput::corkIfSilent() {
     if (feed_.isSilent() && !corked_) {
         corked_ = true;
         drop(pa_stream_cork(stream_, 1, nullptr, nullptr));
+    }
+}
+
+void PulseOutput::askSilentServer() {
+    if (!corked_) {
+        askForTiming();
     }
 }
 

@@ -37,6 +37,12 @@ public:
     [[nodiscard]] bool callsForMore() const override { return true; }
 
 private:
+    struct Timer {
+        PulseOutput* output;
+        void (PulseOutput::*function)();
+        pa_time_event* event = nullptr;
+    };
+
     bool connect(const std::function<bool()>& stop);
     bool createStream(const AudioFormat& format, const std::function<bool()>& stop);
     bool iterateUntil(const std::function<bool()>& done, const std::function<bool()>& stop,
@@ -50,8 +56,12 @@ private:
     bool write(std::uint64_t writtenBefore);
     void pad();
     [[nodiscard]] bool isPadded() const;
-    void armCork();
+    void noteRoundTrip();
+    [[nodiscard]] std::uint64_t lead() const;
+    void serverLives();
+    void restartTimer(Timer& timer, std::chrono::microseconds time);
     void corkIfSilent();
+    void askSilentServer();
     void applyTitle();
     [[nodiscard]] Failure failure() const;
 
@@ -60,7 +70,8 @@ private:
     pa_mainloop* const loop_;
     pa_context* context_ = nullptr;
     pa_stream* stream_ = nullptr;
-    pa_time_event* corkTimer_ = nullptr;
+    Timer corkTimer_{this, &PulseOutput::corkIfSilent};
+    Timer clockTimer_{this, &PulseOutput::askSilentServer};
     AudioFormat format_;
     std::size_t frameBytes_ = 1;
     bool rewinds_ = true;        ///< the server can take back what it has mixed already
@@ -68,7 +79,10 @@ private:
     std::uint64_t padEnd_ = 0;
     bool corked_ = false;      ///< the stream is, or is about to be
     int nudges_ = 0;           ///< how often the sink may still be asked to begin
-    bool timingAsked_ = false; ///< a change waits for the server's answer
+    bool timingAsked_ = false; ///< the server owes an answer about its clock
+    bool sendsFirst_ = false;  ///< the first part of a change is to be sent before the rest
+    SampleFeed::Clock::time_point askedAt_;
+    SampleFeed::Clock::duration roundTrip_{}; ///< how long the server takes to answer of late
 
     std::mutex titleMutex_;
     std::string title_;         ///< guarded by titleMutex_

@@ -120,6 +120,9 @@ public:
         timeline_.setClock(deviceFrame, when, runs);
     }
 
+    /// Says that the device was at work at a time.
+    void extendClock(Clock::time_point when) { timeline_.extendClock(when); }
+
 private:
     std::size_t takeSome(std::span<std::int16_t> target);
     void releaseHeard();

@@ -8,8 +8,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The longest time between two reports of a device's clock. A device that hangs reports none.
-constexpr auto LONGEST_SILENCE = 1700ms;
+/// The longest time between two signs of a device that works, and some more.
+constexpr auto LONGEST_SILENCE = 700ms;
 
 } // namespace
 
@@ -32,11 +32,11 @@ std::uint64_t Timeline::heardDeviceFrame(Clock::time_point now) const {
 }
 
 std::uint64_t Timeline::deviceFrameAt(const State& state, Clock::time_point now) {
-    if (!state.runs || now <= state.when) {
+    const auto until = std::min<Clock::time_point>(now, state.lastSign + LONGEST_SILENCE);
+    if (!state.runs || until <= state.when) {
         return state.heard;
     }
-    const std::chrono::duration<double> elapsed =
-        std::min<Clock::duration>(now - state.when, LONGEST_SILENCE);
+    const std::chrono::duration<double> elapsed = until - state.when;
     return state.heard + static_cast<std::uint64_t>(elapsed.count() * state.sampleRate);
 }
 
@@ -92,7 +92,13 @@ std::uint64_t Timeline::cut(std::uint64_t deviceFrame, std::uint64_t otherwise) 
 void Timeline::setClock(std::uint64_t deviceFrame, Clock::time_point when, bool runs) {
     state_.heard = deviceFrame;
     state_.when = when;
+    state_.lastSign = std::max(state_.lastSign, when);
     state_.runs = runs;
+    publish();
+}
+
+void Timeline::extendClock(Clock::time_point when) {
+    state_.lastSign = std::max(state_.lastSign, when);
     publish();
 }
 
@@ -109,7 +115,11 @@ Timeline::State Timeline::read() const {
         }
         state.size = static_cast<std::size_t>(next());
         state.heard = next();
-        state.when = Clock::time_point(Clock::duration(static_cast<Clock::rep>(next())));
+        const auto nextTime = [&] {
+            return Clock::time_point(Clock::duration(static_cast<Clock::rep>(next())));
+        };
+        state.when = nextTime();
+        state.lastSign = nextTime();
         state.runs = next() != 0;
         state.sampleRate = static_cast<int>(next());
         if (before % 2 == 0 && version_.load() == before) {
@@ -131,7 +141,9 @@ void Timeline::publish() {
     }
     put(state_.size);
     put(state_.heard);
-    put(static_cast<std::uint64_t>(state_.when.time_since_epoch().count()));
+    for (const Clock::time_point time : {state_.when, state_.lastSign}) {
+        put(static_cast<std::uint64_t>(time.time_since_epoch().count()));
+    }
     put(state_.runs ? 1 : 0);
     put(static_cast<std::uint64_t>(state_.sampleRate));
     version_.fetch_add(1);

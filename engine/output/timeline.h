@@ -34,8 +34,11 @@ public:
     std::uint64_t cut(std::uint64_t deviceFrame, std::uint64_t otherwise);
 
     /// Says which frame of the device is heard at a time. It goes on at the sample rate from there
-    /// when it runs, but not for longer than a device is silent about its clock.
+    /// when it runs, but not for longer than a device that works is silent.
     void setClock(std::uint64_t deviceFrame, Clock::time_point when, bool runs);
+
+    /// Says that the device was at work at a time, so that the clock may go on.
+    void extendClock(Clock::time_point when);
 
     /// Returns the frame of the device that is heard at a time.
     [[nodiscard]] std::uint64_t heardDeviceFrame(Clock::time_point now) const;
@@ -53,6 +56,7 @@ private:
         std::size_t size = 0;
         std::uint64_t heard = 0; ///< frame of the device at the time of when
         Clock::time_point when;
+        Clock::time_point lastSign; ///< when the device was last known to work
         bool runs = false;
         int sampleRate = 1;
     };
@@ -64,7 +68,7 @@ private:
     State state_; ///< used by the output's thread alone
 
     /// Words of a published State. The version is odd while they are written.
-    static constexpr std::size_t WORDS = MOST_PIECES * 3 + 5;
+    static constexpr std::size_t WORDS = MOST_PIECES * 3 + 6;
     std::atomic<std::uint32_t> version_{0};
     std::array<std::atomic<std::uint64_t>, WORDS> words_{};
 };
