@@ -35,7 +35,7 @@ constexpr auto END_PATIENCE = 500ms;
 /// How long a file is measured before the thread looks for commands and fills the feed, unless a
 /// single read takes longer; and how many bytes before it looks at the clock.
 constexpr auto STUDY_TIME = 5ms;
-constexpr std::uint64_t STUDY_SLICE = std::uint64_t{16} * 1024;
+constexpr std::uint64_t STUDY_SLICE = 4096;
 
 std::int64_t frameAt(double seconds, int sampleRate) {
     constexpr double most = 1e15; // any larger number might not fit the type

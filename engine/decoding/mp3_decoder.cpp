@@ -21,7 +21,7 @@ constexpr std::int64_t KNOWN_AHEAD = 16;
 /// Bytes that are searched for a stereo frame before a mono file is decoded, and how many of them
 /// before the search asks whether it is to stop.
 constexpr std::uint64_t MOST_WALKED = std::uint64_t{16} << 20U;
-constexpr std::uint64_t SLICE = std::uint64_t{16} << 10U;
+constexpr std::uint64_t SLICE = 4096;
 
 /// For walks that nothing interrupts.
 bool never() {

@@ -12,8 +12,9 @@ namespace {
 /// Delay of every layer III decoder, in samples.
 constexpr std::int64_t DECODER_DELAY = 529;
 
-/// Steps of a walk before it asks whether it is to stop: some 20 microseconds.
-constexpr int STEPS_PER_LOOK = 256;
+/// Bytes that are walked before the walk asks whether it is to stop: the smallest block that is
+/// read at once.
+constexpr std::uint64_t BYTES_PER_LOOK = 4096;
 
 /// Most entries of the index. A full index drops every second entry.
 constexpr std::size_t LONGEST_INDEX = 8192;
@@ -52,11 +53,13 @@ void FileMeasure::walkToFrame(std::int64_t frames) {
 
 bool FileMeasure::walkToSample(std::int64_t sample, std::int64_t framesAfter,
                                const std::function<bool()>& stop) {
-    for (int steps = 1;
-         !done_ && (frames_ <= framesAfter || firstSample(frames_ - framesAfter) <= sample);
-         ++steps) {
-        if (steps % STEPS_PER_LOOK == 0 && stop()) {
-            return false;
+    std::uint64_t look = position_ + BYTES_PER_LOOK;
+    while (!done_ && (frames_ <= framesAfter || firstSample(frames_ - framesAfter) <= sample)) {
+        if (position_ >= look) {
+            if (stop()) {
+                return false;
+            }
+            look = position_ + BYTES_PER_LOOK;
         }
         takeStep();
     }
