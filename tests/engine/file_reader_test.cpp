@@ -232,8 +232,8 @@ TEST_F(FailingDisk, WhatCanBeReadIsHeardFirst) {
     EXPECT_EQ(engine.media().getItemInfo("Bitrate"), "320000");
     EXPECT_GT(engine.media().duration(), 1.0);
     engine.controls().setCurrentPosition(engine.media().duration() - 0.5);
-    engine.controls().play();
     const auto begin = std::chrono::steady_clock::now();
+    engine.controls().play();
     expectOneError();
     EXPECT_GT(std::chrono::steady_clock::now() - begin, 350ms);
 }
@@ -306,8 +306,12 @@ protected:
 };
 
 TEST_F(SlowDisk, ASeekBeyondWhatIsMeasuredHoldsNoCommandUp) {
+    disk.hang();
+    ASSERT_TRUE(support::waitUntil([&] { return disk.isWaitedFor(); }));
     const int before = disk.reads;
-    engine.open("short");
+    engine.engine->setURL("short");
+    disk.goOn();
+    ASSERT_TRUE(support::waitUntil([&] { return engine.media().isReadOnlyItem("Bitrate"); }));
     EXPECT_EQ(engine.media().getItemInfo("Bitrate"), "320000");
     EXPECT_LE(disk.reads - before, 2);
 }

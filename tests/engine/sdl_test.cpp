@@ -3,6 +3,7 @@
 
 #include "tests/engine/engine_under_test.h"
 #include "tests/engine/sound_test.h"
+#include "tests/support/disturbance.h"
 
 #include <cstdlib>
 
@@ -57,17 +58,18 @@ TEST_F(SdlSound, PausesWithin40MillisecondsAndLosesNothing) {
     const std::size_t paused = written().size();
     engine.controls().pause();
     engine.queue.runFor(300ms);
-    const std::size_t silent = support::behindLastSound(written());
-    EXPECT_LE(silent, paused + promptly(40ms));
+    const Samples before = written();
+    EXPECT_LE(support::behindLastSound(before), paused + promptly(40ms));
+    const auto begin = support::findIn(before, part(expected, 0, KEY_LENGTH));
+    ASSERT_TRUE(begin);
+    const std::size_t first = support::equalLength(before, *begin, expected, 0);
+    ASSERT_LT(first, expected.size());
     engine.controls().play();
     ASSERT_TRUE(engine.runUntilStopped());
     engine.queue.runFor(300ms);
+    // A device that was closed meanwhile has begun its file anew.
     const Samples all = written();
-    const auto begin = support::findIn(all, part(expected, 0, KEY_LENGTH));
-    ASSERT_TRUE(begin);
-    const std::size_t first = support::equalLength(all, *begin, expected, 0);
-    ASSERT_LT(first, expected.size());
-    const auto after = support::findIn(all, part(expected, first, KEY_LENGTH), silent);
+    const auto after = support::findIn(all, part(expected, first, KEY_LENGTH));
     ASSERT_TRUE(after) << "the track doesn't go on where it was paused";
     EXPECT_EQ(support::equalLength(all, *after, expected, first), expected.size() - first);
 }
@@ -79,14 +81,23 @@ TEST_F(SdlSound, RepeatsWithoutAGap) {
             engine.controls().play();
         }
     };
-    engine.controls().play();
-    ASSERT_TRUE(engine.queue.runUntil([&] { return ends == 2; }));
-    engine.queue.runFor(300ms);
-    const Samples all = written();
-    const auto begin = support::findIn(all, part(expected, 0, KEY_LENGTH));
-    ASSERT_TRUE(begin);
-    EXPECT_EQ(support::equalLength(all, *begin, expected, 0), expected.size());
-    EXPECT_EQ(support::equalLength(all, *begin + expected.size(), expected, 0), expected.size());
+    const auto attempt = [&] {
+        ends = 0;
+        engine.controls().play();
+        EXPECT_TRUE(engine.queue.runUntil([&] { return ends == 2; }));
+        engine.queue.runFor(300ms);
+        const Samples all = written();
+        const auto begin = support::findIn(all, part(expected, 0, KEY_LENGTH));
+        EXPECT_TRUE(begin);
+        const std::size_t first = begin ? support::equalLength(all, *begin, expected, 0) : 0;
+        const std::size_t second =
+            begin ? support::equalLength(all, *begin + expected.size(), expected, 0) : 0;
+        engine.queue.runFor(2s); // the next attempt has a device and a file of its own
+        return first == expected.size() && second == expected.size()
+                   ? std::string()
+                   : "gap after " + std::to_string(first) + " or " + std::to_string(second);
+    };
+    EXPECT_EQ(support::attemptWhileDisturbed(4, attempt), "");
 }
 
 } // namespace

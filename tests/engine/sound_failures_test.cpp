@@ -130,6 +130,19 @@ TEST_F(HangingServer, HoldsNobodyUpWhileTheDeviceIsClosed) {
     expectNoCommandWaits();
 }
 
+TEST_F(HangingServer, StopsThePosition) {
+    engine.open(path);
+    ASSERT_TRUE(playUntil(0.3));
+    server.freeze();
+    const double frozen = engine.controls().currentPosition();
+    engine.queue.runFor(1s);
+    const double later = engine.controls().currentPosition();
+    EXPECT_LE(later, frozen + 0.8);
+    engine.queue.runFor(300ms);
+    EXPECT_EQ(engine.controls().currentPosition(), later);
+    EXPECT_EQ(engine.errors, 0);
+}
+
 TEST_F(HangingServer, DoesNotDelayTheEndOfAnEngineThatPlays) {
     engine.open(path);
     ASSERT_TRUE(playUntil(0.3));
