@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+class QWidget;
+
 namespace zvonivec {
 
 class Form;
@@ -27,7 +29,7 @@ public:
     virtual std::optional<std::string> ShowOpen() = 0;
 };
 
-/// The desktop's own dialog, or the toolkit's on desktops without a dialog.
+/// The desktop's own dialog, or the program's on desktops without a dialog.
 class SystemDialog : public CommonDialog {
 public:
     void setOwner(Form& owner) { owner_ = &owner; }
@@ -35,6 +37,8 @@ public:
 
 private:
     [[nodiscard]] std::string startFolder() const;
+    /// Shows the desktop's own dialog if it has one, and reports that in the last argument.
+    std::optional<std::string> showDesktopsDialog(QWidget* owner, bool& shown) const;
 
     Form* owner_ = nullptr;
     std::string lastChosen_; ///< its folder is used even when the file is gone

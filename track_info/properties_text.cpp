@@ -1,6 +1,7 @@
 // The text of the properties box.
 
 #include "main_window/frmPlayer.h"
+#include "platform/file_names.h"
 #include "track_info/rules.h"
 
 #include <array>
@@ -36,7 +37,7 @@ std::string frmPlayer::BuildPropertiesText() {
             text.append(item.label).append(value).append(LINE_END);
         }
     }
-    return text.append(LINE_END).append("URL: ").append(WMP->URL());
+    return text.append(LINE_END).append("URL: ").append(shownPath(WMP->URL()));
 }
 
 } // namespace zvonivec

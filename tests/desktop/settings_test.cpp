@@ -86,6 +86,7 @@ TEST_F(SettingsTest, NothingElseIsWrittenWhateverTheUserDoes) {
     answer(*box, "Return");
     choose(menu::OPEN);
     chooseFile("");
+    ASSERT_TRUE(waitUntil([&] { return player_->window().isActive(); }));
     click(player::close);
     ASSERT_EQ(player_->process().waitForExit(), 0);
     EXPECT_TRUE(std::filesystem::exists(path()));

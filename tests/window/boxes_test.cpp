@@ -1,18 +1,14 @@
-// The real dialog and the real message boxes. Each test looks at the box and then closes it.
+// The real message boxes. Each test looks at the box and then closes it.
 
 #include "tests/window/player_test.h"
 
 #include <QApplication>
-#include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QFileDialog>
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include <QStyle>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -178,86 +174,6 @@ TEST_F(Boxes, NoTextMakesABoxLargerThanTheScreen) {
         boxes.MsgBox(text, vbInformation, "y");
     }
     EXPECT_EQ(seen(), 5);
-}
-
-class Dialog : public Boxes {
-protected:
-    void SetUp() override {
-        Boxes::SetUp();
-        dialog_.setOwner(player());
-        dialog_.Filter = "MP3 soubory (*.mp3)|*.mp3|Všechny soubory (*.*)|*.*|";
-        dialog_.DialogTitle = "Otevřít soubor MP3";
-        dialog_.Flags = CommonDialog::fileMustExist | CommonDialog::hideReadOnly;
-    }
-
-    /// Returns the folder that the dialog opens in.
-    QString folderFor(const std::string& initDir) {
-        QString folder;
-        dialog_.InitDir = initDir;
-        whenShown<QFileDialog>(
-            [&](QFileDialog& shown) { folder = shown.directory().canonicalPath(); });
-        EXPECT_EQ(dialog_.ShowOpen(), std::nullopt);
-        return folder;
-    }
-
-    SystemDialog dialog_;
-};
-
-TEST_F(Dialog, AsksForOneExistingFile) {
-    whenShown<QFileDialog>([](QFileDialog& shown) {
-        EXPECT_EQ(shown.windowTitle(), "Otevřít soubor MP3");
-        EXPECT_EQ(shown.fileMode(), QFileDialog::ExistingFile);
-        EXPECT_EQ(shown.acceptMode(), QFileDialog::AcceptOpen);
-        auto* filters = shown.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
-        ASSERT_NE(filters, nullptr);
-        EXPECT_EQ(filters->count(), 2);
-        EXPECT_EQ(filters->itemText(0).trimmed(), "MP3 soubory (*.mp3)");
-        EXPECT_EQ(filters->itemText(1).trimmed(), "Všechny soubory (*.*)");
-        EXPECT_EQ(filters->currentIndex(), 0);
-    });
-    EXPECT_EQ(dialog_.ShowOpen(), std::nullopt);
-    EXPECT_EQ(seen(), 1);
-}
-
-TEST_F(Dialog, HasCzechButtons) {
-    whenShown<QFileDialog>([](QFileDialog& shown) {
-        auto* cancel = shown.findChild<QPushButton*>();
-        ASSERT_NE(cancel, nullptr);
-        QStringList texts;
-        for (const QPushButton* button : shown.findChildren<QPushButton*>()) {
-            texts.append(button->text().remove(u'&'));
-        }
-        EXPECT_TRUE(texts.contains(QStringLiteral("Zrušit"))) << texts.join(u' ').toStdString();
-    });
-    EXPECT_EQ(dialog_.ShowOpen(), std::nullopt);
-}
-
-TEST_F(Dialog, OpensInTheGivenFolder) {
-    const QTemporaryDir folder;
-    EXPECT_EQ(folderFor(folder.path().toStdString()), QDir(folder.path()).canonicalPath());
-}
-
-TEST_F(Dialog, OpensInTheFolderOfTheGivenFile) {
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("a.mp3")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    EXPECT_EQ(folderFor(file.fileName().toStdString()), QDir(folder.path()).canonicalPath());
-}
-
-TEST_F(Dialog, OpensInTheMusicFolderWithoutAGivenFolder) {
-    const QDir home = QDir::home();
-    const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
-    // The folder is removed below, with all that it holds: it must be the tests' own.
-    ASSERT_TRUE(home.canonicalPath().startsWith(QDir::temp().canonicalPath() + '/'));
-    ASSERT_TRUE(music.startsWith(home.path() + '/')) << music.toStdString();
-    for (const char* nothing : {"/h", "C:", "", "/no/such/folder"}) {
-        QDir(music).removeRecursively();
-        if (QDir(music) != home) {
-            EXPECT_EQ(folderFor(nothing), home.canonicalPath()) << nothing;
-            ASSERT_TRUE(QDir().mkpath(music));
-        }
-        EXPECT_EQ(folderFor(nothing), QDir(music).canonicalPath()) << nothing;
-    }
 }
 
 } // namespace

@@ -1,0 +1,44 @@
+#include "platform/file_names.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringDecoder>
+#include <algorithm>
+
+namespace zvonivec {
+
+namespace {
+
+bool isUtf8(const std::string& text) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = decoder(QByteArrayView(text));
+    return !decoder.hasError();
+}
+
+std::string fromWindows1250(const std::string& text) {
+    QStringDecoder decoder("windows-1250");
+    if (!decoder.isValid()) {
+        return QString::fromLatin1(text).toStdString(); // a toolkit without code pages
+    }
+    const QString decoded = decoder(QByteArrayView(text));
+    return decoded.toStdString();
+}
+
+} // namespace
+
+std::string shownPath(const std::string& path) {
+    if (isUtf8(path)) {
+        return path;
+    }
+    std::string shown;
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        const std::string part = path.substr(begin, end - begin);
+        shown += isUtf8(part) ? part : fromWindows1250(part);
+        shown += end < path.size() ? "/" : "";
+        begin = end + 1;
+    }
+    return shown;
+}
+
+} // namespace zvonivec
