@@ -127,6 +127,9 @@ public:
     MouseHandler MouseDown;
     MouseHandler MouseMove;
     MouseHandler MouseUp;
+    /// Called instead of MouseUp when a box or dialog opens while a button is held down. The
+    /// release then never comes.
+    std::function<void()> PressCancelled;
 
     /// Raised when the wheel has been turned by whole notches, up if above 0. The wheel turns for
     /// the container when a control has no handler.

@@ -62,6 +62,15 @@ void frmPlayer::PressButton(std::int16_t Index) {
     gButtonDown = down;
 }
 
+void frmPlayer::imgButtons_PressCancelled(std::int16_t Index) {
+    const auto index = static_cast<std::size_t>(Index);
+    if (gButtonDown && imgButtons[index].Enabled()) {
+        imgButtons[index].setPicture(imgList.ListImage(index + pictureNormal));
+    }
+    gClickArmed = false;
+    gButtonDown = false;
+}
+
 void frmPlayer::carryOut(std::int16_t Index) {
     switch (Index) {
     case buttonRewind:

@@ -64,6 +64,7 @@ void frmPlayer::connectHandlers() {
         button.MouseDown = [this, i](const MouseArgs& mouse) { imgButtons_MouseDown(i, mouse); };
         button.MouseMove = [this, i](const MouseArgs& mouse) { imgButtons_MouseMove(i, mouse); };
         button.MouseUp = [this, i](const MouseArgs& mouse) { imgButtons_MouseUp(i, mouse); };
+        button.PressCancelled = [this, i] { imgButtons_PressCancelled(i); };
     }
     MouseMove = [this](const MouseArgs& mouse) { Form_MouseMove(mouse); };
     for (Control* surface :
@@ -73,6 +74,7 @@ void frmPlayer::connectHandlers() {
     }
     imgLogo.MouseDown = [this](const MouseArgs& mouse) { imgLogo_MouseDown(mouse); };
     imgLogo.MouseUp = [this](const MouseArgs& mouse) { imgLogo_MouseUp(mouse); };
+    imgLogo.PressCancelled = [this] { gClickArmed = false; };
     PB.MouseMove = [this](const MouseArgs& mouse) { PB_MouseMove(mouse); };
     PB.MouseUp = [this](const MouseArgs& mouse) { PB_MouseUp(mouse); };
     imgVolume.MouseUp = [this](const MouseArgs& mouse) { imgVolume_MouseUp(mouse); };

@@ -184,6 +184,8 @@ private:
     void imgButtons_MouseDown(std::int16_t Index, const MouseArgs& mouse);
     void imgButtons_MouseMove(std::int16_t Index, const MouseArgs& mouse);
     void Form_MouseMove(const MouseArgs& mouse);
+    /// Ends a press without its command.
+    void imgButtons_PressCancelled(std::int16_t Index);
     void imgLogo_MouseDown(const MouseArgs& mouse);
     void imgLogo_MouseUp(const MouseArgs& mouse);
     void carryOut(std::int16_t Index);

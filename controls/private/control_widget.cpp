@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <utility>
 
 namespace zvonivec {
 
@@ -171,8 +172,10 @@ bool ControlWidget::event(QEvent* event) {
     case QEvent::ToolTip:
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos());
         return true;
+    case QEvent::WindowBlocked: // by a box or dialog, which takes pointer and keyboard
+        cancelPresses();
+        [[fallthrough]];
     case QEvent::WindowDeactivate:
-    case QEvent::WindowBlocked: // blocked by a box or dialog, which takes the keyboard where it can
         if (Deactivated) {
             Deactivated();
         }
@@ -184,7 +187,11 @@ bool ControlWidget::event(QEvent* event) {
 }
 
 void ControlWidget::takePress(const QMouseEvent& event) {
-    if (!control_->Enabled()) {
+    if (!control_->Enabled() || toButtons(event.button()) == 0) {
+        return; // the thumb buttons of a mouse do nothing
+    }
+    if (windowType() == Qt::Popup && !rect().contains(event.position().toPoint())) {
+        close(); // a popup of the window system gets the presses beside it
         return;
     }
     captured_ |= event.button();
@@ -283,6 +290,21 @@ void ControlWidget::showFocus() {
                              focused->control().cornerRadius());
     } else if (focusRing_ != nullptr) {
         focusRing_->hide();
+    }
+}
+
+void ControlWidget::cancelPresses() {
+    const auto cancel = [](ControlWidget& widget) {
+        if (std::exchange(widget.captured_, Qt::NoButton) != Qt::NoButton &&
+            widget.control_->PressCancelled) {
+            widget.control_->PressCancelled();
+        }
+    };
+    cancel(*this);
+    for (QWidget* child : findChildren<QWidget*>()) {
+        if (auto* widget = dynamic_cast<ControlWidget*>(child)) {
+            cancel(*widget);
+        }
     }
 }
 

@@ -57,6 +57,8 @@ private:
     void takeDrag(QDropEvent& event, bool isDropped);
     bool takeKey(QKeyEvent& event);
     void showFocus();
+    /// Ends the presses of all controls of the window.
+    void cancelPresses();
     void showToolTip(const QPoint& globalPosition);
 
     Control* control_ = nullptr;

@@ -264,5 +264,23 @@ TEST_F(ButtonStrip, OtherButtonsArmTheLogoButOpenNothing) {
     EXPECT_EQ(dialog().shown, 2);
 }
 
+TEST_F(ButtonStrip, TheThumbButtonsOfAMouseDoNothingAnywhere) {
+    engine().calls.clear();
+    const int volume = engine().settings().volume();
+    const Control* const all[] = {
+        &player(),    &player().picBGround, &player().imgVolume,    &player().lblStatus,
+        &player().PB, &player().imgLogo,    &player().imgButtons[3]};
+    for (const Control* control : all) {
+        for (const auto button : {Qt::BackButton, Qt::ForwardButton}) {
+            click(*control, button);
+            EXPECT_FALSE(player().gClickArmed) << control->Name();
+        }
+    }
+    EXPECT_TRUE(engine().calls.empty());
+    EXPECT_EQ(engine().settings().volume(), volume);
+    click(player().imgVolume);
+    EXPECT_EQ(engine().settings().volume(), volume + 10);
+}
+
 } // namespace
 } // namespace zvonivec
