@@ -23,11 +23,15 @@ public:
     [[nodiscard]] int Interval() const;
     void setInterval(int milliseconds);
 
-    /// Raised at each tick, but never while the handler of an earlier tick is still running.
+    /// Raised at each tick. While the handler of an earlier tick is still running, it is raised
+    /// only in the event loop of a box or dialog that has opened meanwhile.
     std::function<void()> Tick;
 
 private:
+    void tick();
+
     std::unique_ptr<QTimer> timer_;
+    int tickingIn_ = 0; ///< number of nested event loops at the innermost running tick, 0: none
 };
 
 } // namespace zvonivec

@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QFontMetrics>
 #include <QTimer>
+#include <utility>
 
 namespace zvonivec {
 namespace {
@@ -111,6 +112,49 @@ TEST_F(OpenBox, NoOtherClickOnThePlayerCounts) {
     EXPECT_TRUE(engine().calls.empty());
     EXPECT_EQ(engine().settings().volume(), 50);
     EXPECT_EQ(dialog().shown, 1); // by open
+}
+
+TEST_F(OpenBox, AHeldButtonIsLetGoWithoutItsCommand) {
+    for (const std::size_t index : {3U, 6U}) {
+        engine().calls.clear();
+        press(player().imgButtons[index]);
+        ASSERT_TRUE(shows(player().imgButtons[index], index + 15));
+        withBox([&](QDialog&) {
+            EXPECT_TRUE(serveUntil([&] { return shows(player().imgButtons[index], index + 1); }));
+        });
+        EXPECT_FALSE(player().gButtonDown);
+        EXPECT_FALSE(player().gClickArmed);
+        release(player().imgButtons[index]); // a release that comes all the same
+        EXPECT_TRUE(engine().calls.empty());
+        EXPECT_TRUE(player().Loaded());
+    }
+}
+
+TEST_F(OpenBox, AHeldLogoIsLetGoWithoutADialog) {
+    press(player().imgLogo);
+    ASSERT_TRUE(player().gClickArmed);
+    withBox([this](QDialog&) { EXPECT_FALSE(player().gClickArmed); });
+    release(player().imgLogo);
+    EXPECT_EQ(dialog().shown, 1); // by open
+}
+
+TEST_F(OpenBox, TheTimerGoesOnUnderABoxThatATicksMessagePassHasOpened) {
+    const auto tick = player().Timer1.Tick;
+    bool opened = false;
+    player().Timer1.Tick = [&] {
+        if (!std::exchange(opened, true)) {
+            Application::post([&] {
+                withBox([this](QDialog&) {
+                    const float before = player().picDisplay.Left();
+                    EXPECT_TRUE(
+                        serveUntil([&] { return player().picDisplay.Left() < before - 60; }));
+                });
+            });
+        }
+        tick();
+    };
+    EXPECT_TRUE(serveUntil([&] { return opened; }));
+    player().Timer1.Tick = tick;
 }
 
 TEST_F(OpenBox, IsWideEnoughForItsTitle) {
