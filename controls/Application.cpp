@@ -114,14 +114,29 @@ void DoEvents() {
     QCoreApplication::processEvents();
 }
 
-float Screen::Width() {
+namespace {
+
+QRect primaryScreen() {
     const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen != nullptr ? toTwips(screen->geometry().width()) : 0;
+    return screen != nullptr ? screen->geometry() : QRect();
+}
+
+} // namespace
+
+float Screen::Left() {
+    return toTwips(primaryScreen().left());
+}
+
+float Screen::Top() {
+    return toTwips(primaryScreen().top());
+}
+
+float Screen::Width() {
+    return toTwips(primaryScreen().width());
 }
 
 float Screen::Height() {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen != nullptr ? toTwips(screen->geometry().height()) : 0;
+    return toTwips(primaryScreen().height());
 }
 
 char Locale::decimalSeparator() {

@@ -42,7 +42,10 @@ void DoEvents();
 /// The primary screen.
 namespace Screen {
 
-/// Twips, or 0 without a screen.
+/// Twips, or 0 without a screen. The upper left corner is at 0, 0 unless another screen lies to the
+/// left of this one or above it.
+[[nodiscard]] float Left();
+[[nodiscard]] float Top();
 [[nodiscard]] float Width();
 [[nodiscard]] float Height();
 

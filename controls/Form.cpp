@@ -3,12 +3,16 @@
 #include "controls/Application.h"
 #include "controls/private/control_widget.h"
 #include "controls/private/picture_data.h"
+#include "platform/window_outline.h"
+#include "platform/window_place.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QIcon>
+#include <QImage>
 #include <QPainter>
-#include <QScreen>
+#include <QPixmap>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
@@ -20,6 +24,10 @@ namespace {
 
 Qt::WindowFlags flagsOf(Form::Kind kind) {
     if (kind == Form::Kind::popup) {
+        if (!placesAreReported()) {
+            // Only popups have a place under Wayland: beside the window that was last pressed.
+            return Qt::Popup | Qt::FramelessWindowHint;
+        }
         // A window manager would frame the popup or push it back onto the screen.
         return Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint;
     }
@@ -29,11 +37,14 @@ Qt::WindowFlags flagsOf(Form::Kind kind) {
            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
 }
 
-/// Returns the nearest place that a window can have. Window systems use 16-bit coordinates.
-float nearestPlace(float twips) {
+/// Returns the nearest twips that a window can have. Window systems use 16-bit coordinates.
+float withinLimits(float twips) {
     constexpr float limit = 32000 * TWIPS_PER_PIXEL;
     return std::clamp(twips, -limit, limit);
 }
+
+/// Milliseconds that a window manager gets to carry out a request.
+constexpr int TIME_TO_MOVE = 200;
 
 bool isForm(const QWindow* window) {
     const auto all = QApplication::topLevelWidgets();
@@ -51,6 +62,9 @@ Form::Form(std::string name, Kind kind, float width, float height)
     setSize(width, height);
     widget().setFixedSize(toPixels(width), toPixels(height));
     widget().setAttribute(Qt::WA_OpaquePaintEvent);
+    if (kind == Kind::main) {
+        prepareOutline(widget());
+    }
     widget().CloseRequested = [this] { Form_CloseRequest(); };
     widget().SightChanged = [this](bool seen) { Form_SightChanged(seen); };
     widget().KeyPressed = [this](const KeyArgs& key) { return Form_KeyDown(key); };
@@ -79,33 +93,76 @@ Form::~Form() {
     }
 }
 
+bool Form::placeIsKnown() {
+    return placesAreReported();
+}
+
+Form::Place Form::place() const {
+    if (wantedPlace_) {
+        return *wantedPlace_; // of a hidden window, or the window manager is still at it
+    }
+    const QPointF seen = placeOf(widget()).value_or(widget().pos());
+    return {seen.x(), seen.y()};
+}
+
+Form::Place Form::placeToKeep() const {
+    const Place now = place();
+    return refused_ && refused_->granted == now ? refused_->wanted : now;
+}
+
 float Form::Left() const {
-    return toTwips(widget().x());
+    return static_cast<float>(place().x) * TWIPS_PER_PIXEL;
 }
 
 float Form::Top() const {
-    return toTwips(widget().y());
+    return static_cast<float>(place().y) * TWIPS_PER_PIXEL;
+}
+
+float Form::LeftToKeep() const {
+    return static_cast<float>(placeToKeep().x) * TWIPS_PER_PIXEL;
+}
+
+float Form::TopToKeep() const {
+    return static_cast<float>(placeToKeep().y) * TWIPS_PER_PIXEL;
 }
 
 void Form::setLeft(float twips) {
     if (!std::isnan(twips)) {
-        wantedPlace_.reset();
-        widget().move(toPixels(nearestPlace(twips)), widget().y());
+        moveTo({withinLimits(twips) / TWIPS_PER_PIXEL, place().y});
     }
 }
 
 void Form::setTop(float twips) {
     if (!std::isnan(twips)) {
-        wantedPlace_.reset();
-        widget().move(widget().x(), toPixels(nearestPlace(twips)));
+        moveTo({place().x, withinLimits(twips) / TWIPS_PER_PIXEL});
     }
+}
+
+void Form::moveTo(Place wanted) {
+    refused_.reset();
+    wantedPlace_ = wanted;
+    if (widget().isVisible()) { // a hidden window is moved once, before it is shown
+        moveWindow(widget(), {wanted.x, wanted.y});
+        checkPlaceLater(1);
+    }
+}
+
+void Form::checkPlaceLater(int requests) {
+    QTimer::singleShot(TIME_TO_MOVE, &widget(), [this, requests, showing = timesShown_] {
+        if (showing == timesShown_) {
+            checkPlace(requests);
+        }
+    });
 }
 
 void Form::setVisible(bool on) {
     if (loaded_ || !on) {
-        wantedPlace_ = on ? std::optional(Place{Left(), Top()}) : std::nullopt;
-        timesShown_ += on ? 1 : 0;
         const bool changes = on != Visible();
+        if (on && !widget().isVisible()) {
+            wantedPlace_ = place();
+            moveWindow(widget(), {wantedPlace_->x, wantedPlace_->y});
+            ++timesShown_;
+        }
         Control::setVisible(on);
         if (changes && kind_ == Kind::popup && QAccessible::isActive()) {
             QAccessibleEvent event(&widget(),
@@ -115,16 +172,27 @@ void Form::setVisible(bool on) {
     }
 }
 
-void Form::askAgainForPlace() {
-    const auto place = std::exchange(wantedPlace_, std::nullopt);
-    if (!place || QGuiApplication::mouseButtons() != Qt::NoButton) {
-        return; // the user is already moving the window
+void Form::checkPlace(int requests) {
+    if (!wantedPlace_) {
+        return;
     }
-    const QRect wanted(QPoint(toPixels(place->left), toPixels(place->top)), widget().size());
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (screen != nullptr && !screen->availableVirtualGeometry().contains(wanted)) {
-        widget().move(wanted.topLeft());
+    const QPointF wanted = nearestPlace({wantedPlace_->x, wantedPlace_->y});
+    const auto now = placeOf(widget());
+    const bool isMoving = QGuiApplication::mouseButtons() != Qt::NoButton; // by the user
+    if (!now || *now == wanted || isMoving) {
+        wantedPlace_.reset();
+        return;
     }
+    if (requests == 0) {
+        moveWindow(widget(), wanted);
+    } else if (requests == 1) {
+        insistOnPlace(widget(), wanted);
+    } else {
+        refused_ = Refusal{.wanted = *wantedPlace_, .granted = {now->x(), now->y()}};
+        wantedPlace_.reset();
+        return;
+    }
+    checkPlaceLater(requests + 1);
 }
 
 void Form::bringToFront() {
@@ -173,6 +241,7 @@ void Form::setIcon(const Picture& icon) {
 
 void Form::setPicture(const Picture& picture) {
     picture_ = picture;
+    outlined_.reset();
     repaint();
 }
 
@@ -192,7 +261,7 @@ void Form::setWindowState(enum WindowState state) {
         widget().showNormal();
         break;
     case WindowState::minimised:
-        widget().showMinimized();
+        minimise(widget());
         break;
     case WindowState::maximised:
         break; // a drawn window has only one size
@@ -235,12 +304,41 @@ void Form::layOut(std::span<const ControlLayout> table, std::span<Control* const
     }
 }
 
-void Form::paint(QPainter& painter) {
-    if (wantedPlace_) {
-        QMetaObject::invokeMethod(
-            &widget(), [this] { askAgainForPlace(); }, Qt::QueuedConnection);
+const QPixmap& Form::outlinedPicture() {
+    const double ratio = widget().devicePixelRatioF();
+    if (outlined_ == nullptr || outlined_->devicePixelRatio() != ratio) {
+        QImage image(widget().size() * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        drawPicture(painter, picture_);
+        // The pixels along the edge, which are covered in part, take their colours from those
+        // beside them.
+        const QPixmap inner = QPixmap::fromImage(image);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        for (const QPointF step :
+             {QPointF(1, 0), QPointF(-1, 0), QPointF(0, 1), QPointF(0, -1), QPointF(1, 1),
+              QPointF(-1, -1), QPointF(1, -1), QPointF(-1, 1)}) {
+            painter.drawPixmap(step / ratio, inner);
+        }
+        eraseOutside(painter, widget());
+        painter.end();
+        outlined_ = std::make_unique<QPixmap>(QPixmap::fromImage(image));
     }
-    drawPicture(painter, picture_);
+    return *outlined_;
+}
+
+void Form::paint(QPainter& painter) {
+    if (wantedPlace_ && timesChecked_ != timesShown_) {
+        timesChecked_ = timesShown_;
+        QMetaObject::invokeMethod(
+            &widget(), [this] { checkPlace(0); }, Qt::QueuedConnection);
+    }
+    if (paintsItsOutline(widget())) {
+        painter.drawPixmap(0, 0, outlinedPicture());
+    } else {
+        drawPicture(painter, picture_);
+    }
 }
 
 } // namespace zvonivec

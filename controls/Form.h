@@ -6,9 +6,12 @@
 #include "controls/Picture.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
+
+class QPixmap;
 
 namespace zvonivec {
 
@@ -23,13 +26,20 @@ public:
 
     ~Form() override;
 
-    /// Twips from the screen's upper left corner. The getters return where the window is now. A
-    /// window may lie outside every screen, but only within the range of window systems'
-    /// coordinates.
+    /// Twips from the screen's upper left corner. A window may lie outside every screen, but only
+    /// within the range of window systems' coordinates.
+    ///
+    /// The getters return where the window is now.
     [[nodiscard]] float Left() const override;
     [[nodiscard]] float Top() const override;
     void setLeft(float twips) override;
     void setTop(float twips) override;
+    /// The same for the next run: a place that the window manager has refused counts until the
+    /// window is moved.
+    [[nodiscard]] float LeftToKeep() const;
+    [[nodiscard]] float TopToKeep() const;
+    /// Whether the window system reports where windows are. Otherwise Left and Top mean nothing.
+    [[nodiscard]] static bool placeIsKnown();
 
     /// Shows or hides the form. An unloaded form stays hidden.
     void setVisible(bool on) override;
@@ -90,19 +100,35 @@ protected:
 private:
     void paint(QPainter& painter) override;
     void deactivate();
-    void askAgainForPlace();
-
+    /// Logical pixels.
     struct Place {
-        float left;
-        float top;
+        double x = 0;
+        double y = 0;
+        friend bool operator==(const Place&, const Place&) = default;
     };
-    /// Set until the window is seen. Window managers push a new window that reaches beyond the
-    /// screen back onto it, but leave it there when it moves again.
+    struct Refusal {
+        Place wanted;
+        Place granted;
+    };
+    [[nodiscard]] Place place() const;
+    [[nodiscard]] Place placeToKeep() const;
+    void moveTo(Place wanted);
+    /// Asks the window manager for the wanted place after a number of earlier requests.
+    void checkPlace(int requests);
+    void checkPlaceLater(int requests);
+    [[nodiscard]] const QPixmap& outlinedPicture();
+
+    /// Set from the moment when the window is shown until it is there or the window manager has
+    /// refused. Window managers push a new window that reaches beyond the screen back onto it, or
+    /// add a frame to its place, but many carry out a later request.
     std::optional<Place> wantedPlace_;
+    std::optional<Refusal> refused_;
 
     Kind kind_;
     Picture picture_;
+    std::unique_ptr<QPixmap> outlined_; ///< the picture within the window's outline
     int timesShown_ = 0;
+    int timesChecked_ = 0; ///< value of timesShown_ at the last check of the place
     bool loaded_ = true;
     bool unloading_ = false;
 };

@@ -10,7 +10,8 @@ namespace zvonivec {
 /// object may exist at a time. It is created after the toolkit has started.
 ///
 /// Under Linux the requests are SIGTERM, SIGINT and SIGHUP, which no longer kill the process. After
-/// the object has gone they are ignored, because the program is already ending. Under Windows the
+/// the object has gone they are ignored, because the program is already ending. Under X11 another
+/// request is that of the window manager to close a window while a box is open. Under Windows the
 /// request is the end of the session. The function then runs once, before the process may be
 /// killed.
 class EndRequests {

@@ -1,5 +1,10 @@
 #include "platform/end_requests.h"
 
+#include "platform/x11.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QApplication>
+#include <QDialog>
 #include <QSocketNotifier>
 #include <array>
 #include <atomic>
@@ -7,6 +12,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace zvonivec {
 
@@ -26,14 +32,46 @@ extern "C" void noteSignal(int /*number*/) {
     errno = savedError;
 }
 
+/// Requests to close the main window while a box is open. The toolkit drops such requests.
+class BlockedCloseRequests : public QAbstractNativeEventFilter {
+public:
+    explicit BlockedCloseRequests(std::function<void()> end) : end_(std::move(end)) {
+        QCoreApplication::instance()->installNativeEventFilter(this);
+    }
+
+    bool nativeEventFilter(const QByteArray& /*type*/, void* message,
+                           qintptr* /*result*/) override {
+        const auto* event = static_cast<const xcb_client_message_event_t*>(message);
+        xcb_connection_t* server = x11::connection();
+        if (server == nullptr || (event->response_type & 0x7FU) != XCB_CLIENT_MESSAGE ||
+            event->type != x11::atom(server, "WM_PROTOCOLS") ||
+            event->data.data32[0] != x11::atom(server, "WM_DELETE_WINDOW")) {
+            return false;
+        }
+        const QWidget* asked = QWidget::find(event->window);
+        const QWidget* box = QApplication::activeModalWidget();
+        if (asked == nullptr || box == nullptr || asked == box ||
+            qobject_cast<const QDialog*>(asked) != nullptr) {
+            return false;
+        }
+        end_();
+        return true;
+    }
+
+private:
+    std::function<void()> end_;
+};
+
 } // namespace
 
 struct EndRequests::Watch {
     std::array<int, 2> pipe{-1, -1};
     std::unique_ptr<QSocketNotifier> notifier;
+    std::unique_ptr<BlockedCloseRequests> closeRequests;
 };
 
 EndRequests::EndRequests(std::function<void()> end) : watch_(std::make_unique<Watch>()) {
+    watch_->closeRequests = std::make_unique<BlockedCloseRequests>(end);
     if (pipe2(watch_->pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }

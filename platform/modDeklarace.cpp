@@ -2,13 +2,17 @@
 
 #include "platform/modDeklarace.h"
 
+#include "platform/window_outline.h"
+#include "platform/window_place.h"
 #include "platform/window_region.h"
 
-#include <QCursor>
+#include <QPainter>
+#include <QPainterPath>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
 #include <filesystem>
+#include <utility>
 
 namespace zvonivec::modDeklarace {
 
@@ -29,39 +33,61 @@ Region CreatePolygonRgn(std::span<const Point> vertices, int fillMode) {
     return std::make_shared<const RegionData>(RegionData{polygon, rule});
 }
 
+namespace {
+
+/// Shapes a window again when it comes to another screen, when the screen's scale factor changes,
+/// and when a compositor comes or goes, until the window gets another region.
+class RegionKeeper : public QObject {
+public:
+    RegionKeeper(QWidget& window, Region region)
+        : QObject(&window), region_(std::move(region)), translucent_(isTranslucent(window)) {
+        setObjectName(NAME);
+        const auto again = [this, &window] {
+            translucent_ = isTranslucent(window);
+            shapeWindow(window, region_.get(), true);
+        };
+        const auto watch = [this, again](QScreen* screen) {
+            screen->disconnect(this);
+            QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, this, again);
+        };
+        watch(window.screen());
+        QObject::connect(window.windowHandle(), &QWindow::screenChanged, this,
+                         [watch, again](QScreen* screen) {
+                             if (screen != nullptr) {
+                                 watch(screen);
+                                 again();
+                             }
+                         });
+        watchTranslucency(this, again);
+    }
+    static RegionKeeper* of(const QWidget& window) {
+        return dynamic_cast<RegionKeeper*>(
+            window.findChild<QObject*>(NAME, Qt::FindDirectChildrenOnly));
+    }
+    [[nodiscard]] const RegionData& region() const { return *region_; }
+    [[nodiscard]] bool translucent() const { return translucent_; }
+
+private:
+    inline static const QString NAME = QStringLiteral("windowRegion");
+    Region region_;
+    bool translucent_ = false;
+};
+
+} // namespace
+
 void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw) {
     QWidget* widget = QWidget::find(window);
     if (widget == nullptr) {
         return;
     }
-    // Shapes the window again when it comes to another screen and when the screen's scale factor
-    // changes, until the window gets another region.
-    const auto keeperName = QStringLiteral("windowRegion");
-    delete widget->findChild<QObject*>(keeperName, Qt::FindDirectChildrenOnly);
+    delete RegionKeeper::of(*widget);
     shapeWindow(*widget, region.get(), redraw);
-    if (!region) {
-        return;
+    if (region) {
+        new RegionKeeper(*widget, region); // the window owns it
     }
-    auto* keeper = new QObject(widget);
-    keeper->setObjectName(keeperName);
-    const auto again = [widget, region] { shapeWindow(*widget, region.get(), true); };
-    const auto watch = [keeper, again](QScreen* screen) {
-        screen->disconnect(keeper);
-        QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, keeper, again);
-    };
-    watch(widget->screen());
-    QObject::connect(widget->windowHandle(), &QWindow::screenChanged, keeper,
-                     [watch, again](QScreen* screen) {
-                         if (screen != nullptr) {
-                             watch(screen);
-                             again();
-                         }
-                     });
 }
-
-Point GetCursorPos() {
-    // The toolkit knows the screens, so it converts the system's pixels to logical ones.
-    const QPoint place = QCursor::pos();
+ScreenPlace GetCursorPos() {
+    const QPointF place = pointerPlace();
     return {.x = place.x(), .y = place.y()};
 }
 
@@ -70,3 +96,34 @@ std::string folderSeparator() {
 }
 
 } // namespace zvonivec::modDeklarace
+
+namespace zvonivec {
+
+void prepareOutline(QWidget& window) {
+    if (modDeklarace::windowsMayBeTranslucent()) {
+        window.setAttribute(Qt::WA_TranslucentBackground);
+    }
+}
+
+bool paintsItsOutline(const QWidget& window) {
+    const auto* keeper = modDeklarace::RegionKeeper::of(window);
+    return keeper != nullptr && keeper->translucent();
+}
+
+void eraseOutside(QPainter& painter, const QWidget& window) {
+    const auto* keeper = modDeklarace::RegionKeeper::of(window);
+    if (keeper == nullptr) {
+        return;
+    }
+    QPainterPath outside; // odd-even: a rectangle with a hole
+    outside.addRect(QRectF(window.rect()).adjusted(-1, -1, 1, 1));
+    outside.addPolygon(keeper->region().polygon);
+    outside.closeSubpath();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.fillPath(outside, Qt::black);
+    painter.restore();
+}
+
+} // namespace zvonivec

@@ -24,7 +24,7 @@ inline constexpr unsigned NO_SIZE_NO_MOVE = 3;
 inline constexpr unsigned SYSTEM_COMMAND = 274;
 inline constexpr unsigned MOVE_BY_POINTER = 61458;
 
-/// A place in pixels from the upper left corner of the screen or of a window.
+/// A place in pixels from the upper left corner of a window.
 struct Point {
     std::int32_t x = 0;
     std::int32_t y = 0;
@@ -42,8 +42,15 @@ using Region = std::shared_ptr<const RegionData>;
 /// A null region restores the whole rectangle.
 void SetWindowRgn(std::uintptr_t window, const Region& region, bool redraw);
 
-/// Returns the pointer's place, in pixels from the screen's upper left corner.
-[[nodiscard]] Point GetCursorPos();
+/// A place on the screen, in pixels from the screen's upper left corner. On a screen with several
+/// device pixels to a pixel it may lie between two pixels.
+struct ScreenPlace {
+    double x = 0;
+    double y = 0;
+};
+
+/// Returns the pointer's place.
+[[nodiscard]] ScreenPlace GetCursorPos();
 
 /// Puts a window above all windows that aren't topmost, or among the ordinary windows again. The
 /// window may still be hidden. The call neither hides nor moves the window, so the last arguments

@@ -57,6 +57,16 @@ private:
 
 } // namespace
 
+bool windowsMayBeTranslucent() {
+    return false; // the system's regions are exact, and cheaper
+}
+
+bool isTranslucent(const QWidget& /*window*/) {
+    return false;
+}
+
+void watchTranslucency(QObject* /*receiver*/, std::function<void()> /*changed*/) {}
+
 void shapeWindow(QWidget& window, const RegionData* region, bool redraw) {
     HRGN shape = nullptr;
     if (region != nullptr) {

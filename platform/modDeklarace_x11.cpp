@@ -2,18 +2,18 @@
 
 #include "platform/window_mover.h"
 #include "platform/window_region.h"
+#include "platform/x11.h"
 
-#include <QGuiApplication>
 #include <QRegion>
 #include <QWidget>
-#include <algorithm>
+#include <QWindow>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
@@ -22,101 +22,120 @@ namespace zvonivec::modDeklarace {
 
 namespace {
 
-/// A reply that xcb has allocated and that std::free releases.
-template<class Reply>
-using XcbReply = std::unique_ptr<Reply, decltype(&std::free)>;
-
-xcb_atom_t atom(xcb_connection_t* server, std::string_view name) {
-    const XcbReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(
-            server,
-            xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-            nullptr),
-        &std::free);
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+/// Asks the window manager to set or clear a state of a window.
+void askForState(xcb_connection_t* server, xcb_window_t window, xcb_atom_t state, bool on) {
+    constexpr std::uint32_t fromProgram = 1; // not a pager
+    x11::sendToManager(server, window, x11::atom(server, "_NET_WM_STATE"),
+                       {on ? 1U : 0U, state, 0, fromProgram, 0});
 }
 
-/// Returns the atoms of a property that is a list of atoms or begins with an atom.
-std::vector<xcb_atom_t> atoms(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property) {
-    constexpr std::uint32_t most = 64;
-    const XcbReply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(
-            server, xcb_get_property(server, 0, window, property, XCB_ATOM_ANY, 0, most), nullptr),
-        &std::free);
-    if (!reply || reply->format != 32) {
-        return {};
+/// Keeps a state of a window that is hidden until the window is shown.
+class LaterState : public QObject {
+public:
+    LaterState(QWidget* window, xcb_connection_t* server, xcb_window_t number, xcb_atom_t state)
+        : QObject(window) {
+        setObjectName(NAME);
+        x11::onMap(this, number, [this, server, number, state] {
+            askForState(server, number, state, on);
+            deleteLater();
+        });
     }
-    const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-    return {first, first + reply->value_len};
-}
+    static LaterState* of(const QWidget& window) {
+        return dynamic_cast<LaterState*>(
+            window.findChild<QObject*>(NAME, Qt::FindDirectChildrenOnly));
+    }
 
-/// Sets or clears a state of a window. A window manager reads the states from the property when it
-/// begins to manage the window. From then on it alone writes the property, and a message asks it
-/// to.
-void setWindowState(xcb_connection_t* server, xcb_window_t window, std::string_view name, bool on) {
-    const xcb_atom_t states = atom(server, "_NET_WM_STATE");
-    const xcb_atom_t state = atom(server, name);
-    if (atoms(server, window, atom(server, "WM_STATE")).empty()) {
-        std::vector<xcb_atom_t> all = atoms(server, window, states);
-        std::erase(all, state);
-        if (on) {
-            all.push_back(state);
+    bool on = false;
+
+private:
+    inline static const QString NAME = QStringLiteral("laterState");
+};
+
+/// Sets or clears a state of a window. Some window managers never clear a state that they have read
+/// from a new window's property. So the state of a hidden window is asked for as soon as the window
+/// is shown.
+void setWindowState(xcb_connection_t* server, QWidget& widget, std::string_view name, bool on) {
+    const auto window = static_cast<xcb_window_t>(widget.winId());
+    const xcb_atom_t state = x11::atom(server, name);
+    if (widget.isVisible()) {
+        askForState(server, window, state, on);
+    }
+    // A window that has just been shown may not be managed yet.
+    if (x11::property(server, window, x11::atom(server, "WM_STATE")).empty()) {
+        LaterState* later = LaterState::of(widget);
+        if (later == nullptr) {
+            later = new LaterState(&widget, server, window, state);
         }
-        xcb_change_property(server, XCB_PROP_MODE_REPLACE, window, states, XCB_ATOM_ATOM, 32,
-                            static_cast<std::uint32_t>(all.size()), all.data());
+        later->on = on;
     }
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = states;
-    message.data.data32[0] = on ? 1 : 0;
-    message.data.data32[1] = state;
-    message.data.data32[3] = 1; // the source is a program, not a pager
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
-    xcb_send_event(server, 0, root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
-    xcb_flush(server);
+}
+
+void setShape(xcb_connection_t* server, xcb_window_t window, xcb_shape_sk_t kind,
+              const QRegion& region) {
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const QRect& part : region) {
+        rectangles.push_back(
+            {static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+             static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height())});
+    }
+    xcb_shape_rectangles(server, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED, window, 0, 0,
+                         static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+}
+
+void clearShape(xcb_connection_t* server, xcb_window_t window, xcb_shape_sk_t kind) {
+    xcb_shape_mask(server, XCB_SHAPE_SO_SET, kind, window, 0, 0, XCB_PIXMAP_NONE);
 }
 
 } // namespace
 
+bool windowsMayBeTranslucent() {
+    xcb_connection_t* server = x11::connection();
+    return server == nullptr || x11::hasCompositor(server);
+}
+
+bool isTranslucent(const QWidget& window) {
+    return window.testAttribute(Qt::WA_TranslucentBackground) && windowsMayBeTranslucent();
+}
+
 void shapeWindow(QWidget& window, const RegionData* region, bool redraw) {
-    // The toolkit's masks are in logical pixels. Finer masks go directly to the X server.
     const double ratio = window.devicePixelRatioF();
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    xcb_connection_t* server = x11::connection();
     if (region == nullptr) {
         window.clearMask();
-    } else if (ratio == 1 || x11 == nullptr || x11->connection() == nullptr) {
+    } else if (server == nullptr) {
+        // Limits the pointer alone: the window paints nothing outside.
+        window.windowHandle()->setMask(QRegion(region->at(1), region->rule));
+    } else if (!window.testAttribute(Qt::WA_TranslucentBackground) && ratio == 1) {
         window.setMask(QRegion(region->at(1), region->rule));
     } else {
+        // The toolkit's masks are in logical pixels, and they limit sight and pointer alike.
         window.clearMask();
-        std::vector<xcb_rectangle_t> rectangles;
-        for (const QRect& part : QRegion(region->at(ratio), region->rule)) {
-            rectangles.push_back({static_cast<std::int16_t>(part.x()),
-                                  static_cast<std::int16_t>(part.y()),
-                                  static_cast<std::uint16_t>(part.width()),
-                                  static_cast<std::uint16_t>(part.height())});
+        const auto number = static_cast<xcb_window_t>(window.winId());
+        const QRegion shape(region->at(ratio), region->rule);
+        if (isTranslucent(window)) {
+            clearShape(server, number, XCB_SHAPE_SK_BOUNDING);
+        } else {
+            setShape(server, number, XCB_SHAPE_SK_BOUNDING, shape);
         }
-        xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                             XCB_CLIP_ORDERING_UNSORTED, static_cast<xcb_window_t>(window.winId()),
-                             0, 0, static_cast<std::uint32_t>(rectangles.size()),
-                             rectangles.data());
-        xcb_flush(x11->connection());
+        setShape(server, number, XCB_SHAPE_SK_INPUT, shape);
+        xcb_flush(server);
     }
     if (redraw) {
         window.update();
     }
 }
 
+void watchTranslucency(QObject* receiver, std::function<void()> changed) {
+    x11::onCompositorChange(receiver, std::move(changed));
+}
+
 void SetWindowPos(std::uintptr_t window, int insertAfter, int /*x*/, int /*y*/, int /*width*/,
                   int /*height*/, unsigned /*flags*/) {
     // The toolkit's own flag for this would hide the window and show it again.
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 != nullptr && x11->connection() != nullptr) {
-        setWindowState(x11->connection(), static_cast<xcb_window_t>(window), "_NET_WM_STATE_ABOVE",
-                       insertAfter == INSERT_TOPMOST);
+    xcb_connection_t* server = x11::connection();
+    QWidget* widget = QWidget::find(window);
+    if (server != nullptr && widget != nullptr) {
+        setWindowState(server, *widget, "_NET_WM_STATE_ABOVE", insertAfter == INSERT_TOPMOST);
     }
 }
 

@@ -1,8 +1,9 @@
 #include "platform/outside_presses.h"
 
+#include "platform/window_place.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
-#include <QCursor>
 #include <QGuiApplication>
 #include <QObject>
 #include <QWidget>
@@ -60,7 +61,8 @@ struct OutsidePresses::Watch : QAbstractNativeEventFilter {
     /// pointer's present place is used. The call waits until the event queue has been read.
     void look() {
         const QWidget* inside = QWidget::find(window);
-        if (inside == nullptr || !inside->geometry().contains(QCursor::pos())) {
+        const auto corner = inside != nullptr ? placeOf(*inside) : std::nullopt;
+        if (!corner || !QRectF(*corner, inside->size()).contains(pointerPlace())) {
             QMetaObject::invokeMethod(&receiver, pressed, Qt::QueuedConnection);
         }
     }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <QObject>
-#include <QPoint>
 #include <QPointF>
+#include <QTimer>
 #include <optional>
 
 class QWidget;
@@ -14,8 +14,10 @@ namespace zvonivec {
 /// Keeps the pressed point of a window under the pointer until all buttons are released, and then
 /// deletes itself. Started in the handler of a press. User-interface thread.
 ///
-/// An X11 window manager could move the window too, but the program would not get the release. The
-/// release of the right button opens the menu.
+/// A window manager could move the window too, but the program would not get the release, and the
+/// release of the right button opens the menu. So the window manager moves the window only where it
+/// refuses the program's own requests. The release is then posted to the window when the pointer's
+/// buttons are up. Under Wayland the compositor moves the window as soon as the pointer moves.
 class WindowMover : public QObject {
 public:
     /// Does nothing when another button has already begun a move.
@@ -25,14 +27,23 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    explicit WindowMover(QWidget& window);
+    WindowMover(QWidget& window, QPointF from);
     void follow(const QMouseEvent& event);
+    /// Hands the move over when the window manager doesn't move the window as asked.
+    void checkPlace();
+    void checkRelease();
     void end();
 
     QWidget& window_; ///< the parent
-    QPoint from_;     ///< place of the window at the press
-    std::optional<QPointF>
-        pressedAt_; ///< place of the pointer at the press, known from the first event on
+    QPointF from_;    ///< place of the window at the press
+    QPointF asked_;   ///< place that the window manager was last asked for
+    /// Place of the pointer at the press. Where only the toolkit knows it, known from the first
+    /// event on.
+    std::optional<QPointF> pressedAt_;
+    QTimer timer_;
+    QPointF seen_;         ///< place of the window when it was last checked
+    int timesUnmoved_ = 0; ///< checks since the window has moved
+    unsigned reports_ = 0; ///< number of the window manager's reports then
 };
 
 } // namespace zvonivec

@@ -6,9 +6,10 @@
 namespace zvonivec {
 
 void frmPlayer::ShowPopupMenu() {
-    const modDeklarace::Point pointer = modDeklarace::GetCursorPos();
+    const modDeklarace::ScreenPlace pointer = modDeklarace::GetCursorPos();
     // The corner is at the pointer even where the menu then runs off the screen.
-    Popup().showAt(toTwips(pointer.x), toTwips(pointer.y));
+    Popup().showAt(static_cast<float>(pointer.x) * TWIPS_PER_PIXEL,
+                   static_cast<float>(pointer.y) * TWIPS_PER_PIXEL);
 }
 
 void frmPlayer::ShowPopupMenuForKeyboard() {

@@ -14,9 +14,9 @@ namespace {
 constexpr const char* SECTION = "General";
 constexpr std::size_t BUFFER_SIZE = 33001;
 
-/// Returns the default place: the middle of the screen.
-float centred(float screen, float window) {
-    return screen / 2 - window / 2;
+/// Returns the default place: the middle of the primary screen, which begins at a place.
+float centred(float begin, float screen, float window) {
+    return begin + (screen / 2 - window / 2);
 }
 
 /// The program's section of its settings file.
@@ -47,12 +47,12 @@ void frmPlayer::LoadSettings() {
     const SettingsFile file(programFolder_);
     const char separator = Locale::decimalSeparator();
 
-    if (const auto left =
-            toSingle(file.read("Left", numberText(centred(Screen::Width(), Width()), separator)))) {
+    if (const auto left = toSingle(file.read(
+            "Left", numberText(centred(Screen::Left(), Screen::Width(), Width()), separator)))) {
         setLeft(*left);
     }
-    if (const auto top = toSingle(
-            file.read("Top", numberText(centred(Screen::Height(), Height()), separator)))) {
+    if (const auto top = toSingle(file.read(
+            "Top", numberText(centred(Screen::Top(), Screen::Height(), Height()), separator)))) {
         setTop(*top);
     }
     if (const auto onTop = toInteger(file.read("OnTop", "0"))) {
@@ -77,11 +77,11 @@ void frmPlayer::SaveSettings() {
     const SettingsFile file(programFolder_);
     const char separator = Locale::decimalSeparator();
 
-    if (WindowState() == WindowState::normal) {
-        file.write("Left", numberText(Left(), separator));
+    if (placeIsKnown() && WindowState() == WindowState::normal) {
+        file.write("Left", numberText(LeftToKeep(), separator));
     }
-    if (WindowState() == WindowState::normal) {
-        file.write("Top", numberText(Top(), separator));
+    if (placeIsKnown() && WindowState() == WindowState::normal) {
+        file.write("Top", numberText(TopToKeep(), separator));
     }
     file.write("OnTop", numberText(Popup().chkPopup[popupOnTop].Value()));
     file.write("Repeat", numberText(Popup().chkPopup[popupRepeat].Value()));

@@ -23,6 +23,10 @@ protected:
         EXPECT_EQ(player().imgVolume.Tag(), std::to_string(volume));
         EXPECT_EQ(player().lblStatus.Caption(), std::to_string(volume) + "% hlasitost");
     }
+    bool becomesMinimised() {
+        return serveUntil(
+            [this] { return player().WindowState() == Form::WindowState::minimised; });
+    }
     void expectCentred() {
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
         EXPECT_TRUE(serveUntil([&] {
@@ -147,6 +151,7 @@ TEST_F(Settings, AMinimisedWindowKeepsItsStoredPosition) {
     start();
     player().setLeft(600);
     player().setWindowState(Form::WindowState::minimised);
+    ASSERT_TRUE(becomesMinimised());
     engine().settings().setVolume(20);
     player().CloseApplication();
     EXPECT_EQ(bytes(), "[General]\r\nLeft=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\nVolume=20\r\n");
@@ -155,6 +160,7 @@ TEST_F(Settings, AMinimisedWindowKeepsItsStoredPosition) {
 TEST_F(Settings, AMinimisedFirstRunWritesThreeKeys) {
     start();
     player().setWindowState(Form::WindowState::minimised);
+    ASSERT_TRUE(becomesMinimised());
     player().CloseApplication();
     EXPECT_EQ(bytes(), "[General]\r\nOnTop=0\r\nRepeat=1\r\nVolume=50\r\n");
 }
