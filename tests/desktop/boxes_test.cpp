@@ -62,8 +62,8 @@ TEST_P(BoxesTest, TheAboutBoxLiesAboveAPlayerThatIsAlwaysOnTop) {
     }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, BoxesTest, testing::Values("openbox", "xfwm4"),
-                         [](const auto& tested) { return tested.param; });
+INSTANTIATE_TEST_SUITE_P(Under, BoxesTest, testing::ValuesIn(managedDesktops({"openbox", "xfwm4"})),
+                         desktopName);
 
 } // namespace
 

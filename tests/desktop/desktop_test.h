@@ -1,6 +1,7 @@
 // A desktop with a sound server and the player on it, for every test.
 #pragma once
 
+#include "tests/desktop/desktops.h"
 #include "tests/desktop/picture.h"
 #include "tests/desktop/player_window.h"
 #include "tests/support/display.h"

@@ -1,4 +1,5 @@
 // The desktop that the other tests need. When one of these tests fails, mend it first.
+#include "tests/desktop/desktops.h"
 #include "tests/support/display.h"
 #include "tests/support/pointer.h"
 #include "tests/support/screenshot.h"
@@ -81,7 +82,8 @@ TEST_P(WindowManagerTest, TwoDisplaysStandSideBySide) {
     EXPECT_NE(one.environment()[0], other.environment()[0]);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, WindowManagerTest, testing::Values("openbox", "xfwm4"),
-                         [](const auto& parameter) { return parameter.param; });
+INSTANTIATE_TEST_SUITE_P(All, WindowManagerTest,
+                         testing::ValuesIn(support::managedDesktops({"openbox", "xfwm4"})),
+                         support::desktopName);
 
 } // namespace

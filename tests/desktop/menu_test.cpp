@@ -128,10 +128,8 @@ TEST_P(MenuWindowTest, LiesAboveTheOtherWindows) {
     EXPECT_EQ(Screenshot(display_, place).at(menu::WIDTH - 4, menu::HEIGHT - 4), menu::BACK);
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, MenuWindowTest, testing::Values("openbox", "xfwm4", ""),
-                         [](const auto& tested) {
-                             return tested.param.empty() ? "none" : tested.param;
-                         });
+INSTANTIATE_TEST_SUITE_P(Under, MenuWindowTest,
+                         testing::ValuesIn(desktops({"openbox", "xfwm4", ""})), desktopName);
 
 class MenuUnderManagerTest : public MenuWindowTest {};
 
@@ -156,8 +154,8 @@ TEST_P(MenuUnderManagerTest, HidesWhenAnotherProgramTakesTheKeyboard) {
     EXPECT_TRUE(waitUntilMenuIsGone());
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, MenuUnderManagerTest, testing::Values("openbox", "xfwm4"),
-                         [](const auto& tested) { return tested.param; });
+INSTANTIATE_TEST_SUITE_P(Under, MenuUnderManagerTest,
+                         testing::ValuesIn(managedDesktops({"openbox", "xfwm4"})), desktopName);
 
 class TwoMonitorsTest : public MenuTest {
 protected:

@@ -130,8 +130,8 @@ TEST_P(OnTopTest, OutlastsMinimisingAndRestoring) {
     EXPECT_TRUE(becomesAbove(true));
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, OnTopTest, testing::Values("openbox", "xfwm4"),
-                         [](const auto& tested) { return tested.param; });
+INSTANTIATE_TEST_SUITE_P(Under, OnTopTest, testing::ValuesIn(managedDesktops({"openbox", "xfwm4"})),
+                         desktopName);
 
 } // namespace
 

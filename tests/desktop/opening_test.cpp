@@ -147,10 +147,8 @@ TEST_P(WholeWayTest, OpensPlaysPausesSeeksRefusesAndCloses) {
     EXPECT_EQ(player_->messages(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, WholeWayTest, testing::Values("openbox", "xfwm4", ""),
-                         [](const auto& parameter) {
-                             return parameter.param.empty() ? "nothing" : parameter.param;
-                         });
+INSTANTIATE_TEST_SUITE_P(Under, WholeWayTest, testing::ValuesIn(desktops({"openbox", "xfwm4", ""})),
+                         desktopName);
 
 } // namespace
 

@@ -243,10 +243,8 @@ TEST_P(OffScreenTest, AWindowComesBackToWhereItWasThoughTheScreenEndsThere) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, OffScreenTest, testing::Values("openbox", "xfwm4", ""),
-                         [](const auto& tested) {
-                             return tested.param.empty() ? "none" : tested.param;
-                         });
+INSTANTIATE_TEST_SUITE_P(Under, OffScreenTest,
+                         testing::ValuesIn(desktops({"openbox", "xfwm4", ""})), desktopName);
 
 // --- Ways out ---------------------------------------------------------------------------------
 

@@ -130,10 +130,8 @@ TEST_P(ShapeTest, MinimisedAndRestoredItLooksAsBefore) {
     EXPECT_EQ(corner.at(0, 0), MAGENTA);
 }
 
-INSTANTIATE_TEST_SUITE_P(Under, ShapeTest, testing::Values("openbox", "xfwm4", ""),
-                         [](const auto& parameter) {
-                             return parameter.param.empty() ? "nothing" : parameter.param;
-                         });
+INSTANTIATE_TEST_SUITE_P(Under, ShapeTest, testing::ValuesIn(desktops({"openbox", "xfwm4", ""})),
+                         desktopName);
 
 } // namespace
 

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 
 namespace support {
 
@@ -109,11 +110,30 @@ bool Display::startServer(const DisplayOptions& options) {
 bool Display::startWindowManager(const std::string& name) {
     Process::Options options;
     options.environment = environment();
-    // Window managers write into the home, which is to show what the player writes.
+    // Window managers write into the home, which is to show what the player writes. They paint with
+    // the processor alone and keep their settings in memory.
     options.environment.emplace_back("HOME", folder_.path());
+    options.environment.emplace_back("GSETTINGS_BACKEND", "memory");
+    options.environment.emplace_back("LIBGL_ALWAYS_SOFTWARE", "1");
     options.errorFile = folder_.file("window-manager.log");
-    if (name == "xfwm4") {
-        // xfwm4 gets its settings from another program, over a message bus.
+    writeFile(folder_.file("i3.config"), "font pango:monospace 8\n");
+    static const std::map<std::string, std::vector<std::string>> commands{
+        {"openbox", {"openbox", "--sm-disable"}},
+        {"xfwm4", {"xfwm4", "--compositor=off"}},
+        {"metacity", {"metacity", "--sm-disable", "--no-composite"}},
+        {"marco", {"marco", "--sm-disable", "--no-composite"}},
+        {"mutter", {"mutter", "--x11", "--sm-disable"}},
+        {"kwin", {"kwin_x11"}},
+        {"i3", {"i3", "-c", "i3.config"}},
+        {"fluxbox", {"fluxbox"}},
+        {"icewm", {"icewm"}},
+    };
+    const auto command = commands.find(name);
+    if (command == commands.end()) {
+        return false;
+    }
+    if (name != "openbox" && name != "i3") {
+        // These get their settings from another program, over a message bus.
         const std::string socket = folder_.file("bus");
         bus_ = Process({"dbus-daemon", "--session", "--nofork", "--nopidfile",
                         "--address=unix:path=" + socket},
@@ -122,10 +142,9 @@ bool Display::startWindowManager(const std::string& name) {
             return false;
         }
         options.environment.emplace_back("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + socket);
-        windowManager_ = Process({"xfwm4", "--compositor=off"}, options);
-    } else {
-        windowManager_ = Process({"openbox", "--sm-disable"}, options);
     }
+    options.directory = folder_.path();
+    windowManager_ = Process(command->second, options);
     return waitUntil([this] { return !rootProperty("_NET_SUPPORTING_WM_CHECK").empty(); },
                      std::chrono::seconds(30)) &&
            windowManagerWorks();

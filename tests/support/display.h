@@ -15,7 +15,9 @@ namespace support {
 
 /// Settings of a Display.
 struct DisplayOptions {
-    std::string windowManager = "openbox"; ///< "openbox", "xfwm4"; empty: none
+    /// "openbox", "xfwm4", "metacity", "marco", "mutter", "kwin", "i3", "fluxbox", "icewm"; empty:
+    /// none
+    std::string windowManager = "openbox";
     int width = 1280;
     int height = 800;
     int secondWidth =
