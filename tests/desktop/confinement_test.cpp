@@ -107,8 +107,9 @@ TEST_F(ConfinementTest, WhatAnAttackerTriesIsRefused) {
 
 TEST_F(ConfinementTest, TheSameSucceedsInAnotherProgram) {
     const std::string messages = folder_.file("other");
-    Process other({"sleep", "60"},
-                  {.environment = withAttempts(), .outputFile = {}, .errorFile = messages});
+    Process other(
+        {"sleep", "60"},
+        {.environment = withAttempts(), .outputFile = {}, .errorFile = messages, .directory = {}});
     const Outcome outcome = attempt(other, [&] { return readFile(messages); });
     // What an ordinary user may do everywhere.
     for (const char* name :
