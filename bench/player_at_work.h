@@ -41,7 +41,8 @@ public:
 private:
     support::TemporaryFolder folder_;
     support::Display display_;
-    support::PulseServer sound_;
+    support::PulseServer sound_{support::PulseServer::Sink(),
+                                support::PulseServer::Kind::rewinding};
     std::unique_ptr<zvonivec::Application> application_;
     FixedDialog* dialog_ = nullptr; ///< the player's
     std::unique_ptr<zvonivec::frmPlayer> player_;

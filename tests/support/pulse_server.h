@@ -25,8 +25,9 @@ public:
     };
 
     PulseServer() : PulseServer(Sink()) {}
-    /// Starts the server and waits until it answers.
-    explicit PulseServer(const Sink& sink, Kind kind = Kind::rewinding);
+    /// Starts the server and waits until it answers. A recording of a sink that takes back what it
+    /// has mixed may miss the start of a sound, so another one is the default.
+    explicit PulseServer(const Sink& sink, Kind kind = Kind::noRewinding);
     PulseServer(const PulseServer&) = delete;
     PulseServer& operator=(const PulseServer&) = delete;
     ~PulseServer();
