@@ -63,6 +63,21 @@ Memory memoryOf(pid_t process) {
             .ownWritten = field(file, "Private_Dirty:") * kilobyte};
 }
 
+std::optional<double> packageEnergy() {
+    constexpr double microjoule = 1e-6;
+    std::optional<double> joules;
+    std::error_code none;
+    for (const auto& zone : std::filesystem::directory_iterator("/sys/class/powercap", none)) {
+        std::string name;
+        double energy = 0;
+        if (std::getline(std::ifstream(zone.path() / "name"), name) &&
+            name.starts_with("package") && std::ifstream(zone.path() / "energy_uj") >> energy) {
+            joules = joules.value_or(0) + energy * microjoule;
+        }
+    }
+    return joules;
+}
+
 std::set<std::string> librariesOf(pid_t process) {
     std::set<std::string> libraries;
     std::ifstream maps(pathOf(process, "maps"));

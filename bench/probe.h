@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <sys/types.h>
@@ -28,6 +29,10 @@ struct Memory {
 };
 
 Memory memoryOf(pid_t process);
+
+/// Returns the joules that the processor's package has taken since an unknown time, all programs
+/// together; nothing where the kernel doesn't show them.
+std::optional<double> packageEnergy();
 
 /// Returns the files of the shared libraries that are mapped, plugins included.
 std::set<std::string> librariesOf(pid_t process);

@@ -22,9 +22,11 @@ constexpr std::array ALL{
     Column{"window", "Window, ms", 1000, 0},
     Column{"sound", "Sound, ms", 1000, 0},
     Column{"play", "Play to sound, ms", 1000, 0},
+    Column{"stop", "Stop to silence, ms", 1000, 0},
     Column{"playing_wake_ups", "Wake-ups/s, playing", 1, 1},
     Column{"minimised_wake_ups", "Wake-ups/s, minimised", 1, 1},
     Column{"idle_wake_ups", "Wake-ups/s, idle", 1, 1},
+    Column{"playing_energy", "Processor's energy, playing, J/min", 1, 0},
     Column{"program", "Program, MB", MEGABYTE, 1},
     Column{"own_libraries", "Libraries of its own, MB", MEGABYTE, 1},
 };

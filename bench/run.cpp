@@ -5,6 +5,7 @@
 #include "tests/support/pointer.h"
 #include "tests/support/screenshot.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <thread>
@@ -180,10 +181,13 @@ std::optional<double> Run::timeFromPlayToSound() {
         }
     };
     prepare(player::stop);
+    const std::size_t stopped = recording.frames();
     carryOut(subject_->stopKey);
     if (!recording.waitForSilence(500ms)) {
         return std::nullopt;
     }
+    const std::size_t end = support::behindLastSound(recording.samples()) / 2;
+    timeToSilence_ = static_cast<double>(end - std::min(end, stopped)) / sound_->sink().rate;
     prepare(player::play);
     const std::size_t silent = recording.samples().size();
     const auto from = Clock::now();
@@ -197,6 +201,7 @@ Minute Run::measure(std::chrono::milliseconds time) {
     const auto threadsBefore = threadsOf(process_.pid());
     const Cost before = costOf(process_.pid());
     const Cost serverBefore = costOf(display_->server());
+    const auto energyBefore = packageEnergy();
     const auto from = Clock::now();
     std::this_thread::sleep_for(time);
     const Cost after = costOf(process_.pid());
@@ -205,7 +210,11 @@ Minute Run::measure(std::chrono::milliseconds time) {
     Minute minute{.processor = (after.processor - before.processor) / seconds * 60,
                   .server = (serverAfter.processor - serverBefore.processor) / seconds * 60,
                   .wakeUps = (after.wakeUps - before.wakeUps) / seconds,
+                  .energy = {},
                   .threads = threadsOf(process_.pid())};
+    if (const auto energy = packageEnergy(); energy && energyBefore && *energy > *energyBefore) {
+        minute.energy = (*energy - *energyBefore) / seconds * 60;
+    }
     for (auto& [name, processor] : minute.threads) {
         const auto old = threadsBefore.find(name);
         processor = (processor - (old != threadsBefore.end() ? old->second : 0)) / seconds * 60;

@@ -22,6 +22,7 @@ struct Minute {
     double processor = 0;                  ///< seconds
     double server = 0;                     ///< seconds of the display server
     double wakeUps = 0;                    ///< per second
+    std::optional<double> energy;          ///< joules of the processor, all programs together
     std::map<std::string, double> threads; ///< seconds of each
 };
 
@@ -47,6 +48,8 @@ public:
     [[nodiscard]] std::optional<double> timeToSound() const { return timeToSound_; }
     /// Stops and plays again. Returns the seconds from the click, or the key, to the first sample.
     std::optional<double> timeFromPlayToSound();
+    /// Returns the seconds from the click, or the key, that stopped it to the last sample.
+    [[nodiscard]] std::optional<double> timeFromStopToSilence() const { return timeToSilence_; }
 
     Minute measure(std::chrono::milliseconds time);
     void minimise();
@@ -71,6 +74,7 @@ private:
     Clock::time_point started_;
     support::Process process_;
     std::optional<double> timeToSound_;
+    std::optional<double> timeToSilence_;
 };
 
 } // namespace bench

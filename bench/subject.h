@@ -20,6 +20,7 @@ struct Subject {
     std::vector<std::string_view> options{};     ///< before the file
     std::vector<std::string_view> idleOptions{}; ///< without a file
     bool hasWindow = true;
+    bool plays = true;              ///< else only its window is measured
     std::string_view windowClass{}; ///< X class
     /// Keys that stop and play again in its window. Empty: the player can't play again after a
     /// stop.
