@@ -98,6 +98,16 @@ TEST_F(FolderListingTest, GivesNothingAfterItsEnd) {
     EXPECT_EQ(end_, std::nullopt);
 }
 
+TEST_F(FolderListingTest, CannotReadAFolderWithoutDescriptors) {
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none{0, usual.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    list(folder_.path());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    EXPECT_EQ(end_, FolderListing::End::unreadable);
+}
+
 TEST_F(FolderListingTest, ListsWithoutThreads) {
     support::writeFile(folder_.file("a"), "x");
     std::filesystem::permissions(folder_.path(), std::filesystem::perms(0755));

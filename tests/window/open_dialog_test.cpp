@@ -23,7 +23,6 @@
 #include <filesystem>
 #include <malloc.h>
 #include <sys/inotify.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -364,22 +363,6 @@ TEST_F(OpenDialogTest, KeepsNothingOfAFolderAfterItsEnd) {
         before = after;
     }
     EXPECT_LT(least, 4000) << "bytes";
-}
-
-TEST_F(OpenDialogTest, SaysThatAFolderCannotBeReadWithoutFreeDescriptors) {
-    makeFile("a.mp3");
-    const int next = dup(0);
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
-    const rlimit none{static_cast<rlim_t>(next), usual.rlim_max};
-    close(next);
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-    show([&] {
-        EXPECT_TRUE(serveUntil([&] { return message() == "Složku nelze přečíst."; }));
-        EXPECT_TRUE(shown().isVisible());
-    });
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
-    show([&] { EXPECT_TRUE(lists({"a.mp3"})); });
 }
 
 /// Where the dialog opens.
