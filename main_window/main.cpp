@@ -5,6 +5,7 @@
 #include "platform/display.h"
 #include "platform/display_loss.h"
 #include "platform/end_requests.h"
+#include "platform/few_descriptors.h"
 #include "platform/ignored_signals.h"
 
 #include <memory>
@@ -15,6 +16,7 @@ int main() {
 
     ignoreSignalsOfFailedWrites();
     confine();
+    spareDescriptors();
 
     // Before the toolkit starts threads that read the environment: the engine sets a variable.
     auto engine = createPlayerEngine(Application::post);

@@ -2,6 +2,8 @@
 #include "tests/desktop/playing_test.h"
 
 #include <filesystem>
+#include <memory>
+#include <sys/resource.h>
 
 namespace support {
 
@@ -92,6 +94,31 @@ TEST_F(OpeningTest, TheNextDialogStartsInTheLastFilesFolder) {
     ASSERT_TRUE(waitUntil([&] { return player_->showsLength("00:20"); }));
     openFile("two.mp3");
     EXPECT_TRUE(waitUntil([&] { return player_->showsLength("00:05"); }));
+}
+
+TEST_F(OpeningTest, TheDialogComesThoughNoDescriptorIsFree) {
+    player_->process().terminate();
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit few{16,
+                     usual.rlim_max}; // most for the processes that the test starts from here on
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    player_ = std::make_unique<Player>(display_, folder_.file("program"), environment());
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    ASSERT_TRUE(player_->waitUntilShown()) << player_->messages();
+    // All that are open, and no more.
+    const auto open =
+        std::distance(std::filesystem::directory_iterator(
+                          "/proc/" + std::to_string(player_->process().pid()) + "/fd"),
+                      {});
+    const rlimit none{static_cast<rlim_t>(open), usual.rlim_max};
+    ASSERT_EQ(prlimit(player_->process().pid(), RLIMIT_NOFILE, &none, nullptr), 0);
+    click(player::LOGO.middle());
+    const auto dialog = waitForDialog();
+    ASSERT_TRUE(dialog);
+    answer(*dialog, "Escape");
+    click(player::close);
+    EXPECT_EQ(player_->process().waitForExit(), 0);
 }
 
 TEST_F(OpeningTest, OtherMouseButtonsOnTheLogoOpenNothing) {
