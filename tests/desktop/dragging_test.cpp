@@ -188,6 +188,28 @@ TEST_P(DraggingTest, GoesBeyondTheEdgesOfTheScreen) {
     pointer_.release(1);
 }
 
+TEST_P(DraggingTest, ADragStartsWhereTheWindowIsThoughTheOneBeforeWentTooFar) {
+    const Point far = player_->onScreen(player::BODY);
+    press(player::BODY, 1);
+    pointer_.moveTo({far.x + 400, far.y + 350});
+    pointer_.release(1);
+    // The window manager may have kept the window on the screen.
+    Point before = corner();
+    EXPECT_TRUE(waitUntil([&] {
+        const Point now = corner();
+        const bool rests = now == before && now.x > far.x - player::BODY.x;
+        before = now;
+        return rests &&
+               !waitUntil([&] { return !(corner() == now); }, std::chrono::milliseconds(300));
+    }));
+    const Point from = player_->onScreen({30, 100});
+    press({30, 100}, 1);
+    pointer_.moveTo({from.x - 100, from.y - 50});
+    EXPECT_TRUE(becomesPlacedAt({before.x - 100, before.y - 50}))
+        << corner().x << ' ' << corner().y;
+    pointer_.release(1);
+}
+
 TEST_P(DraggingTest, DoesNotStopTheTrack) {
     playFile(30);
     const Point before = corner();

@@ -2,6 +2,7 @@
 #include "tests/desktop/menu.h"
 
 #include <algorithm>
+#include <csignal>
 
 namespace support {
 
@@ -85,6 +86,22 @@ TEST_P(OnTopTest, IsGivenUpWhileTheMenuIsOpenAndComesBackWhicheverWayItGoes) {
         EXPECT_TRUE(waitUntilMenuIsGone());
         EXPECT_TRUE(becomesAbove(true));
     }
+}
+
+TEST_P(OnTopTest, StartedWithItThePlayerIsAboveAndTheSwitchTakesItBack) {
+    player_->process().signal(SIGTERM);
+    ASSERT_EQ(player_->process().waitForExit(), 0);
+    writeFile(folder_.file("program/MP3.ini"), "[General]\nOnTop=1\n");
+    startPlayer();
+    EXPECT_TRUE(becomesAbove(true));
+    {
+        const auto other = openOther();
+        EXPECT_TRUE(waitUntil([&] { return playerIsSeen(); }));
+    }
+    switchOnTop();
+    EXPECT_TRUE(becomesAbove(false));
+    const auto other = openOther();
+    EXPECT_TRUE(waitUntil([&] { return !playerIsSeen(); }));
 }
 
 TEST_P(OnTopTest, ChangesNeitherHideNorMoveTheWindow) {

@@ -2,6 +2,7 @@
 #include "tests/desktop/menu.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
@@ -246,6 +247,45 @@ TEST_P(OffScreenTest, AWindowComesBackToWhereItWasThoughTheScreenEndsThere) {
 INSTANTIATE_TEST_SUITE_P(Under, OffScreenTest,
                          testing::ValuesIn(desktops({"openbox", "xfwm4", ""})), desktopName);
 
+/// Managers that minimise no window, and none.
+class IgnoredMinimiseTest : public SettingsTest, public testing::WithParamInterface<std::string> {
+protected:
+    IgnoredMinimiseTest() : SettingsTest({.windowManager = GetParam()}) {}
+};
+
+TEST_P(IgnoredMinimiseTest, ThePlayerStaysAsItIs) {
+    const Rectangle start = player_->window().place();
+    dragTo({start.x - 60, start.y - 40});
+    click(player::minimise);
+    ASSERT_TRUE(
+        waitUntil([&] { return player_->showsButton(player::minimise, player::Look::normal); }));
+    // The strip still moves ten times a second.
+    const auto left = [this] { return player_->informationLeft(player::WELCOME); };
+    ASSERT_TRUE(waitUntil([&] { return left().has_value(); }, std::chrono::seconds(20)));
+    const auto begin = std::chrono::steady_clock::now();
+    const int from = left().value_or(0);
+    EXPECT_TRUE(
+        waitUntil([&] { return left().value_or(from) <= from - 20; }, std::chrono::seconds(20)));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    endPlayer();
+    EXPECT_TRUE(settings().starts_with("[General]\r\nLeft=" + std::to_string((start.x - 60) * 15) +
+                                       "\r\nTop=" + std::to_string((start.y - 40) * 15) + "\r\n"))
+        << settings();
+}
+
+INSTANTIATE_TEST_SUITE_P(Under, IgnoredMinimiseTest, testing::Values("", "i3"), desktopName);
+
+class SecondMonitorIsPrimaryTest : public SettingsTest {
+protected:
+    SecondMonitorIsPrimaryTest()
+        : SettingsTest({.width = 800, .secondWidth = 1000, .secondIsPrimary = true}) {}
+};
+
+TEST_F(SecondMonitorIsPrimaryTest, TheFirstRunIsInItsMiddle) {
+    EXPECT_TRUE(becomesPlacedAt({800 + (1000 - player::WIDTH + 1) / 2, (800 - player::HEIGHT) / 2}))
+        << player_->window().place().x << ' ' << player_->window().place().y;
+}
+
 // --- Ways out ---------------------------------------------------------------------------------
 
 struct WayOut {
@@ -275,12 +315,16 @@ TEST_P(WayOutTest, Saves) {
     } else if (way == "MenuOpen") {
         openMenu();
         player_->process().signal(SIGTERM);
-    } else if (way == "BoxOpen") {
+    } else if (way == "BoxOpen" || way == "WindowManagerUnderABox") {
         choose(menu::ABOUT);
         ASSERT_TRUE(waitForWindowWithKeyboard([&](const Window& window) {
             return window.title() == std::string("O programu ") + player::TITLE;
         }));
-        player_->process().signal(SIGTERM);
+        if (way == "BoxOpen") {
+            player_->process().signal(SIGTERM);
+        } else {
+            player_->window().requestClose();
+        }
     }
     bool orderly = true;
     if (way == "DisplayGoes") { // as at the end of some sessions
@@ -295,9 +339,9 @@ TEST_P(WayOutTest, Saves) {
 INSTANTIATE_TEST_SUITE_P(By, WayOutTest,
                          testing::Values(WayOut{"CloseButton", 0}, WayOut{"Menu", 0},
                                          WayOut{"WindowManager", 0}, WayOut{"MenuOpen", 0},
-                                         WayOut{"BoxOpen", 0}, WayOut{"DisplayGoes", 0},
-                                         WayOut{"SIGTERM", SIGTERM}, WayOut{"SIGINT", SIGINT},
-                                         WayOut{"SIGHUP", SIGHUP}),
+                                         WayOut{"BoxOpen", 0}, WayOut{"WindowManagerUnderABox", 0},
+                                         WayOut{"DisplayGoes", 0}, WayOut{"SIGTERM", SIGTERM},
+                                         WayOut{"SIGINT", SIGINT}, WayOut{"SIGHUP", SIGHUP}),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 } // namespace

@@ -18,10 +18,11 @@ int ignoreError(::Display*, XErrorEvent*) {
     return 0;
 }
 
-void setMonitor(::Display* connection, const char* name, bool first, const Rectangle& place) {
+void setMonitor(::Display* connection, const char* name, bool first, bool primary,
+                const Rectangle& place) {
     XRRMonitorInfo* monitor = XRRAllocateMonitor(connection, 0);
     monitor->name = XInternAtom(connection, name, False);
-    monitor->primary = first ? True : False;
+    monitor->primary = primary ? True : False;
     monitor->x = place.x;
     monitor->y = place.y;
     monitor->width = place.width;
@@ -63,8 +64,10 @@ Display::Display(const DisplayOptions& options)
         return;
     }
     if (options.secondWidth > 0) {
-        setMonitor(connection_, "first", true, {0, 0, options.width, height_});
-        setMonitor(connection_, "second", false, {options.width, 0, options.secondWidth, height_});
+        setMonitor(connection_, "first", true, !options.secondIsPrimary,
+                   {0, 0, options.width, height_});
+        setMonitor(connection_, "second", false, options.secondIsPrimary,
+                   {options.width, 0, options.secondWidth, height_});
         XSync(connection_, False);
     }
     if (!options.windowManager.empty() && !startWindowManager(options.windowManager)) {
@@ -184,6 +187,11 @@ bool Display::windowManagerWorks() const {
     }
     XDestroyWindow(connection_, window);
     return managed && waitUntil([this] { return rootProperty("_NET_CLIENT_LIST").empty(); });
+}
+
+bool Display::hasCompositor() const {
+    return XGetSelectionOwner(connection_, XInternAtom(connection_, "_NET_WM_CM_S0", False)) !=
+           None;
 }
 
 void Display::useInThisProcess() const {

@@ -22,6 +22,7 @@ struct DisplayOptions {
     int height = 800;
     int secondWidth =
         0; ///< width of a second monitor right of the first, of the same height; 0: none
+    bool secondIsPrimary = false;
 };
 
 /// Rules
@@ -48,6 +49,9 @@ public:
     [[nodiscard]] pid_t server() const { return server_.pid(); }
 
     [[nodiscard]] bool hasWindowManager() const { return windowManager_.pid() > 0; }
+
+    /// Whether a program combines the windows into the screen's picture.
+    [[nodiscard]] bool hasCompositor() const;
 
     /// Returns the environment for clients: this display, a home folder of their own and nothing of
     /// the session that runs the tests, such as Wayland, a message bus or toolkit settings.
