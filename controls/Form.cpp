@@ -97,7 +97,7 @@ bool Form::placeIsKnown() {
     return placesAreReported();
 }
 
-Form::Place Form::place() const {
+Form::PixelPlace Form::place() const {
     if (wantedPlace_) {
         return *wantedPlace_; // of a hidden window, or the window manager is still at it
     }
@@ -105,8 +105,8 @@ Form::Place Form::place() const {
     return {seen.x(), seen.y()};
 }
 
-Form::Place Form::placeToKeep() const {
-    const Place now = place();
+Form::PixelPlace Form::placeToKeep() const {
+    const PixelPlace now = place();
     return refused_ && refused_->granted == now ? refused_->wanted : now;
 }
 
@@ -138,7 +138,7 @@ void Form::setTop(float twips) {
     }
 }
 
-void Form::moveTo(Place wanted) {
+void Form::moveTo(PixelPlace wanted) {
     refused_.reset();
     wantedPlace_ = wanted;
     if (widget().isVisible()) { // a hidden window is moved once, before it is shown
@@ -155,6 +155,16 @@ void Form::checkPlaceLater(int requests) {
     });
 }
 
+Form::Place Form::placeOnScreen(const Form& other, Place wanted) const {
+    const QRect screen = widget().screen()->availableGeometry();
+    const auto within = [](float place, int first, int room, float size) {
+        const float last = toTwips(first + room) - size;
+        return std::max(toTwips(first), std::min(place, last));
+    };
+    return {.left = within(wanted.left, screen.left(), screen.width(), other.Width()),
+            .top = within(wanted.top, screen.top(), screen.height(), other.Height())};
+}
+
 void Form::setVisible(bool on) {
     if (loaded_ || !on) {
         const bool changes = on != Visible();
@@ -168,6 +178,11 @@ void Form::setVisible(bool on) {
             QAccessibleEvent event(&widget(),
                                    on ? QAccessible::PopupMenuStart : QAccessible::PopupMenuEnd);
             QAccessible::updateAccessibility(&event);
+            QWidget* focused = QApplication::focusWidget();
+            if (!on && focused != nullptr) { // the focus comes back from the menu's entry
+                QAccessibleEvent back(focused, QAccessible::Focus);
+                QAccessible::updateAccessibility(&back);
+            }
         }
     }
 }

@@ -24,6 +24,12 @@ public:
     };
     enum class WindowState { normal = 0, minimised = 1, maximised = 2 };
 
+    /// Twips from the screen's upper left corner.
+    struct Place {
+        float left;
+        float top;
+    };
+
     ~Form() override;
 
     /// Twips from the screen's upper left corner. A window may lie outside every screen, but only
@@ -40,6 +46,10 @@ public:
     [[nodiscard]] float TopToKeep() const;
     /// Whether the window system reports where windows are. Otherwise Left and Top mean nothing.
     [[nodiscard]] static bool placeIsKnown();
+
+    /// Returns the place nearest to a wanted one at which another form lies wholly on the screen
+    /// that this form is on.
+    [[nodiscard]] Place placeOnScreen(const Form& other, Place wanted) const;
 
     /// Shows or hides the form. An unloaded form stays hidden.
     void setVisible(bool on) override;
@@ -101,18 +111,18 @@ private:
     void paint(QPainter& painter) override;
     void deactivate();
     /// Logical pixels.
-    struct Place {
+    struct PixelPlace {
         double x = 0;
         double y = 0;
-        friend bool operator==(const Place&, const Place&) = default;
+        friend bool operator==(const PixelPlace&, const PixelPlace&) = default;
     };
     struct Refusal {
-        Place wanted;
-        Place granted;
+        PixelPlace wanted;
+        PixelPlace granted;
     };
-    [[nodiscard]] Place place() const;
-    [[nodiscard]] Place placeToKeep() const;
-    void moveTo(Place wanted);
+    [[nodiscard]] PixelPlace place() const;
+    [[nodiscard]] PixelPlace placeToKeep() const;
+    void moveTo(PixelPlace wanted);
     /// Asks the window manager for the wanted place after a number of earlier requests.
     void checkPlace(int requests);
     void checkPlaceLater(int requests);
@@ -121,7 +131,7 @@ private:
     /// Set from the moment when the window is shown until it is there or the window manager has
     /// refused. Window managers push a new window that reaches beyond the screen back onto it, or
     /// add a frame to its place, but many carry out a later request.
-    std::optional<Place> wantedPlace_;
+    std::optional<PixelPlace> wantedPlace_;
     std::optional<Refusal> refused_;
 
     Kind kind_;

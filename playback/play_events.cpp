@@ -15,6 +15,9 @@ void frmPlayer::trackHasStopped() {
     if (!gUserStopped) {
         if (Popup().chkPopup[popupRepeat].Value() == 1) {
             WMP->controls().play();
+            if (PositionJumped) {
+                PositionJumped(); // back to the start, while it goes on playing
+            }
         } else {
             showMark(buttonStop, "Zastavit");
             lblTime[0].setCaption("00:00");

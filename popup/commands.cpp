@@ -16,7 +16,9 @@ void frmPlayer::ShowPopupMenuForKeyboard() {
     const Control* focused = focusedControl();
     const float left = focused != nullptr ? focused->Left() + focused->Width() / 2 : Width() / 2;
     const float top = focused != nullptr ? focused->Top() + focused->Height() / 2 : Height() / 2;
-    Popup().showAt(Left() + left, Top() + top);
+    // Who doesn't use the pointer can't move the window to see the rest of the menu.
+    const Place place = placeOnScreen(Popup(), {.left = Left() + left, .top = Top() + top});
+    Popup().showAt(place.left, place.top);
     Popup().lightFirst();
 }
 

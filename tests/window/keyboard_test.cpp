@@ -317,6 +317,16 @@ TEST_F(KeyboardKeys, TheMenuOpensAtTheFocusOrInTheMiddle) {
     EXPECT_FALSE(popup().Visible());
 }
 
+TEST_F(KeyboardKeys, TheMenuLiesOnTheScreen) {
+    player().setLeft(toTwips(1200));
+    player().setTop(toTwips(700));
+    ASSERT_TRUE(serveUntil([this] { return window().x() > 900 && window().y() > 450; }));
+    key(Qt::Key_Menu);
+    ASSERT_TRUE(popup().Visible());
+    EXPECT_TRUE(QRect(0, 0, 1280, 800).contains(popupWindow().geometry()));
+    EXPECT_EQ(popupWindow().geometry().bottomRight(), QPoint(1279, 799));
+}
+
 TEST_F(KeyboardKeys, WhileAButtonIsHeldDownKeysDoNothing) {
     openTrack();
     press(player().imgButtons[1]);

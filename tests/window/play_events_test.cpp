@@ -26,6 +26,30 @@ TEST_F(PlayEvents, TheEndWithRepeatStartsAgainAndKeepsTheDisplay) {
     EXPECT_TRUE(shows(player().imgDisplay_Mark, 24));
 }
 
+TEST_F(PlayEvents, TheDesktopHearsOfChangesAndJumps) {
+    int changes = 0;
+    int jumps = 0;
+    player().StateChanged = [&] { ++changes; };
+    player().PositionJumped = [&] { ++jumps; };
+    repeat(1);
+    engine().reachEnd();
+    EXPECT_EQ(jumps, 1);
+    player().SeekTo(20);
+    EXPECT_EQ(jumps, 2);
+    changes = 0;
+    player().imgVolume_MouseUp({.Button = LEFT_BUTTON});
+    EXPECT_EQ(changes, 1);
+    repeat(0);
+    EXPECT_EQ(changes, 2);
+    engine().reachEnd();
+    EXPECT_EQ(changes, 3);
+    engine().fail();
+    EXPECT_EQ(changes, 4);
+    player().Timer1.Tick();
+    EXPECT_EQ(changes, 4) << "time passes, nothing changes";
+    EXPECT_EQ(jumps, 2);
+}
+
 TEST_F(PlayEvents, TheEndWithoutRepeatResetsTheDisplayAndKeepsTheFile) {
     repeat(0);
     engine().reachEnd();
