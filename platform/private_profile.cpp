@@ -157,8 +157,9 @@ std::optional<std::u16string_view> sectionName(std::u16string_view line) {
 struct Place {
     bool hasSection = false;
     bool hasKey = false;
-    std::size_t begin = 0; ///< behind the "=", or where the new line begins
-    std::size_t end = 0;   ///< of an existing value
+    bool hasOthers = false; ///< there is any section
+    std::size_t begin = 0;  ///< behind the "=", or where the new line begins
+    std::size_t end = 0;    ///< of an existing value
 };
 
 Place placeOf(std::u16string_view text, std::u16string_view section, std::u16string_view key,
@@ -175,12 +176,18 @@ Place placeOf(std::u16string_view text, std::u16string_view section, std::u16str
             place.hasSection = sameName(*name, section);
             if (place.hasSection) {
                 place.begin = line.next;
+            } else if (extent == Extent::beginning && !place.hasOthers) {
+                place.begin = line.begin;
             }
+            place.hasOthers = true;
         } else if (place.hasSection) {
             const std::size_t equals = content.find(u'=');
             if (equals != std::u16string_view::npos &&
                 sameName(trimmed(content.substr(0, equals)), key)) {
-                return {true, true, line.begin + equals + 1, line.end};
+                return {.hasSection = true,
+                        .hasKey = true,
+                        .begin = line.begin + equals + 1,
+                        .end = line.end};
             }
         }
         if (extent == Extent::wholeFile && place.hasSection && !trimmed(content).empty()) {

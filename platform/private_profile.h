@@ -32,7 +32,8 @@ enum class Extent { wholeFile, beginning };
 /// LF in a file without lines.
 ///
 /// In a beginning, whose end may lie within any section, a new line goes behind the line with the
-/// section's name, and a new section goes to the start.
+/// section's name, and a new section goes in front of the first section. Lines in front of all
+/// sections belong to none.
 [[nodiscard]] std::string withValue(std::string_view file, std::string_view section,
                                     std::string_view key, std::string_view value,
                                     Extent extent = Extent::wholeFile);

@@ -192,7 +192,7 @@ TEST_F(SettingsFile, OfALargeOneTheFirstTwoMebibytesAreReadAndTheRestStays) {
     EXPECT_EQ(support::readFile(path_), changed + old.substr(sections.size()));
 }
 
-TEST_F(SettingsFile, ALargeOneGetsANewSectionAtItsStart) {
+TEST_F(SettingsFile, ALargeOneGetsANewSectionInFrontOfTheOthers) {
     for (const char* mark : {"", "\xEF\xBB\xBF"}) {
         const std::string rest = largeFile("[Other]\n", "x=1\n");
         support::writeFile(path_, mark + rest);
@@ -201,6 +201,13 @@ TEST_F(SettingsFile, ALargeOneGetsANewSectionAtItsStart) {
         EXPECT_EQ(support::readFile(path_), mark + ("[General]\nTop=6\nLeft=5\n" + rest));
         EXPECT_EQ(read("Left"), "5");
     }
+    // Lines in front of the first section stay outside of the new section.
+    const std::string outside = "; mine\nTop=7\n";
+    const std::string others = largeFile("[Other]\n", "x=1\n");
+    support::writeFile(path_, outside + others);
+    write("Left", "5");
+    EXPECT_EQ(support::readFile(path_), outside + "[General]\nLeft=5\n" + others);
+    EXPECT_EQ(read("Top"), "DEF");
     // A single line that is longer than what is read.
     const std::string line(whole_file::MOST_READ + 5, 'z');
     support::writeFile(path_, line);
