@@ -14,6 +14,14 @@ class DraggingTest : public MenuTest, public testing::WithParamInterface<std::st
 protected:
     DraggingTest() : MenuTest({.windowManager = GetParam()}) {}
 
+    /// Waits until the window is where it asked to be, in spite of the frame that a window manager
+    /// may have given it.
+    void SetUp() override {
+        MenuTest::SetUp();
+        ASSERT_TRUE(becomesPlacedAt(
+            {(display_.width() - player::WIDTH + 1) / 2, (display_.height() - player::HEIGHT) / 2}))
+            << corner().x << ' ' << corner().y;
+    }
     [[nodiscard]] Point corner() const {
         const Rectangle place = player_->window().place();
         return {place.x, place.y};
