@@ -99,7 +99,9 @@ bool Form::placeIsKnown() {
 
 Form::PixelPlace Form::place() const {
     if (wantedPlace_) {
-        return *wantedPlace_; // of a hidden window, or the window manager is still at it
+        // Of a hidden window, or the window manager is still at it.
+        const QPointF wanted = nearestPlace({wantedPlace_->x, wantedPlace_->y});
+        return {wanted.x(), wanted.y()};
     }
     const QPointF seen = placeOf(widget()).value_or(widget().pos());
     return {seen.x(), seen.y()};

@@ -278,7 +278,8 @@ TEST_F(KeyboardKeys, CommandsHaveTheirKeys) {
     key(Qt::Key_T, Qt::ControlModifier);
     EXPECT_EQ(popup().chkPopup[popupOnTop].Value(), 1);
     key(Qt::Key_M, Qt::ControlModifier);
-    EXPECT_EQ(player().WindowState(), Form::WindowState::minimised);
+    EXPECT_TRUE(
+        serveUntil([this] { return player().WindowState() == Form::WindowState::minimised; }));
     EXPECT_TRUE(player().Loaded());
 }
 

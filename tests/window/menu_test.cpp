@@ -191,7 +191,8 @@ TEST_F(Menu, AboutShowsABox) {
 TEST_F(Menu, MinimiseMinimises) {
     show();
     click(item(11));
-    EXPECT_EQ(player().WindowState(), Form::WindowState::minimised);
+    EXPECT_TRUE(
+        serveUntil([this] { return player().WindowState() == Form::WindowState::minimised; }));
     EXPECT_TRUE(player().Loaded());
 }
 

@@ -65,6 +65,8 @@ TEST_F(TwoCopies, KeysThatTheLastOneDoesNotWriteStayTheOthers) {
     ASSERT_TRUE(isAt(window(), {40, 50}));
     change(second(), 900, 1050, 0, 1, 20);
     second().setWindowState(Form::WindowState::minimised);
+    ASSERT_TRUE(
+        serveUntil([this] { return second().WindowState() == Form::WindowState::minimised; }));
     player().CloseApplication();
     second().CloseApplication();
     EXPECT_EQ(bytes(), "[General]\r\nLeft=600\r\nTop=750\r\nOnTop=0\r\nRepeat=1\r\nVolume=20\r\n");
