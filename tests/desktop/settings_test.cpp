@@ -245,7 +245,7 @@ TEST_P(OffScreenTest, AWindowComesBackToWhereItWasThoughTheScreenEndsThere) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Under, OffScreenTest,
-                         testing::ValuesIn(desktops({"openbox", "xfwm4", ""})), desktopName);
+                         testing::ValuesIn(desktops({"openbox", "xfwm4", "i3", ""})), desktopName);
 
 /// Managers that minimise no window, and none.
 class IgnoredMinimiseTest : public SettingsTest, public testing::WithParamInterface<std::string> {
