@@ -176,6 +176,10 @@ void Form::setVisible(bool on) {
             ++timesShown_;
         }
         Control::setVisible(on);
+        if (on && kind_ == Kind::popup && wantedPlace_) {
+            // The toolkit shows a window at a whole logical pixel.
+            moveWindow(widget(), {wantedPlace_->x, wantedPlace_->y});
+        }
         if (changes && kind_ == Kind::popup && QAccessible::isActive()) {
             QAccessibleEvent event(&widget(),
                                    on ? QAccessible::PopupMenuStart : QAccessible::PopupMenuEnd);
