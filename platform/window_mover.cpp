@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
+#include <cmath>
 
 namespace zvonivec {
 
@@ -73,8 +74,15 @@ void WindowMover::end() {
 }
 
 void WindowMover::follow(const QMouseEvent& event) {
-    if (!pressedAt_) { // later events may report a second button's press instead
-        pressedAt_ = event.points().first().globalPressPosition();
+    if (!pressIsKnown_) { // later events may report a second button's press instead
+        pressIsKnown_ = true;
+        // The toolkit rounds to logical pixels. Where it means another one, the last press that has
+        // come belongs to a later event.
+        const QPointF told = event.points().first().globalPressPosition();
+        if (!pressedAt_ || std::abs(pressedAt_->x() - told.x()) >= 1 ||
+            std::abs(pressedAt_->y() - told.y()) >= 1) {
+            pressedAt_ = told;
+        }
     }
     // Places on the screen don't depend on how far the window has moved meanwhile.
     const QPointF wanted = nearestPlace(from_ + event.globalPosition() - *pressedAt_);
