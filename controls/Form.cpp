@@ -66,6 +66,7 @@ Form::Form(std::string name, Kind kind, float width, float height)
         prepareOutline(widget());
     }
     widget().CloseRequested = [this] { Form_CloseRequest(); };
+    widget().Pressed = [this] { wantedPlace_.reset(); }; // from here on the user moves it
     widget().SightChanged = [this](bool seen) { Form_SightChanged(seen); };
     widget().KeyPressed = [this](const KeyArgs& key) { return Form_KeyDown(key); };
     widget().setFocus(); // otherwise the toolkit would give the focus to the first control

@@ -8,7 +8,6 @@
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
-#include <cmath>
 
 namespace zvonivec {
 
@@ -74,15 +73,18 @@ void WindowMover::end() {
 }
 
 void WindowMover::follow(const QMouseEvent& event) {
-    if (!pressIsKnown_) { // later events may report a second button's press instead
-        pressIsKnown_ = true;
-        // The toolkit rounds to logical pixels. Where it means another one, the last press that has
-        // come belongs to a later event.
+    if (!pressIsSure_) { // later events may report a second button's press instead
+        // In whole logical pixels, which may be too rough. Of several presses at once the system
+        // may report another one.
         const QPointF told = event.points().first().globalPressPosition();
-        if (!pressedAt_ || std::abs(pressedAt_->x() - told.x()) >= 1 ||
-            std::abs(pressedAt_->y() - told.y()) >= 1) {
+        const auto isNear = [told](QPointF place) { return (place - told).manhattanLength() <= 1; };
+        if (event.type() == QEvent::MouseButtonRelease && isNear(event.globalPosition())) {
+            return; // a click
+        }
+        if (!pressedAt_ || window_.devicePixelRatioF() == 1 || !isNear(*pressedAt_)) {
             pressedAt_ = told;
         }
+        pressIsSure_ = true;
     }
     // Places on the screen don't depend on how far the window has moved meanwhile.
     const QPointF wanted = nearestPlace(from_ + event.globalPosition() - *pressedAt_);

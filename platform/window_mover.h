@@ -37,9 +37,9 @@ private:
     QWidget& window_; ///< the parent
     QPointF from_;    ///< place of the window at the press
     QPointF asked_;   ///< place that the window manager was last asked for
-    /// Place of the pointer at the press.
+    /// Place of the pointer at the press, as the system reports it.
     std::optional<QPointF> pressedAt_;
-    bool pressIsKnown_ = false; ///< an event has confirmed pressedAt_
+    bool pressIsSure_ = false; ///< the first event has confirmed or corrected it
     QTimer timer_;
     QPointF seen_;         ///< place of the window when it was last checked
     int timesUnmoved_ = 0; ///< checks since the window has moved

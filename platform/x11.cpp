@@ -2,8 +2,11 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QPointer>
 #include <algorithm>
+#include <deque>
+#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
@@ -128,6 +131,22 @@ public:
           selectionEvent_(extension(server, "XFIXES").firstEvent),
           compositor_(atom(server, "_NET_WM_CM_S0")) {
         qGuiApp->installNativeEventFilter(this);
+        qGuiApp->installEventFilter(this);
+    }
+
+    /// Several presses may have come before the toolkit serves the first.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress && watched->isWindowType()) {
+            const auto time =
+                static_cast<xcb_timestamp_t>(static_cast<const QMouseEvent*>(event)->timestamp());
+            const auto served = std::ranges::find(presses_, time, &TimedPress::time);
+            press.reset();
+            if (served != presses_.end()) {
+                press = served->press;
+                presses_.erase(presses_.begin(), std::next(served));
+            }
+        }
+        return false;
     }
 
     bool nativeEventFilter(const QByteArray& /*type*/, void* message,
@@ -147,12 +166,17 @@ public:
         return false;
     }
 
-    std::optional<Press> press;
+    std::optional<Press> press; ///< the one that the toolkit serves or has served last
     unsigned configureEvents = 0;
     std::vector<Listener> onMap;
     std::vector<Listener> onCompositor;
 
 private:
+    struct TimedPress {
+        xcb_timestamp_t time;
+        Press press;
+    };
+
     struct Extension {
         std::uint8_t opcode = 0;
         std::uint8_t firstEvent = 0;
@@ -176,11 +200,17 @@ private:
         }
         const auto& input = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
         const auto whole = [](xcb_input_fp1616_t fixed) { return fixed >> 16; };
-        press = {.place = {whole(input.root_x), whole(input.root_y)},
-                 .button = input.detail,
-                 .device = input.deviceid};
+        constexpr std::size_t most = 32;
+        if (presses_.size() == most) {
+            presses_.pop_front();
+        }
+        presses_.push_back({.time = input.time,
+                            .press = {.place = {whole(input.root_x), whole(input.root_y)},
+                                      .button = input.detail,
+                                      .device = input.deviceid}});
     }
 
+    std::deque<TimedPress> presses_; ///< those that haven't been served
     std::uint8_t input_;
     std::uint8_t selectionEvent_;
     xcb_atom_t compositor_;

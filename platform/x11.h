@@ -51,7 +51,7 @@ struct Press {
 
 /// Begins to watch the events of the server. Called once or more often, before the first press.
 void watchEvents();
-/// Returns the last press since then.
+/// Returns the press that the toolkit serves, or has served last since then.
 std::optional<Press> lastPress();
 /// Returns the number of messages about windows' places since then.
 unsigned configureEvents();

@@ -195,8 +195,12 @@ void ControlWidget::takePress(const QMouseEvent& event) {
         return;
     }
     captured_ |= event.button();
-    if (static_cast<ControlWidget*>(window())->focusRing_ != nullptr) {
-        window()->setFocus(); // who uses the pointer sees no ring
+    auto* form = static_cast<ControlWidget*>(window());
+    if (form->focusRing_ != nullptr) {
+        form->setFocus(); // who uses the pointer sees no ring
+    }
+    if (form->Pressed) {
+        form->Pressed();
     }
     call(control_->MouseDown, toArgs(event, event.button()));
 }

@@ -176,7 +176,7 @@ def main(path):
     act(player("Otevřít soubor MP3"))
     dialog = wait(lambda: window("Otevřít soubor MP3"), "the dialog")
     field = next(n for n in everything(dialog)
-                 if n.get_role_name() == "text" and has(n, Atspi.StateType.EDITABLE))
+                 if n.get_role_name() == "text" and n.get_name().startswith("Název souboru"))
     Atspi.EditableText.set_text_contents(field, path)
     accept = wait(lambda: next((n for n in everything(dialog)
                                 if n.get_role_name() in ("push button", "button") and usable(n)

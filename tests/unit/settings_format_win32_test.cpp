@@ -41,9 +41,9 @@ TEST_F(SettingsFormat, TheSystemsOwnFunctionsKeepToTheTable) {
     expectTable({.read =
                      [this](const std::string& file, const std::string& key) {
                          putOrRemove(file);
-                         std::string value(bufferSize, '\0');
+                         std::string value(BUFFER_SIZE, '\0');
                          value.resize(::GetPrivateProfileStringA("General", key.c_str(), "DEF",
-                                                                 value.data(), bufferSize,
+                                                                 value.data(), BUFFER_SIZE,
                                                                  path_.c_str()));
                          return value;
                      },
