@@ -67,6 +67,7 @@ Form::Form(std::string name, Kind kind, float width, float height)
     }
     widget().CloseRequested = [this] { Form_CloseRequest(); };
     widget().Pressed = [this] { wantedPlace_.reset(); }; // from here on the user moves it
+    widget().Moved = [this] { takeReportedPlace(); };
     widget().SightChanged = [this](bool seen) { Form_SightChanged(seen); };
     widget().KeyPressed = [this](const KeyArgs& key) { return Form_KeyDown(key); };
     widget().setFocus(); // otherwise the toolkit would give the focus to the first control
@@ -194,6 +195,15 @@ void Form::setVisible(bool on) {
     }
 }
 
+void Form::takeReportedPlace() {
+    // The toolkit rounds to logical pixels. Whoever moves the window after this means it.
+    if (wantedPlace_ && widget().isVisible() &&
+        (nearestPlace({wantedPlace_->x, wantedPlace_->y}) - widget().pos()).manhattanLength() <=
+            1) {
+        wantedPlace_.reset();
+    }
+}
+
 void Form::checkPlace(int requests) {
     if (!wantedPlace_) {
         return;
@@ -203,6 +213,11 @@ void Form::checkPlace(int requests) {
     const bool isMoving = QGuiApplication::mouseButtons() != Qt::NoButton; // by the user
     if (!now || *now == wanted || isMoving) {
         wantedPlace_.reset();
+        return;
+    }
+    const PixelPlace seen{now->x(), now->y()};
+    if (std::exchange(seenPlace_, seen) != seen && requests > 0) {
+        checkPlaceLater(requests); // it is still being moved
         return;
     }
     if (requests == 0) {

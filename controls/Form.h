@@ -126,12 +126,15 @@ private:
     /// Asks the window manager for the wanted place after a number of earlier requests.
     void checkPlace(int requests);
     void checkPlaceLater(int requests);
+    /// Ends the requests when the window is at its place.
+    void takeReportedPlace();
     [[nodiscard]] const QPixmap& outlinedPicture();
 
     /// Set from the moment when the window is shown until it is there or the window manager has
     /// refused. Window managers push a new window that reaches beyond the screen back onto it, or
     /// add a frame to its place, but many carry out a later request.
     std::optional<PixelPlace> wantedPlace_;
+    PixelPlace seenPlace_; ///< where the last check has found it
     std::optional<Refusal> refused_;
 
     Kind kind_;

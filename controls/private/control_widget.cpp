@@ -165,6 +165,11 @@ bool ControlWidget::event(QEvent* event) {
         return true;
     case QEvent::KeyPress:
         return takeKey(*static_cast<QKeyEvent*>(event)) || QWidget::event(event);
+    case QEvent::Move:
+        if (Moved) {
+            Moved();
+        }
+        break;
     case QEvent::FocusIn:
     case QEvent::FocusOut:
         static_cast<ControlWidget*>(window())->showFocus();

@@ -32,6 +32,8 @@ public:
     std::function<void()> CloseRequested;
     /// Called when the window has lost the keyboard to another window or is blocked by a box.
     std::function<void()> Deactivated;
+    /// Called when the window system has reported a new place of the window.
+    std::function<void()> Moved;
     /// Called when a button is pressed anywhere in the form, before the control is told.
     std::function<void()> Pressed;
     /// Called with true when the window becomes visible, and with false when it is hidden or

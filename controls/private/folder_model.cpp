@@ -110,13 +110,13 @@ int FolderModel::rowCount(const QModelIndex& parent) const {
 }
 
 int FolderModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : columnCount_;
+    return parent.isValid() ? 0 : COLUMNS;
 }
 
 QVariant FolderModel::data(const QModelIndex& index, int role) const {
     const Row& row = rows_[visible_[static_cast<std::size_t>(index.row())]];
     if (role == Qt::TextAlignmentRole && index.column() == size) {
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+        return {Qt::AlignRight | Qt::AlignVCenter};
     }
     if (role == Qt::DecorationRole && index.column() == name) {
         return row.entry.isFolder ? folderIcon_ : fileIcon_;

@@ -15,7 +15,8 @@ namespace zvonivec {
 /// Folders come before files, and of the files those whose names match a pattern.
 class FolderModel : public QAbstractTableModel {
 public:
-    enum Column { name, size, modified, columnCount_ };
+    enum Column { name, size, modified };
+    static constexpr int COLUMNS = modified + 1;
 
     FolderModel();
 

@@ -163,6 +163,8 @@ protected:
 };
 
 TEST_F(TwoMonitorsTest, AppearsAtThePointerOnEither) {
+    const int middle = (900 - player::WIDTH + 1) / 2; // where the player puts itself at first
+    ASSERT_TRUE(waitUntil([&] { return player_->window().place().x == middle; }));
     for (const Point wanted : {Point{100, 50}, Point{1000, 100}, Point{750, 380}}) {
         player_->window().moveTo(wanted);
         ASSERT_TRUE(waitUntil([&] { return player_->window().place().x == wanted.x; }));
