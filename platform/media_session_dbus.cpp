@@ -227,7 +227,7 @@ struct MediaSession::Desktop : QDBusVirtualObject {
             return;
         }
         const QVariantMap before = changingProperties();
-        track += newState.path != state.path || newState.fileIsLoaded != state.fileIsLoaded ? 1 : 0;
+        track += newState.path != state.path || newState.fileIsLoaded != state.fileIsLoaded ? 1U : 0U;
         state = newState;
         QVariantMap changed = changingProperties();
         for (auto property = changed.begin(); property != changed.end();) {
