@@ -120,7 +120,7 @@ QString toText(MediaSession::Status status) {
 } // namespace
 
 struct MediaSession::Desktop : QDBusVirtualObject {
-    Desktop(std::string wantedTitle, Commands wanted)
+    Desktop(const std::string& wantedTitle, Commands wanted)
         : title(text(wantedTitle)), commands(std::move(wanted)),
           bus(QDBusConnection::sessionBus()) {
         if (bus.isConnected() &&
@@ -227,7 +227,8 @@ struct MediaSession::Desktop : QDBusVirtualObject {
             return;
         }
         const QVariantMap before = changingProperties();
-        track += newState.path != state.path || newState.fileIsLoaded != state.fileIsLoaded ? 1U : 0U;
+        track +=
+            newState.path != state.path || newState.fileIsLoaded != state.fileIsLoaded ? 1U : 0U;
         state = newState;
         QVariantMap changed = changingProperties();
         for (auto property = changed.begin(); property != changed.end();) {
