@@ -84,7 +84,7 @@ protected:
             }
         });
         poll.start(1);
-        const std::optional<std::string> chosen = dialog_.ShowOpen();
+        std::optional<std::string> chosen = dialog_.ShowOpen();
         EXPECT_TRUE(seen);
         return chosen;
     }
@@ -115,10 +115,12 @@ protected:
         typeKeys(nameLine(), text);
         pressKey(nameLine(), Qt::Key_Return);
     }
-    std::string makeFile(const std::string& name, const std::string& bytes = "x") const {
-        std::string path = folder_.file(name);
-        support::writeFile(path, bytes);
-        return path;
+    void put(const std::string& name, const std::string& bytes = "x") const {
+        support::writeFile(folder_.file(name), bytes);
+    }
+    [[nodiscard]] std::string makeFile(const std::string& name) const {
+        put(name);
+        return folder_.file(name);
     }
 
     support::TemporaryFolder folder_;
@@ -176,7 +178,7 @@ TEST_F(OpenDialogTest, HasCzechButtons) {
 TEST_F(OpenDialogTest, ListsFoldersAndThenFilesThatMatchTheFilter) {
     for (const char* name : {"b.mp3", "A.MP3", "č.mp3", "d.mp3", "c.mp3", "10.mp3", "9.mp3",
                              "x.txt", "mp3", ".hidden.mp3", "a.mp3.txt", "line\nbreak.mp3"}) {
-        makeFile(name);
+        put(name);
     }
     fs::create_directory(folder_.file("z"));
     fs::create_directory(folder_.file(".config"));
@@ -192,9 +194,9 @@ TEST_F(OpenDialogTest, ListsFoldersAndThenFilesThatMatchTheFilter) {
 }
 
 TEST_F(OpenDialogTest, SortsByEachColumn) {
-    makeFile("a.mp3", std::string(30, 'x'));
-    makeFile("b.mp3", std::string(10, 'x'));
-    makeFile("c.mp3", std::string(20, 'x'));
+    put("a.mp3", std::string(30, 'x'));
+    put("b.mp3", std::string(10, 'x'));
+    put("c.mp3", std::string(20, 'x'));
     const auto now = fs::file_time_type::clock::now();
     fs::last_write_time(folder_.file("a.mp3"), now - std::chrono::hours(2));
     fs::last_write_time(folder_.file("b.mp3"), now - std::chrono::hours(1));
@@ -252,9 +254,9 @@ TEST_F(OpenDialogTest, ShowsNamesThatAreNotUtf8WithGuessedLetters) {
 
 TEST_F(OpenDialogTest, ReadsNoFile) {
     for (int i = 0; i < 20; ++i) {
-        makeFile("song" + std::to_string(i), "%PDF-1.4"); // no extension says what it is
+        put("song" + std::to_string(i), "%PDF-1.4"); // no extension says what it is
     }
-    makeFile("a.mp3");
+    put("a.mp3");
     const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     ASSERT_GE(inotify_add_watch(watch, folder_.path().c_str(), IN_OPEN | IN_ACCESS | IN_MODIFY), 0);
     const auto filesOpened = [watch] {
@@ -296,7 +298,7 @@ TEST_F(OpenDialogTest, LeavesOutPipesDevicesAndLinksToThem) {
 }
 
 TEST_F(OpenDialogTest, ChangesNothingOnTheDisk) {
-    makeFile("a.mp3");
+    put("a.mp3");
     show([&] {
         ASSERT_TRUE(lists({"a.mp3"}));
         for (const QAbstractButton* button : shown().findChildren<QAbstractButton*>()) {
@@ -318,8 +320,8 @@ TEST_F(OpenDialogTest, ChangesNothingOnTheDisk) {
 }
 
 TEST_F(OpenDialogTest, ColumnsAreAsWideAsTheirTextsAndDatesAreTheLocales) {
-    makeFile("a.mp3", std::string(1234567, 'x'));
-    makeFile(std::string(120, 'w') + ".mp3");
+    put("a.mp3", std::string(1234567, 'x'));
+    put(std::string(120, 'w') + ".mp3");
     const auto time = fs::last_write_time(folder_.file("a.mp3"));
     const auto seconds = std::chrono::floor<std::chrono::seconds>(
         std::chrono::file_clock::to_sys(time).time_since_epoch());
@@ -344,7 +346,7 @@ TEST_F(OpenDialogTest, ColumnsAreAsWideAsTheirTextsAndDatesAreTheLocales) {
 
 TEST_F(OpenDialogTest, KeepsNothingOfAFolderAfterItsEnd) {
     for (int i = 0; i < 30; ++i) {
-        makeFile(std::to_string(i) + ".mp3");
+        put(std::to_string(i) + ".mp3");
     }
     const auto openings = [&](int count) {
         for (int i = 0; i < count; ++i) {
