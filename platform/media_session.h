@@ -46,7 +46,7 @@ public:
         std::function<double()> position; ///< seconds
     };
 
-    MediaSession(std::string title, Commands commands);
+    MediaSession(const std::string& title, Commands commands);
     MediaSession(const MediaSession&) = delete;
     MediaSession& operator=(const MediaSession&) = delete;
     ~MediaSession();

@@ -393,8 +393,8 @@ struct MediaSession::Desktop : QDBusVirtualObject {
     std::uint32_t track = 0;
 };
 
-MediaSession::MediaSession(std::string title, Commands commands)
-    : desktop_(std::make_unique<Desktop>(std::move(title), std::move(commands))) {}
+MediaSession::MediaSession(const std::string& title, Commands commands)
+    : desktop_(std::make_unique<Desktop>(title, std::move(commands))) {}
 
 MediaSession::~MediaSession() = default;
 

@@ -168,8 +168,8 @@ TEST_F(TwoMonitorsTest, AppearsAtThePointerOnEither) {
     for (const Point wanted : {Point{100, 50}, Point{1000, 100}, Point{750, 380}}) {
         player_->window().moveTo(wanted);
         ASSERT_TRUE(waitUntil([&] { return player_->window().place().x == wanted.x; }));
-        openMenu();
         const Point pointer = player_->onScreen(player::BODY);
+        openMenu();
         EXPECT_EQ(menu().value().place(),
                   (Rectangle{pointer.x, pointer.y, menu::WIDTH, menu::HEIGHT}));
         keyboard_.key("Escape");
