@@ -54,7 +54,7 @@ struct MediaSession::Desktop : QAbstractNativeEventFilter {
     State state;
 };
 
-MediaSession::MediaSession(std::string /*title*/, Commands commands)
+MediaSession::MediaSession(const std::string& /*title*/, Commands commands)
     : desktop_(std::make_unique<Desktop>(std::move(commands))) {}
 
 MediaSession::~MediaSession() = default;
