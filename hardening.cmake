@@ -1,6 +1,6 @@
 # What makes a fault in the code harder to use for an attack. docs/security.md tells what each is for,
-# and the command that looks at the result.
-# For what users run; debuggers and sanitizers have other checks.
+# and the command that looks at the result. For what users run: debuggers and sanitizers have other
+# checks.
 if(NOT CMAKE_BUILD_TYPE MATCHES "Rel")
     return()
 endif()

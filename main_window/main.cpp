@@ -16,9 +16,8 @@ int main() {
 
     ignoreSignalsOfFailedWrites();
     confine();
-    spareDescriptors();
+    spareDescriptors(); // sets a variable, so before anything starts threads
 
-    // Before the toolkit starts threads that read the environment: the engine sets a variable.
     auto engine = createPlayerEngine(Application::post);
     Application application(displayBackEnds());
 

@@ -1,7 +1,7 @@
 #include "platform/file_rights_posix.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
