@@ -19,8 +19,8 @@ struct AudioFormat {
 /// wake are called on the output's thread, and the feed is used on that thread or, by a library
 /// with a thread of its own, between open and close.
 ///
-/// Taking samples never waits. A change of the feed's gate or volume is heard within 40 ms, however
-/// much has been handed to the device: it is taken back, or it is little.
+/// Taking samples never waits. A change of the feed's gate or volume doesn't wait for what has been
+/// handed to the device: it is taken back, or it is little. docs/engine.md has the times.
 class AudioOutput {
 public:
     AudioOutput() = default;

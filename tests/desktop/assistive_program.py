@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Uses the player as a person does who doesn't see it: through AT-SPI alone.
 
-Called with an MP3 file of 20 seconds. Ends with 0, or names what isn't as it should be.
+Called with an MP3 file of 20 seconds and the title of the player's window. Ends with 0, or names what
+isn't as it should be.
 """
 
 import sys
@@ -16,7 +17,7 @@ from gi.repository import Atspi, Gio, GLib  # noqa: E402
 # Newer releases of the library have other names for the same calls.
 warnings.simplefilter("ignore", DeprecationWarning)
 
-TITLE = "Zvonivec MP3 Player 0.0.7"
+TITLE = sys.argv[2]
 
 
 def fail(text):
@@ -216,7 +217,7 @@ def main(path):
     wait(lambda: Atspi.Value.get_current_value(loudspeaker) == 50, "a lower volume")
 
     # The menu's switches and boxes.
-    shown = choose("Přehrávat opakovaně")
+    choose("Přehrávat opakovaně")
     act(window(TITLE), "showmenu")
     shown = wait(menu, "the menu")
     expect(has(named(shown, "Přehrávat opakovaně"), Atspi.StateType.CHECKED), False, "repeat")

@@ -29,8 +29,8 @@ TEST_F(AssistiveTest, EverythingCanBeDoneAndIsReadBack) {
     Process::Options options;
     options.environment = withBus();
     options.errorFile = folder_.file("assistive-messages");
-    const int result =
-        run({"/usr/bin/python3", ASSISTIVE_PROGRAM, file}, options, std::chrono::seconds(100));
+    const int result = run({"/usr/bin/python3", ASSISTIVE_PROGRAM, file, player::TITLE}, options,
+                           std::chrono::seconds(100));
     EXPECT_EQ(result, 0) << readFile(options.errorFile);
     EXPECT_EQ(player_->process().waitForExit(), 0);
 }
