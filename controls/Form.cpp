@@ -283,7 +283,7 @@ void Form::setPicture(const Picture& picture) {
 }
 
 enum Form::WindowState Form::WindowState() const {
-    if (widget().isMinimized()) {
+    if (isMinimised(widget())) {
         return WindowState::minimised;
     }
     return widget().isMaximized() ? WindowState::maximised : WindowState::normal;

@@ -53,4 +53,8 @@ void endHandedMove(QWidget& window);
 /// Minimises a window. A window manager may refuse, and then the window counts as not minimised.
 void minimise(QWidget& window);
 
+/// Whether the system has minimised a window, even where the toolkit hasn't been told yet. A window
+/// whose window manager has died stands on the screen and isn't minimised any more.
+[[nodiscard]] bool isMinimised(const QWidget& window);
+
 } // namespace zvonivec

@@ -51,4 +51,8 @@ void minimise(QWidget& window) {
     window.showMinimized();
 }
 
+bool isMinimised(const QWidget& window) {
+    return window.isMinimized();
+}
+
 } // namespace zvonivec

@@ -65,6 +65,23 @@ xcb_window_t numberOf(const QWidget& window) {
     return static_cast<xcb_window_t>(window.internalWinId());
 }
 
+/// The state by which a window manager is asked to minimise a window, and by which it says so.
+constexpr std::uint32_t ICONIC = 3;
+
+bool isViewable(xcb_connection_t* server, xcb_window_t window) {
+    const x11::XcbReply<xcb_get_window_attributes_reply_t> reply(
+        xcb_get_window_attributes_reply(server, xcb_get_window_attributes(server, window), nullptr),
+        &std::free);
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+/// Whether a window manager is at work: its window, which the root names, names itself.
+bool hasWindowManager(xcb_connection_t* server) {
+    const xcb_atom_t check = x11::atom(server, "_NET_SUPPORTING_WM_CHECK");
+    const auto named = x11::property(server, x11::root(server), check);
+    return !named.empty() && x11::property(server, named.front(), check) == named;
+}
+
 } // namespace
 
 bool placesAreReported() {
@@ -186,9 +203,19 @@ void minimise(QWidget& window) {
     }
     // The toolkit would count the window as minimised at once. This way it waits for the window
     // manager.
-    constexpr std::uint32_t iconic = 3;
     x11::sendToManager(server, numberOf(window), x11::atom(server, "WM_CHANGE_STATE"),
-                       {iconic, 0, 0, 0, 0});
+                       {ICONIC, 0, 0, 0, 0});
+}
+
+bool isMinimised(const QWidget& window) {
+    xcb_connection_t* server = x11::connection();
+    if (server == nullptr || numberOf(window) == XCB_WINDOW_NONE) {
+        return window.isMinimized();
+    }
+    const auto state = x11::property(server, numberOf(window), x11::atom(server, "WM_STATE"));
+    // Some window managers leave a minimised window viewable, for its live picture.
+    return !state.empty() && state.front() == ICONIC &&
+           (hasWindowManager(server) || !isViewable(server, numberOf(window)));
 }
 
 } // namespace zvonivec

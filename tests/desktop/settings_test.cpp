@@ -179,6 +179,17 @@ TEST_F(SettingsTest, AMinimisedPlayerKeepsItsStoredPosition) {
     EXPECT_EQ(settings(), "[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=60\n");
 }
 
+TEST_F(SettingsTest, AMinimisedPlayerWhoseWindowManagerDiedSavesItsPlace) {
+    startWith("[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=50\n");
+    dragTo({400, 300});
+    click(player::minimise);
+    ASSERT_TRUE(waitUntil([&] { return player_->window().isMinimised(); }));
+    display_.killWindowManager();
+    ASSERT_TRUE(waitUntil([&] { return player_->window().isShown(); }));
+    endPlayer();
+    EXPECT_EQ(settings(), "[General]\nLeft=6000\nTop=4500\nOnTop=0\nRepeat=1\nVolume=50\n");
+}
+
 TEST_F(SettingsTest, AreSavedThoughTheTerminalHasGoneAndTheDisplayGoes) {
     endPlayer();
     // The player's messages go to a pipe whose reader then ends.

@@ -180,8 +180,9 @@ TEST_F(ButtonStrip, MinimiseAndCloseLeaveTheMark) {
     ASSERT_TRUE(marks(1));
     click(button(5));
     EXPECT_TRUE(marks(1));
-    EXPECT_TRUE(
-        serveUntil([this] { return player().WindowState() == Form::WindowState::minimised; }));
+    EXPECT_TRUE(serveUntil([this] { // the system has done it, and the toolkit knows
+        return player().WindowState() == Form::WindowState::minimised && window().isMinimized();
+    }));
     player().setWindowState(Form::WindowState::normal);
     EXPECT_TRUE(serveUntil([this] {
         return player().WindowState() == Form::WindowState::normal && window().isVisible();
