@@ -21,6 +21,17 @@ void MenuTest::openMenu(Point place) {
     ASSERT_TRUE(waitUntil(shown));
 }
 
+void MenuTest::moveWindow(Point wanted) {
+    // Until the player has been painted it looks after its place itself.
+    ASSERT_TRUE(
+        waitUntil([&] { return player_->showsButton(player::close, player::Look::normal); }));
+    player_->window().moveTo(wanted);
+    ASSERT_TRUE(waitUntil([&] {
+        const Rectangle now = player_->window().place();
+        return now.x == wanted.x && now.y == wanted.y;
+    }));
+}
+
 bool MenuTest::waitUntilMenuIsGone() const {
     return waitUntil([this] { return !menu(); });
 }

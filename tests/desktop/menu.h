@@ -62,6 +62,8 @@ protected:
     /// Right-clicks on the player and waits for the menu.
     void openMenu(Point place = player::BODY);
     [[nodiscard]] bool waitUntilMenuIsGone() const;
+    /// Moves the player's window, as a window manager does, and waits until it is there.
+    void moveWindow(Point wanted);
     void moveTo(const menu::Line& line) const;
     using DesktopTest::moveTo;
     /// In the menu that is open.

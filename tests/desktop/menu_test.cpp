@@ -28,12 +28,7 @@ protected:
     }
     /// Moves the player so that a place of it lies at a place of the screen.
     void movePlayer(Point place, Point onScreen) {
-        const Point wanted{onScreen.x - place.x, onScreen.y - place.y};
-        player_->window().moveTo(wanted);
-        ASSERT_TRUE(waitUntil([&] {
-            const Rectangle now = player_->window().place();
-            return now.x == wanted.x && now.y == wanted.y;
-        }));
+        moveWindow({onScreen.x - place.x, onScreen.y - place.y});
     }
 };
 
@@ -166,8 +161,7 @@ TEST_F(TwoMonitorsTest, AppearsAtThePointerOnEither) {
     const int middle = (900 - player::WIDTH + 1) / 2; // where the player puts itself at first
     ASSERT_TRUE(waitUntil([&] { return player_->window().place().x == middle; }));
     for (const Point wanted : {Point{100, 50}, Point{1000, 100}, Point{750, 380}}) {
-        player_->window().moveTo(wanted);
-        ASSERT_TRUE(waitUntil([&] { return player_->window().place().x == wanted.x; }));
+        moveWindow(wanted);
         const Point pointer = player_->onScreen(player::BODY);
         openMenu();
         EXPECT_EQ(menu().value().place(),
