@@ -131,12 +131,14 @@ std::string Report::json(const std::string& machine) const {
     std::string text = "{\n  \"machine\": \"" + machine + "\",\n  \"players\": {";
     const char* betweenPlayers = "\n";
     for (const std::string& subject : order_) {
-        text += betweenPlayers + ("    \"" + subject + "\": {");
+        text += betweenPlayers;
+        text += "    \"" + subject + "\": {";
         betweenPlayers = ",\n";
         const char* betweenFigures = "\n";
         for (const auto& [key, values] : values_.at(subject)) {
-            text += betweenFigures + ("      \"" + key + R"(": {"median": )") +
-                    number(median(values).value_or(0), 6) + ", \"all\": [";
+            text += betweenFigures;
+            text += "      \"" + key + R"(": {"median": )";
+            text += number(median(values).value_or(0), 6) + ", \"all\": [";
             betweenFigures = ",\n";
             const char* between = "";
             for (const double value : values) {

@@ -75,7 +75,7 @@ std::optional<std::string> inflated(std::string_view compressed) {
     stream.next_out = reinterpret_cast<Bytef*>(result.data());
     stream.avail_out = static_cast<uInt>(result.size());
     const int code = inflate(&stream, Z_SYNC_FLUSH);
-    result.resize(result.size() - stream.avail_out);
+    result.erase(stream.total_out);
     inflateEnd(&stream);
     const bool good = code == Z_OK || code == Z_STREAM_END || code == Z_BUF_ERROR;
     return good ? std::optional(std::move(result)) : std::nullopt;
