@@ -1,6 +1,7 @@
 // Message boxes for systems that have none of their own. In the toolkit's message boxes a long path
 // runs out of the window, and a long text out of the screen.
 
+#include "platform/box_icon.h"
 #include "platform/modDeklarace.h"
 
 #include <QAccessible>
@@ -12,7 +13,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyle>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <algorithm>
@@ -28,7 +28,8 @@ namespace {
 /// scrolls when it is very long.
 class BoxText : public QTextEdit {
 public:
-    BoxText(const QString& text, const QSize& screen) {
+    /// The text takes no more than this width, in logical pixels.
+    BoxText(const QString& text, int widest, const QSize& screen) {
         setObjectName(QStringLiteral("text"));
         setPlainText(text);
         setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -39,14 +40,13 @@ public:
         // Windows' own boxes have a tab stop every eight characters.
         setTabStopDistance(8.0 * fontMetrics().averageCharWidth());
 
-        const double widest = std::min(560.0, screen.width() / 2.0);
         const int highest = screen.height() * 2 / 3;
         const std::unique_ptr<QTextDocument> trial(document()->clone());
         trial->setTextWidth(-1); // breaks no line
-        const double width = std::min(trial->idealWidth(), widest);
+        const int width = std::min(static_cast<int>(std::ceil(trial->idealWidth())) + 1, widest);
         trial->setTextWidth(width);
         int height = static_cast<int>(std::ceil(trial->size().height()));
-        int room = static_cast<int>(std::ceil(width)) + 1;
+        int room = width;
         if (height > highest) {
             height = highest;
             room += verticalScrollBar()->sizeHint().width();
@@ -81,9 +81,8 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
     return box != nullptr ? new AccessibleBox(box) : nullptr;
 }
 
-QStyle::StandardPixmap iconOf(int style) {
-    return (style & ICON_INFORMATION) != 0 ? QStyle::SP_MessageBoxInformation
-                                           : QStyle::SP_MessageBoxCritical;
+BoxIcon::Kind iconOf(int style) {
+    return (style & ICON_INFORMATION) != 0 ? BoxIcon::Kind::information : BoxIcon::Kind::critical;
 }
 
 } // namespace
@@ -93,26 +92,30 @@ void MessageBoxA(std::uintptr_t owner, const std::string& text, const std::strin
     QAccessible::installFactory(makeAccessible); // once, however often it is called
     Box box(QWidget::find(owner), QString::fromStdString(text));
     box.setWindowTitle(QString::fromStdString(title));
+    // Minimised, it would take the way back to the player with it.
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     auto* layout = new QGridLayout(&box);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    layout->setHorizontalSpacing(16);
-
-    auto* icon = new QLabel;
-    icon->setObjectName(QStringLiteral("icon"));
-    const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
-    icon->setPixmap(box.style()->standardIcon(iconOf(style)).pixmap(size, size));
+    constexpr int spacing = 16;
+    layout->setHorizontalSpacing(spacing);
+    auto* icon = new BoxIcon(iconOf(style));
     layout->addWidget(icon, 0, 0, Qt::AlignTop);
-
-    auto* shown = new BoxText(QString::fromStdString(text), box.screen()->availableSize());
-    layout->addWidget(shown, 0, 1, Qt::AlignVCenter);
 
     // The frame shows the title between an icon and buttons, whose sizes its window manager knows.
     constexpr int besideTitle = 100;
+    constexpr int usualWidth = 420;
     QFont bold = box.font();
     bold.setBold(true);
+    const QSize screen = box.screen()->availableSize();
     const int titleWidth = QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + besideTitle;
-    layout->setColumnMinimumWidth(
-        1, std::min(titleWidth, box.screen()->availableSize().width() / 2) - size);
+    const QMargins margins = layout->contentsMargins();
+    const int besideText = margins.left() + icon->width() + spacing + margins.right();
+    const int halfScreen = screen.width() / 2;
+    layout->setColumnMinimumWidth(1, std::min(titleWidth, halfScreen) - besideText);
+    const int widest = std::min(std::max(usualWidth, titleWidth), halfScreen) - besideText;
+    auto* shown = new BoxText(QString::fromStdString(text), widest, screen);
+    layout->addWidget(shown, 0, 1, Qt::AlignVCenter);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
     QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);

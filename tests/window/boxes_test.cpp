@@ -1,14 +1,14 @@
 // The real message boxes. Each test looks at the box and then closes it.
 
+#include "platform/box_icon.h"
 #include "tests/window/player_test.h"
 
 #include <QApplication>
 #include <QDialog>
-#include <QLabel>
+#include <QImage>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyle>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -51,16 +51,14 @@ const QTextEdit& textOf(const QDialog& box) {
 TEST_F(Boxes, AMessageBoxIsPlainTextWithOneButton) {
     ModalMessageBoxes boxes;
     boxes.setOwner(player());
-    const auto showAndLook = [&](int style, QStyle::StandardPixmap icon) {
+    const auto showAndLook = [&](int style, BoxIcon::Kind icon) {
         whenShown<QDialog>([&](QDialog& box) {
             EXPECT_EQ(textOf(box).toPlainText(), "<b>x</b>\ny");
             EXPECT_EQ(box.windowTitle(), "Zvonivec");
-            const auto* shownIcon = box.findChild<QLabel*>(QStringLiteral("icon"));
+            const auto* shownIcon =
+                dynamic_cast<BoxIcon*>(box.findChild<QWidget*>(QStringLiteral("icon")));
             ASSERT_NE(shownIcon, nullptr);
-            const QPixmap pixmap = shownIcon->pixmap();
-            EXPECT_FALSE(pixmap.isNull());
-            EXPECT_EQ(pixmap.toImage(),
-                      box.style()->standardIcon(icon).pixmap(pixmap.size()).toImage());
+            EXPECT_EQ(shownIcon->kind(), icon);
             const auto buttons = box.findChildren<QPushButton*>();
             ASSERT_EQ(buttons.size(), 1);
             EXPECT_EQ(buttons[0]->text().remove(u'&'), "OK");
@@ -70,9 +68,70 @@ TEST_F(Boxes, AMessageBoxIsPlainTextWithOneButton) {
         });
         boxes.MsgBox("<b>x</b>\r\ny", style, "Zvonivec");
     };
-    showAndLook(vbCritical, QStyle::SP_MessageBoxCritical);
-    showAndLook(vbInformation, QStyle::SP_MessageBoxInformation);
+    showAndLook(vbCritical, BoxIcon::Kind::critical);
+    showAndLook(vbInformation, BoxIcon::Kind::information);
     EXPECT_EQ(seen(), 2);
+}
+
+TEST_F(Boxes, CanBeClosedAndMovedButNotMinimised) {
+    ModalMessageBoxes boxes;
+    boxes.setOwner(player());
+    whenShown<QDialog>([](QDialog& box) {
+        const Qt::WindowFlags flags = box.windowFlags();
+        EXPECT_TRUE(flags.testFlag(Qt::WindowTitleHint));
+        EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint));
+        EXPECT_TRUE(flags.testFlag(Qt::CustomizeWindowHint)); // otherwise the toolkit adds some
+        EXPECT_FALSE(flags.testFlag(Qt::WindowMinimizeButtonHint));
+        EXPECT_FALSE(flags.testFlag(Qt::WindowMaximizeButtonHint));
+    });
+    boxes.MsgBox("x", vbInformation, "y");
+    EXPECT_EQ(seen(), 1);
+}
+
+TEST_F(Boxes, TheAboutBoxIsNoWiderThan420Pixels) {
+    ModalMessageBoxes boxes;
+    boxes.setOwner(player());
+    std::string text;
+    for (int i = 0; i < 60; ++i) {
+        text += "slovo ";
+    }
+    whenShown<QDialog>([](QDialog& box) {
+        EXPECT_TRUE(serveUntil([&] { return box.width() > 380; })) << box.width();
+        EXPECT_LE(box.width(), 420);
+        // The long text has several lines, and none is cut off.
+        EXPECT_GE(textOf(box).height(), 5 * textOf(box).fontMetrics().height());
+        EXPECT_FALSE(textOf(box).verticalScrollBar()->isVisible());
+    });
+    boxes.MsgBox(text, vbInformation, "O programu Zvonivec MP3 Player 0.0.7");
+    EXPECT_EQ(seen(), 1);
+}
+
+/// Returns a picture of an icon at a number of device pixels to a logical one.
+QImage iconAt(BoxIcon& icon, double ratio) {
+    QImage image(icon.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    icon.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+TEST_F(Boxes, TheIconsAreDrawnInTheScreensOwnPixels) {
+    for (const BoxIcon::Kind kind : {BoxIcon::Kind::information, BoxIcon::Kind::critical}) {
+        BoxIcon icon(kind);
+        const QImage fine = iconAt(icon, 2);
+        const QImage enlarged = iconAt(icon, 1).scaled(fine.size());
+        int whiteFine = 0;
+        int different = 0;
+        for (int y = 0; y < fine.height(); ++y) {
+            for (int x = 0; x < fine.width(); ++x) {
+                whiteFine += fine.pixelColor(x, y) == Qt::white ? 1 : 0;
+                different += fine.pixel(x, y) != enlarged.pixel(x, y) ? 1 : 0;
+            }
+        }
+        EXPECT_GT(whiteFine, 60); // the symbol
+        EXPECT_GT(different, fine.width() * fine.height() / 4);
+        EXPECT_EQ(qAlpha(fine.pixel(0, 0)), 0);
+    }
 }
 
 TEST_F(Boxes, TheTimerGoesOnWhileABoxIsOpen) {
