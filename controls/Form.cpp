@@ -197,7 +197,7 @@ void Form::setVisible(bool on) {
 
 void Form::takeReportedPlace() {
     // The toolkit rounds to logical pixels. Whoever moves the window after this means it.
-    if (wantedPlace_ && widget().isVisible() &&
+    if (wantedPlace_ && timesSettled_ == timesShown_ && widget().isVisible() &&
         (nearestPlace({wantedPlace_->x, wantedPlace_->y}) - widget().pos()).manhattanLength() <=
             1) {
         wantedPlace_.reset();
@@ -211,7 +211,15 @@ void Form::checkPlace(int requests) {
     const QPointF wanted = nearestPlace({wantedPlace_->x, wantedPlace_->y});
     const auto now = placeOf(widget());
     const bool isMoving = QGuiApplication::mouseButtons() != Qt::NoButton; // by the user
-    if (!now || *now == wanted || isMoving) {
+    if (!now || isMoving) {
+        wantedPlace_.reset();
+        return;
+    }
+    if (std::exchange(timesSettled_, timesShown_) != timesShown_ && *now == wanted) {
+        checkPlaceLater(requests); // a compositor may still put the new window elsewhere
+        return;
+    }
+    if (*now == wanted) {
         wantedPlace_.reset();
         return;
     }

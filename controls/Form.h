@@ -142,6 +142,7 @@ private:
     std::unique_ptr<QPixmap> outlined_; ///< the picture within the window's outline
     int timesShown_ = 0;
     int timesChecked_ = 0; ///< value of timesShown_ at the last check of the place
+    int timesSettled_ = 0; ///< the same, since the window system has placed the window
     bool loaded_ = true;
     bool unloading_ = false;
 };
