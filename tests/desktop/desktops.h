@@ -31,6 +31,18 @@ inline std::vector<std::string> managedDesktops(std::vector<std::string> usual) 
     return all;
 }
 
+/// Returns the Wayland sessions that ZVONIVEC_SESSIONS names, usually none: few people have all of
+/// the compositors. tests/desktop/matrix sets it.
+inline std::vector<std::string> sessions() {
+    const char* named = std::getenv("ZVONIVEC_SESSIONS");
+    std::istringstream names(named == nullptr ? "" : named);
+    std::vector<std::string> all;
+    for (std::string name; std::getline(names, name, ',');) {
+        all.push_back(name);
+    }
+    return all;
+}
+
 /// Returns the name of a window manager in the name of a test.
 inline std::string desktopName(const testing::TestParamInfo<std::string>& tested) {
     return tested.param.empty() ? "none" : tested.param;

@@ -357,6 +357,43 @@ INSTANTIATE_TEST_SUITE_P(By, WayOutTest,
                                          WayOut{"SIGINT", SIGINT}, WayOut{"SIGHUP", SIGHUP}),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
+/// The same ways under each window manager, one after the other.
+class EndsTest : public SettingsTest, public testing::WithParamInterface<std::string> {
+protected:
+    EndsTest() : SettingsTest({.windowManager = GetParam()}) {}
+};
+
+TEST_P(EndsTest, EveryWayOutSaves) {
+    const std::function<void()> ways[] = {
+        [&] { player_->process().signal(SIGTERM); },
+        [&] { click(player::close); },
+        [&] { choose(menu::QUIT); },
+        [&] { player_->window().requestClose(); },
+        [&] { display_.killServer(); },
+    };
+    int volume = 50;
+    for (const auto& way : ways) {
+        if (volume > 50) {
+            startPlayer();
+        }
+        const Rectangle before = player_->window().place();
+        dragTo({before.x - 30, before.y - 20});
+        click(player::VOLUME.middle());
+        volume += 10;
+        ASSERT_TRUE(waitUntil(
+            [&] { return player_->showsStatus(std::to_string(volume) + "% hlasitost"); }));
+        way();
+        ASSERT_TRUE(player_->process().waitForExit().has_value());
+        EXPECT_EQ(settings(), "[General]\r\nLeft=" + std::to_string((before.x - 30) * 15) +
+                                  "\r\nTop=" + std::to_string((before.y - 20) * 15) +
+                                  "\r\nOnTop=0\r\nRepeat=1\r\nVolume=" + std::to_string(volume) +
+                                  "\r\n");
+    }
+}
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EndsTest);
+INSTANTIATE_TEST_SUITE_P(Under, EndsTest, testing::ValuesIn(desktops({})), desktopName);
+
 } // namespace
 
 } // namespace support

@@ -54,6 +54,9 @@ void setMonitor(::Display* connection, const char* name, bool first, bool primar
 Display::Display(const DisplayOptions& options)
     : width_(options.width + options.secondWidth), height_(options.height) {
     std::filesystem::permissions(folder_.path(), std::filesystem::perms::owner_all);
+    for (const char* name : {"mutter", "metacity", "marco", "kwin"}) {
+        raisesUnmanagedWindows_ = raisesUnmanagedWindows_ || options.windowManager == name;
+    }
     // Servers that start at the same moment may take each other's number.
     bool started = false;
     for (int attempt = 0; attempt < 3 && !started; ++attempt) {

@@ -45,10 +45,16 @@ public:
     [[nodiscard]] int height() const { return height_; }
     [[nodiscard]] _XDisplay* connection() const { return connection_; }
 
+    /// Returns the server's name, such as ":7".
+    [[nodiscard]] const std::string& name() const { return name_; }
+
     /// Returns the process of the server.
     [[nodiscard]] pid_t server() const { return server_.pid(); }
 
     [[nodiscard]] bool hasWindowManager() const { return windowManager_.pid() > 0; }
+
+    /// Whether the window manager puts every window that it doesn't manage above all others.
+    [[nodiscard]] bool raisesUnmanagedWindows() const { return raisesUnmanagedWindows_; }
 
     /// Whether a program combines the windows into the screen's picture.
     [[nodiscard]] bool hasCompositor() const;
@@ -81,6 +87,7 @@ private:
     _XDisplay* connection_ = nullptr;
     int width_ = 0;
     int height_ = 0;
+    bool raisesUnmanagedWindows_ = false;
 };
 
 } // namespace support

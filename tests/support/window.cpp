@@ -321,7 +321,8 @@ PlainWindow::PlainWindow(const Display& display, const Rectangle& place, std::ui
     : connection_(display.connection()), window_(display, None) {
     XSetWindowAttributes attributes = {};
     attributes.background_pixel = colour;
-    attributes.override_redirect = kind == Kind::backdrop ? True : False;
+    const bool isDesktop = kind == Kind::backdrop && display.raisesUnmanagedWindows();
+    attributes.override_redirect = kind == Kind::backdrop && !isDesktop ? True : False;
     attributes.event_mask = ButtonPressMask | ButtonReleaseMask;
     const ::Window window = XCreateWindow(
         connection_, DefaultRootWindow(connection_), place.x, place.y,
@@ -335,8 +336,14 @@ PlainWindow::PlainWindow(const Display& display, const Rectangle& place, std::ui
     hints.width = place.width;
     hints.height = place.height;
     XSetWMNormalHints(connection_, window, &hints);
+    if (isDesktop) { // beneath all others, without a frame
+        const Atom type = XInternAtom(connection_, "_NET_WM_WINDOW_TYPE_DESKTOP", False);
+        XChangeProperty(connection_, window, XInternAtom(connection_, "_NET_WM_WINDOW_TYPE", False),
+                        XA_ATOM, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(&type),
+                        1);
+    }
     XMapWindow(connection_, window);
-    if (kind == Kind::backdrop) {
+    if (kind == Kind::backdrop && !isDesktop) {
         XLowerWindow(connection_, window);
     }
     XSync(connection_, False);

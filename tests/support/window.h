@@ -105,7 +105,7 @@ private:
 class PlainWindow {
 public:
     enum class Kind {
-        backdrop, ///< unmanaged, beneath all other windows
+        backdrop, ///< beneath all other windows, unmanaged where that is possible
         ordinary, ///< managed, like an ordinary program's window
     };
     struct Click {
