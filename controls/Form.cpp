@@ -197,7 +197,7 @@ void Form::setVisible(bool on) {
 
 void Form::takeReportedPlace() {
     // The toolkit rounds to logical pixels. Whoever moves the window after this means it.
-    if (wantedPlace_ && timesSettled_ == timesShown_ && widget().isVisible() &&
+    if (wantedPlace_ && timesSettled_ == timesShown_ && !isSettling_ && widget().isVisible() &&
         (nearestPlace({wantedPlace_->x, wantedPlace_->y}) - widget().pos()).manhattanLength() <=
             1) {
         wantedPlace_.reset();
@@ -212,11 +212,18 @@ void Form::checkPlace(int requests) {
     const auto now = placeOf(widget());
     const bool isMoving = QGuiApplication::mouseButtons() != Qt::NoButton; // by the user
     if (!now || isMoving) {
+        isSettling_ = false;
         wantedPlace_.reset();
         return;
     }
     if (std::exchange(timesSettled_, timesShown_) != timesShown_ && *now == wanted) {
-        checkPlaceLater(requests); // a compositor may still put the new window elsewhere
+        isSettling_ = true; // a compositor may still put the new window elsewhere
+        checkPlaceLater(requests);
+        return;
+    }
+    if (std::exchange(isSettling_, false) && *now != wanted) {
+        refused_ = Refusal{.wanted = *wantedPlace_, .granted = {now->x(), now->y()}};
+        wantedPlace_.reset();
         return;
     }
     if (*now == wanted) {
