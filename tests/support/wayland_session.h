@@ -25,6 +25,7 @@ public:
     [[nodiscard]] bool hasXServer() const { return hasXServer_; }
     /// Returns the environment for clients.
     [[nodiscard]] Process::Environment environment() const;
+    [[nodiscard]] bool isRunning() { return compositor_.running(); }
     /// Kills the compositor, as a crash would.
     void kill();
 
