@@ -372,20 +372,22 @@ TEST_P(EndsTest, EveryWayOutSaves) {
         [&] { display_.killServer(); },
     };
     int volume = 50;
+    Point place{(1280 - player::WIDTH + 1) / 2, (800 - player::HEIGHT) / 2};
     for (const auto& way : ways) {
         if (volume > 50) {
             startPlayer();
         }
-        const Rectangle before = player_->window().place();
-        dragTo({before.x - 30, before.y - 20});
+        ASSERT_TRUE(becomesPlacedAt(place)); // i3 puts the window elsewhere at first
+        place = {place.x - 30, place.y - 20};
+        dragTo(place);
         click(player::VOLUME.middle());
         volume += 10;
         ASSERT_TRUE(waitUntil(
             [&] { return player_->showsStatus(std::to_string(volume) + "% hlasitost"); }));
         way();
         ASSERT_TRUE(player_->process().waitForExit().has_value());
-        EXPECT_EQ(settings(), "[General]\r\nLeft=" + std::to_string((before.x - 30) * 15) +
-                                  "\r\nTop=" + std::to_string((before.y - 20) * 15) +
+        EXPECT_EQ(settings(), "[General]\r\nLeft=" + std::to_string(place.x * 15) +
+                                  "\r\nTop=" + std::to_string(place.y * 15) +
                                   "\r\nOnTop=0\r\nRepeat=1\r\nVolume=" + std::to_string(volume) +
                                   "\r\n");
     }

@@ -123,6 +123,10 @@ bool Display::startWindowManager(const std::string& name) {
     options.environment.emplace_back("LIBGL_ALWAYS_SOFTWARE", "1");
     options.errorFile = folder_.file("window-manager.log");
     writeFile(folder_.file("i3.config"), "font pango:monospace 8\n");
+    // The usual wallpaper needs a program that may be missing, and then a message covers the
+    // screen.
+    std::filesystem::create_directories(folder_.file(".fluxbox"));
+    writeFile(folder_.file(".fluxbox/overlay"), "background: none\n");
     static const std::map<std::string, std::vector<std::string>> commands{
         {"openbox", {"openbox", "--sm-disable"}},
         {"xfwm4", {"xfwm4", "--compositor=off"}},
