@@ -141,8 +141,8 @@ private:
     Picture picture_;
     std::unique_ptr<QPixmap> outlined_; ///< the picture within the window's outline
     int timesShown_ = 0;
-    int timesChecked_ = 0; ///< value of timesShown_ at the last check of the place
-    int timesSettled_ = 0; ///< the same, since the window system has placed the window
+    int timesChecked_ = 0;    ///< value of timesShown_ at the last check of the place
+    int timesSettled_ = 0;    ///< the same, since the window system has placed the window
     bool isSettling_ = false; ///< whether a window at its place may still be put elsewhere
     bool loaded_ = true;
     bool unloading_ = false;
