@@ -1,5 +1,7 @@
 #include "engine/decoder_thread.h"
 
+#include "engine/threads.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
@@ -30,8 +32,6 @@ constexpr auto END_LEAD = 100ms;
 /// Shortest time from a restart to the next end. A track of no samples would otherwise repeat as
 /// fast as the processor can.
 constexpr auto SHORTEST_REPEAT = 50ms;
-/// How long end waits for the threads.
-constexpr auto END_PATIENCE = 500ms;
 /// How long a file is measured before the thread looks for commands and fills the feed, unless a
 /// single read takes longer; and how many bytes before it looks at the clock.
 constexpr auto STUDY_TIME = 5ms;
@@ -52,40 +52,62 @@ std::shared_ptr<DecoderThread> DecoderThread::create(Events events) {
                 thread->lookAtOutput();
             }
         });
-    created->thread_ = std::thread([created] { created->work(); });
     return created;
 }
 
-void DecoderThread::end() {
-    const auto deadline = Clock::now() + END_PATIENCE;
+/// Makes the thread unless it is there.
+std::optional<Failure> DecoderThread::makeThread() {
+    return thread_.joinable() ? std::nullopt
+                              : startThread(thread_, [self = shared_from_this()] { self->work(); });
+}
+
+void DecoderThread::end(std::chrono::milliseconds patience) {
+    const auto deadline = Clock::now() + patience;
     {
         const std::lock_guard lock(eventMutex_);
         events_ = {};
     }
     send({.kind = Command::Kind::quit});
     output_->quit();
-    std::unique_lock lock(commandMutex_);
-    const bool finished = finishedCame_.wait_until(lock, deadline, [this] { return finished_; });
-    lock.unlock();
-    if (finished) {
-        thread_.join();
-    } else {
-        thread_.detach();
+    if (thread_.joinable()) {
+        std::unique_lock lock(commandMutex_);
+        const bool finished =
+            finishedCame_.wait_until(lock, deadline, [this] { return finished_; });
+        lock.unlock();
+        if (finished) {
+            thread_.join();
+        } else {
+            thread_.detach();
+        }
     }
     output_->end(deadline);
 }
 
-void DecoderThread::load(std::shared_ptr<LoadedFile> file, std::string name) {
+bool DecoderThread::load(std::shared_ptr<LoadedFile> file, std::string name) {
+    const bool works = thread_.joinable() || (file && !makeThread());
+    if (!works) {
+        const std::lock_guard lock(commandMutex_);
+        commands_.clear(); // nobody carries them out, and this one outdates them
+    }
     send({.kind = Command::Kind::load, .file = std::move(file), .name = std::move(name)});
+    return works;
+}
+
+void DecoderThread::sendToPlay(Command command) {
+    if (const auto failure = makeThread()) {
+        reportFailure(command.run, *failure);
+    } else {
+        send(std::move(command));
+    }
 }
 
 void DecoderThread::start(std::uint64_t run, std::uint64_t stream, double seconds) {
     assert(run != 0 && stream != 0 && seconds >= 0);
-    send({.kind = Command::Kind::start, .run = run, .stream = stream, .seconds = seconds});
+    sendToPlay({.kind = Command::Kind::start, .run = run, .stream = stream, .seconds = seconds});
 }
 
 void DecoderThread::restart(std::uint64_t run) {
-    send({.kind = Command::Kind::restart, .run = run});
+    sendToPlay({.kind = Command::Kind::restart, .run = run});
 }
 
 void DecoderThread::pause() {
@@ -107,7 +129,7 @@ void DecoderThread::send(Command command) {
     commandCame_.notify_one();
 }
 
-/// Called on the output's thread.
+/// Called on the output's thread, and on the decoder thread in OutputThread::open.
 void DecoderThread::lookAtOutput() {
     const std::lock_guard lock(commandMutex_);
     outputChanged_ = true;
@@ -203,11 +225,15 @@ void DecoderThread::obey(Command& command) {
         file_ = std::move(command.file);
         output_->setTitle(command.name);
         tags_.reset();
+        if (file_) {
+            file_->read();
+            reportLearnt();
+        }
         studied_ = !file_ || file_->measure() == nullptr;
         break;
     case Command::Kind::start:
     case Command::Kind::restart:
-        begin(command);
+        beginRun(command);
         break;
     case Command::Kind::pause:
     case Command::Kind::stop:
@@ -222,7 +248,7 @@ void DecoderThread::obey(Command& command) {
     idleSince_ = Clock::now();
 }
 
-void DecoderThread::begin(const Command& command) {
+void DecoderThread::beginRun(const Command& command) {
     run_ = command.run;
     if (!file_ || file_->measure() == nullptr) {
         fail(file_ ? file_->failure() : Failure{Failure::Cause::notOpened, {}});
@@ -291,7 +317,8 @@ void DecoderThread::studyFile() {
         return;
     }
     FileMeasure& measure = *file_->measure();
-    if (!tags_) {
+    const bool tagsAreNew = !tags_;
+    if (tagsAreNew) {
         tags_ = readTags(file_->reader());
         if (!tags_->title.empty()) {
             output_->setTitle(tags_->title);
@@ -302,9 +329,10 @@ void DecoderThread::studyFile() {
             measure.walk(STUDY_SLICE);
         }
     }
-    if (measure.done()) {
-        studied_ = true;
-        file_->setFacts({true, measure.measurement(), *tags_});
+    studied_ = measure.done();
+    if (tagsAreNew || studied_) {
+        file_->setFacts({studied_, measure.measurement(), *tags_});
+        reportLearnt();
     }
 }
 
@@ -401,9 +429,20 @@ void DecoderThread::fillFeed() {
 void DecoderThread::fail(const Failure& failure) {
     playing_ = false;
     begun_ = false;
+    reportFailure(run_, failure);
+}
+
+void DecoderThread::reportFailure(std::uint64_t run, const Failure& failure) {
     const std::lock_guard lock(eventMutex_);
     if (events_.failed) {
-        events_.failed(run_, failure);
+        events_.failed(run, failure);
+    }
+}
+
+void DecoderThread::reportLearnt() {
+    const std::lock_guard lock(eventMutex_);
+    if (events_.learnt) {
+        events_.learnt(file_);
     }
 }
 

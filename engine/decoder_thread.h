@@ -27,28 +27,32 @@ namespace zvonivec {
 ///
 /// A run is a stretch of playing that begins with start or restart. Its number identifies it in
 /// events.
-class DecoderThread {
+class DecoderThread : public std::enable_shared_from_this<DecoderThread> {
 public:
     struct Events {
         std::function<void(std::uint64_t run)> ended; ///< the natural end of a run
         /// A run can't go on. It is silent by then.
         std::function<void(std::uint64_t run, const Failure& failure)> failed;
+        /// More is known of a file: its kind, its tags, its length.
+        std::function<void(const std::shared_ptr<LoadedFile>& file)> learnt;
     };
 
-    /// The events are called on the decoder thread. end must be called before the last reference
-    /// other than the thread's is dropped.
+    /// The events are called on the decoder thread, and failed within start and restart when there
+    /// is no thread to be had. end must be called before the last reference other than the thread's
+    /// is dropped.
     static std::shared_ptr<DecoderThread> create(Events events);
     DecoderThread(const DecoderThread&) = delete;
     DecoderThread& operator=(const DecoderThread&) = delete;
     ~DecoderThread() = default;
 
     /// Closes the device and ends the thread. No event is called afterwards. A thread that hasn't
-    /// ended after half a second ends later by itself, or with the process.
-    void end();
+    /// ended after the patience ends later by itself, or with the process.
+    void end(std::chrono::milliseconds patience);
 
-    /// Sets the file that later commands act on; null for none. Stops playing. The name stands for
-    /// a title that the file doesn't state.
-    void load(std::shared_ptr<LoadedFile> file, std::string name = {});
+    /// Sets the file that later commands act on, and reads it; null for none. Stops playing. The
+    /// name stands for a title that the file doesn't state. The thread begins with the first file.
+    /// Returns False when there is no thread to be had; start and restart try again.
+    bool load(std::shared_ptr<LoadedFile> file, std::string name = {});
     /// Plays from a time on, as a new stream of the feed.
     void start(std::uint64_t run, std::uint64_t stream, double seconds);
     /// Plays from the start of the track, in the stream that has just ended, without a gap.
@@ -86,6 +90,8 @@ private:
     };
 
     explicit DecoderThread(Events events) : events_(std::move(events)) {}
+    std::optional<Failure> makeThread();
+    void sendToPlay(Command command);
     void send(Command command);
     void lookAtOutput();
 
@@ -94,7 +100,7 @@ private:
     void reportEnd();
     [[nodiscard]] std::optional<Clock::time_point> nextWake() const;
     void obey(Command& command);
-    void begin(const Command& command);
+    void beginRun(const Command& command);
     bool seek();
     bool beginInFeed();
     void studyFile();
@@ -104,6 +110,8 @@ private:
     [[nodiscard]] std::uint64_t framesIn(std::chrono::milliseconds time) const;
     [[nodiscard]] std::uint64_t framesToHear() const;
     void fail(const Failure& failure);
+    void reportFailure(std::uint64_t run, const Failure& failure);
+    void reportLearnt();
     void restIfIdle();
 
     std::mutex eventMutex_;

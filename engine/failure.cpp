@@ -18,6 +18,8 @@ std::string_view causeName(Failure::Cause cause) {
         return "noDevice";
     case Failure::Cause::deviceLost:
         return "deviceLost";
+    case Failure::Cause::noThread:
+        return "noThread";
     }
     return "";
 }

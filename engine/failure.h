@@ -16,6 +16,7 @@ struct Failure {
         decoderSetUp, ///< libmpg123 refused to begin
         noDevice,     ///< no sound device could be opened
         deviceLost,   ///< the sound device went away
+        noThread,     ///< the system gave no thread
     };
     Cause cause = Cause::notOpened;
     std::string text = {}; ///< the library's own words; empty when no library was involved

@@ -1,5 +1,6 @@
 #include "engine/loaded_file.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zvonivec {
@@ -11,23 +12,57 @@ using namespace std::chrono_literals;
 /// Wait of one call, short enough to go unnoticed.
 constexpr auto SHORT_WAIT = 5ms;
 /// Time after loading from which on nobody waits for a slow disk.
-constexpr auto LONGEST_WAIT = 3s;
+constexpr auto LONGEST_WAIT = 150ms;
 
 } // namespace
 
-LoadedFile::LoadedFile(std::shared_ptr<const FileReader> reader)
-    : reader_(std::move(reader)), kind_(detectFileKind(reader_)),
-      measure_(kind_.stream ? std::make_unique<FileMeasure>(reader_, *kind_.stream) : nullptr) {
+LoadedFile::LoadedFile(const std::shared_ptr<const FileReader>& reader)
+    : LoadedFile([reader] { return reader; }) {
+    read();
+}
+
+void LoadedFile::read() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (reading_ != Reading::notBegun) {
+            return;
+        }
+        reading_ = Reading::begun;
+    }
+    reader_ = open_();
+    kind_ = detectFileKind(reader_);
+    if (kind_.stream) {
+        measure_ = std::make_unique<FileMeasure>(reader_, *kind_.stream);
+    }
+    const std::lock_guard lock(mutex_);
+    reading_ = Reading::done;
+    extension_ = kind_.extension;
     facts_.known = measure_ == nullptr;
     if (measure_) {
         facts_.measurement = measure_->measurement();
     }
+    changed_.notify_all();
 }
 
 void LoadedFile::setFacts(Facts facts) {
     const std::lock_guard lock(mutex_);
     facts_ = std::move(facts);
     changed_.notify_all();
+}
+
+bool LoadedFile::readingHasBegun() const {
+    const std::lock_guard lock(mutex_);
+    return reading_ != Reading::notBegun;
+}
+
+bool LoadedFile::kindIsKnown() const {
+    const std::lock_guard lock(mutex_);
+    return reading_ == Reading::done;
+}
+
+std::string LoadedFile::extension() const {
+    const std::lock_guard lock(mutex_);
+    return extension_;
 }
 
 LoadedFile::Facts LoadedFile::facts() const {
@@ -40,10 +75,19 @@ Measurement LoadedFile::measurement() const {
     return facts_.measurement;
 }
 
-bool LoadedFile::waitUntilKnown() const {
+bool LoadedFile::waitUntilKindIsKnown() const {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, SHORT_WAIT, [this] { return facts_.known; }) ||
-           std::chrono::steady_clock::now() - loadedAt_ >= LONGEST_WAIT;
+    return changed_.wait_until(lock, loadedAt_ + LONGEST_WAIT,
+                               [this] { return reading_ == Reading::done; });
+}
+
+bool LoadedFile::waitIsOver() const {
+    const auto end = loadedAt_ + LONGEST_WAIT;
+    const auto now = std::chrono::steady_clock::now();
+    std::unique_lock lock(mutex_);
+    return changed_.wait_until(lock, std::min(end, now + SHORT_WAIT), [this] {
+        return facts_.known;
+    }) || now >= end;
 }
 
 } // namespace zvonivec

@@ -9,15 +9,20 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 
 namespace zvonivec {
 
-/// Made on the user-interface thread, measured on the decoder thread, read on both.
+/// Made on the user-interface thread, which doesn't touch the disk; read and measured on the
+/// decoder thread.
 class LoadedFile {
 public:
+    /// Opens the file; null on failure.
+    using Open = std::function<std::shared_ptr<const FileReader>()>;
+
     /// Estimates until known is True, final afterwards.
     struct Facts {
         bool known = false;
@@ -25,41 +30,61 @@ public:
         TrackTags tags;
     };
 
-    /// Finds out a file's kind. For a file that couldn't be opened (null), or is no MP3 file, known
-    /// is True at once and the facts are empty.
-    explicit LoadedFile(std::shared_ptr<const FileReader> reader);
+    explicit LoadedFile(Open open) : open_(std::move(open)) {}
+    /// Waits for the disk, for callers without a user interface.
+    explicit LoadedFile(const std::shared_ptr<const FileReader>& reader);
     explicit LoadedFile(const std::string& path) : LoadedFile(FileReader::open(path)) {}
 
-    [[nodiscard]] const std::shared_ptr<const FileReader>& reader() const { return reader_; }
-    [[nodiscard]] const FileKind& kind() const { return kind_; }
+    // --- any thread ---
 
-    /// Null unless the file is an MP3 file. For use by the decoder thread only.
-    [[nodiscard]] FileMeasure* measure() { return measure_.get(); }
+    [[nodiscard]] bool readingHasBegun() const;
+    /// Whether the file's kind is known.
+    [[nodiscard]] bool kindIsKnown() const;
+    /// The usual extension of files of this kind; empty for an unknown kind.
+    [[nodiscard]] std::string extension() const;
+    [[nodiscard]] Facts facts() const;
+    [[nodiscard]] Measurement measurement() const;
 
-    /// Decoder thread: publishes what it has found out.
+    /// Waits for the file's kind, until 150 ms after loading. Returns whether it is known.
+    [[nodiscard]] bool waitUntilKindIsKnown() const;
+    /// Waits a few milliseconds for the facts, but not beyond 150 ms after loading. Returns whether
+    /// waiting is over: the facts are known, or the caller has to do with the estimates.
+    [[nodiscard]] bool waitIsOver() const;
+
+    // --- decoder thread ---
+
+    /// Opens the file and finds out its kind, at the first call. For a file that can't be opened,
+    /// or is no MP3 file, the facts are known then, and empty.
+    void read();
+    /// Publishes what has been found out.
     void setFacts(Facts facts);
 
+    // After read:
+    [[nodiscard]] const std::shared_ptr<const FileReader>& reader() const { return reader_; }
+    [[nodiscard]] const FileKind& kind() const { return kind_; }
+    /// Null unless the file is an MP3 file.
+    [[nodiscard]] FileMeasure* measure() { return measure_.get(); }
     /// Why a file without a measure can't be played.
     [[nodiscard]] Failure failure() const {
         return {reader_ ? Failure::Cause::notMp3 : Failure::Cause::notOpened, {}};
     }
 
-    [[nodiscard]] Facts facts() const;
-    [[nodiscard]] Measurement measurement() const;
-
-    /// Waits a few milliseconds for the facts. True when they are known, and also three seconds
-    /// after loading, when the caller has to do with the estimates.
-    [[nodiscard]] bool waitUntilKnown() const;
-
 private:
-    const std::shared_ptr<const FileReader> reader_;
-    const FileKind kind_;
-    const std::unique_ptr<FileMeasure> measure_;
+    enum class Reading { notBegun, begun, done };
+
+    const Open open_;
     const std::chrono::steady_clock::time_point loadedAt_ = std::chrono::steady_clock::now();
+
+    // Written by read alone.
+    std::shared_ptr<const FileReader> reader_;
+    FileKind kind_;
+    std::unique_ptr<FileMeasure> measure_;
 
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
-    Facts facts_; ///< guarded by mutex_
+    Reading reading_ = Reading::notBegun; ///< guarded by mutex_, as all below
+    std::string extension_;
+    Facts facts_;
 };
 
 } // namespace zvonivec

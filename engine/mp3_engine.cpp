@@ -17,6 +17,11 @@ namespace zvonivec {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+/// How long the engine's end waits for its threads.
+constexpr auto END_PATIENCE = 500ms;
+
 /// The name of a file without its folder, for mixers.
 std::string nameOfFile(const std::string& path) {
     return path.substr(path.find_last_of("/\\") + 1);
@@ -41,8 +46,6 @@ public:
     [[nodiscard]] PlayerEngine::Settings& settings() override { return *this; }
 
 private:
-    using EventHandler = void (Mp3Engine::*)(std::uint64_t run);
-
     void play() override;
     void pause() override;
     void stop() override;
@@ -60,9 +63,15 @@ private:
     [[nodiscard]] bool autoStart() const override { return autoStart_; }
     void setAutoStart(bool on) override { autoStart_ = on; }
 
-    DecoderThread::Events postedEvents();
+    /// Returns a function of any thread that posts a call of a function of the engine's.
+    template<class Function>
+    auto posted(Function function);
+    std::shared_ptr<DecoderThread> newThread();
+    void load();
+    bool loadInThread();
     void runEnded(std::uint64_t run);
     void runFailed(std::uint64_t run);
+    void fileLearnt(const std::weak_ptr<LoadedFile>& file);
     bool raise(PlayState state);
     void rest(double position);
 
@@ -91,42 +100,51 @@ private:
     /// The position at rest. While playing, the last position that was returned: no later one may
     /// be below it.
     mutable double position_ = 0;
+    /// A caller had to do without something that is known later: the file's kind or exact facts.
+    mutable bool owes_ = false;
 
-    const std::shared_ptr<DecoderThread> thread_;
+    std::shared_ptr<DecoderThread> thread_;
 };
 
 Mp3Engine::Mp3Engine(PostToUserInterface post, OpenFile open)
-    : post_(std::move(post)), open_(std::move(open)),
-      thread_(DecoderThread::create(postedEvents())) {
-    thread_->setGain(gainOfVolume(volume_));
-}
+    : post_(std::move(post)), open_(std::move(open)), thread_(newThread()) {}
 
 Mp3Engine::~Mp3Engine() {
     self_.reset();
     thread_->allow(0);
-    thread_->end();
+    thread_->end(END_PATIENCE);
 }
 
-DecoderThread::Events Mp3Engine::postedEvents() {
-    const auto posted = [this](EventHandler handler) {
-        return [post = post_, handler, weak = std::weak_ptr(self_)](std::uint64_t run) {
-            if (!post) {
-                return;
+template<class Function>
+auto Mp3Engine::posted(Function function) {
+    return [post = post_, function, weak = std::weak_ptr(self_)](const auto&... arguments) {
+        if (!post) {
+            return;
+        }
+        post([function, weak, arguments...] {
+            // Released before the call, so that a handler can destroy the engine.
+            auto self = weak.lock();
+            Mp3Engine* const engine = self ? *self : nullptr;
+            self.reset();
+            if (engine != nullptr) {
+                (engine->*function)(arguments...);
             }
-            post([handler, weak, run] {
-                // Released before the call, so that a handler can destroy the engine.
-                auto self = weak.lock();
-                Mp3Engine* const engine = self ? *self : nullptr;
-                self.reset();
-                if (engine != nullptr) {
-                    (engine->*handler)(run);
-                }
-            });
-        };
+        });
     };
-    return {.ended = posted(&Mp3Engine::runEnded),
-            .failed = [failed = posted(&Mp3Engine::runFailed)](
-                          std::uint64_t run, const Failure& /*failure*/) { failed(run); }};
+}
+
+std::shared_ptr<DecoderThread> Mp3Engine::newThread() {
+    auto thread = DecoderThread::create(
+        {.ended = posted(&Mp3Engine::runEnded),
+         .failed = [failed = posted(&Mp3Engine::runFailed)](
+                       std::uint64_t run, const Failure& /*failure*/) { failed(run); },
+         .learnt =
+             [learnt = posted(&Mp3Engine::fileLearnt)](const std::shared_ptr<LoadedFile>& file) {
+                 // Held weakly: the file is closed on the decoder thread.
+                 learnt(std::weak_ptr(file));
+             }});
+    thread->setGain(gainOfVolume(volume_));
+    return thread;
 }
 
 void Mp3Engine::setURL(const std::string& path) {
@@ -134,12 +152,38 @@ void Mp3Engine::setURL(const std::string& path) {
     rest(0);
     ended_ = false;
     url_ = path;
-    file_ = path.empty() ? nullptr : std::make_shared<LoadedFile>(open_(path));
     state_ = path.empty() ? PlayState::undefined : PlayState::ready;
-    thread_->load(file_, nameOfFile(path));
+    load();
     if (autoStart_) {
         play();
     }
+}
+
+/// Has the decoder thread read the file, and waits a moment for its kind.
+void Mp3Engine::load() {
+    owes_ = false;
+    if (!loadInThread()) {
+        return;
+    }
+    owes_ = !file_->waitUntilKindIsKnown();
+    if (!file_->readingHasBegun()) {
+        // The disk of an earlier file holds the thread, which is left behind with that file.
+        thread_->end(0ms);
+        thread_ = newThread();
+        loadInThread();
+    }
+}
+
+/// Returns whether the thread reads a file. Where no thread is to be had, the file is read here.
+bool Mp3Engine::loadInThread() {
+    file_ = url_.empty()
+                ? nullptr
+                : std::make_shared<LoadedFile>([open = open_, path = url_] { return open(path); });
+    const bool works = thread_->load(file_, nameOfFile(url_));
+    if (file_ && !works) {
+        file_->read();
+    }
+    return file_ && works;
 }
 
 void Mp3Engine::play() {
@@ -230,7 +274,7 @@ std::string Mp3Engine::getItemInfo(std::string_view name) const {
         return {};
     }
     if (name == "Filetype") {
-        return file_->kind().extension;
+        return file_->extension();
     }
     const LoadedFile::Facts facts = file_->facts();
     if (name == "Bitrate") {
@@ -250,7 +294,18 @@ std::string Mp3Engine::getItemInfo(std::string_view name) const {
 }
 
 bool Mp3Engine::isReadOnlyItem(std::string_view name) const {
-    return name != "Bitrate" || !file_ || file_->waitUntilKnown();
+    if (!file_) {
+        return true;
+    }
+    if (name == "Filetype") {
+        return file_->kindIsKnown();
+    }
+    if (name != "Bitrate") {
+        return file_->facts().known;
+    }
+    const bool over = file_->waitIsOver();
+    owes_ = owes_ || (over && !file_->facts().known);
+    return over;
 }
 
 void Mp3Engine::setVolume(std::int32_t percent) {
@@ -283,6 +338,16 @@ void Mp3Engine::runFailed(std::uint64_t run) {
     rest(0);
     state_ = PlayState::stopped;
     if (const auto handler = MediaError) {
+        handler();
+    }
+}
+
+void Mp3Engine::fileLearnt(const std::weak_ptr<LoadedFile>& file) {
+    const bool ours = file_ && file.lock() == file_;
+    if (!ours || !owes_) {
+        return;
+    }
+    if (const auto handler = MediaChange) {
         handler();
     }
 }

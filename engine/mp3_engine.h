@@ -10,7 +10,8 @@
 
 namespace zvonivec {
 
-/// Opens a file; null on failure. Called by setURL on the user-interface thread.
+/// Opens a file; null on failure. Called on the decoder thread, and on the user-interface thread
+/// where no thread is to be had.
 using OpenFile = std::function<std::shared_ptr<const FileReader>(const std::string& path)>;
 
 /// Creates an engine like createPlayerEngine, which opens files with FileReader::open. Never null.

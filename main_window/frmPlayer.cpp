@@ -55,6 +55,7 @@ frmPlayer::frmPlayer(Parts parts)
 frmPlayer::~frmPlayer() {
     // The engine must raise no event while the controls are being destroyed.
     WMP->PlayStateChange = nullptr;
+    WMP->MediaChange = nullptr;
     WMP->MediaError = nullptr;
 }
 
@@ -82,6 +83,7 @@ void frmPlayer::connectHandlers() {
     connectOtherWays();
     Timer1.Tick = [this] { Timer1_Timer(); };
     WMP->PlayStateChange = [this](PlayState newState) { WMP_PlayStateChange(newState); };
+    WMP->MediaChange = [this] { WMP_MediaChange(); };
     WMP->MediaError = [this] { WMP_MediaError(); };
 }
 

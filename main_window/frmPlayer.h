@@ -170,10 +170,19 @@ private:
     bool passEvents(std::uint32_t call);
 
     // --- Opening a file -------------------------------------------------------------------------
-    bool opening_ = false; ///< OpenMp3File or OpenGivenFile is running
+    bool opening_ = false; ///< OpenMp3File, OpenGivenFile or takeAwaitedFile is running
 
-    /// Plays a file and returns False, or shows the box that refuses it.
-    bool refuses(const std::string& path);
+    /// A file on a slow disk is loaded, and the window is idle until its kind is known.
+    enum class Awaited { nothing, chosen, given };
+    Awaited awaited_ = Awaited::nothing;
+
+    /// Plays a file and returns False, or shows the box that refuses it. Returns False too for a
+    /// slow file, which is awaited.
+    bool refuses(const std::string& path, Awaited ifSlow);
+    /// Plays or refuses the loaded file, whose kind is known.
+    bool refusesLoadedFile();
+    /// Plays or refuses the awaited file, if its kind is known by now.
+    void takeAwaitedFile();
     void Form_FileDropped(const std::string& path) override;
 
     // --- Volume ---------------------------------------------------------------------------------
@@ -205,6 +214,7 @@ private:
     // --- The engine's events --------------------------------------------------------------------
     void WMP_PlayStateChange(PlayState newState);
     void trackHasStopped();
+    void WMP_MediaChange();
     void WMP_MediaError();
 
     // --- Position and seeking -------------------------------------------------------------------
@@ -215,6 +225,8 @@ private:
 
     // --- Track information ----------------------------------------------------------------------
     std::string RateLine();
+    void showInfoLine(const std::string& text);
+    void showLength();
 
     // --- Settings -------------------------------------------------------------------------------
     bool settingsLoaded_ = false; ///< LoadSettings has ended

@@ -3,10 +3,11 @@
 // Rules for callers
 //  * All functions are called on the user-interface thread, and both events are raised on it.
 //  * No function throws. A call that can't be carried out changes nothing.
-//  * No function waits for the disk or the device, with three exceptions: setURL reads the part of
-//    the file that "Filetype" needs; isReadOnlyItem("Bitrate") takes a few milliseconds before it
-//    returns False, so that a caller may ask it in a loop; the destructor waits for the device to
-//    be closed, half a second at most.
+//  * No function waits for the disk or the device, with three exceptions: setURL waits 150 ms at
+//    most for the part of the file that "Filetype" needs; isReadOnlyItem("Bitrate") takes a few
+//    milliseconds before it returns False, so that a caller may ask it in a loop; the destructor
+//    waits for the device to be closed, half a second at most. Where the system gives no thread,
+//    setURL waits for as long as the disk takes.
 //  * Texts are UTF-8. A path is the system's own name of the file, even if it isn't valid UTF-8.
 #pragma once
 
@@ -78,9 +79,10 @@ public:
         /// "Genre", "WM/Year".
         [[nodiscard]] virtual std::string getItemInfo(std::string_view name) const = 0;
 
-        /// Whether an attribute is fixed. For "Bitrate" this is False until the file has been
-        /// measured, three seconds at most, and True without a file or when the file can't be
-        /// measured. Always True for every other name.
+        /// Whether an attribute is fixed: "Filetype" once the file's kind is known, the others once
+        /// the file has been measured. "Bitrate" answers True 150 ms after setURL even so: a caller
+        /// then has the estimates that there are, and MediaChange follows. Without a file, and for
+        /// one that can't be measured, all are fixed.
         [[nodiscard]] virtual bool isReadOnlyItem(std::string_view name) const = 0;
     };
 
@@ -108,7 +110,8 @@ public:
 
     /// Replaces the loaded file. No event is raised for the old file, now or later. The empty text
     /// unloads. A file that can't be played is loaded too: "Filetype" says what it is, and only
-    /// playing it raises MediaError.
+    /// playing it raises MediaError. "Filetype" is known on return unless the disk takes more than
+    /// 150 ms for it; MediaChange is raised later then.
     virtual void setURL(const std::string& path) = 0;
 
     /// Changes only on the user-interface thread, within a call or right before an event.
@@ -128,8 +131,13 @@ public:
     /// dropped when a stop, a seek or another file comes first. A handler may call any function.
     std::function<void(PlayState)> PlayStateChange;
 
+    /// Raised when more is known of the loaded file than the engine could say in time: its kind
+    /// after a setURL that returned without, its tags and exact length after isReadOnlyItem said
+    /// True of a mere estimate. May be raised more often, never for another file.
+    std::function<void()> MediaChange;
+
     /// Raised once when a loaded file can't be played, or can't be played on: it is no MP3 file,
-    /// it can't be read, or there is no sound device. The engine is silent then, and the file stays
+    /// it can't be read, or there is no sound device or no thread to be had. The engine is silent then, and the file stays
     /// loaded until setURL. Each further play tries again.
     std::function<void()> MediaError;
 };

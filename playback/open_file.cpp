@@ -3,6 +3,8 @@
 #include "main_window/frmPlayer.h"
 #include "playback/rules.h"
 
+#include <utility>
+
 namespace zvonivec {
 
 void frmPlayer::OpenMp3File() {
@@ -20,11 +22,12 @@ void frmPlayer::OpenMp3File() {
         if (!path || !Loaded()) {
             break;
         }
-        if (!refuses(*path)) {
+        if (!refuses(*path, Awaited::chosen)) {
             break;
         }
     }
     opening_ = false;
+    takeAwaitedFile();
 }
 
 void frmPlayer::OpenGivenFile(const std::string& path) {
@@ -32,21 +35,48 @@ void frmPlayer::OpenGivenFile(const std::string& path) {
         return;
     }
     opening_ = true;
-    refuses(path);
+    refuses(path, Awaited::given);
     opening_ = false;
+    takeAwaitedFile();
 }
 
 void frmPlayer::Form_FileDropped(const std::string& path) {
     OpenGivenFile(path);
 }
 
-bool frmPlayer::refuses(const std::string& path) {
+bool frmPlayer::refuses(const std::string& path, Awaited ifSlow) {
+    awaited_ = Awaited::nothing;
     WMP->setURL(path);
     CD->InitDir = path;
     DoEvents();
     if (!Loaded() || WMP->URL() != path) {
         return false; // an event in that pass has ended the program or unloaded the file
     }
+    if (WMP->currentMedia().isReadOnlyItem("Filetype")) {
+        return refusesLoadedFile();
+    }
+    awaited_ = ifSlow;
+    if (lblTime[0].Visible()) {
+        ShowPlayback(false);
+    }
+    return false;
+}
+
+void frmPlayer::takeAwaitedFile() {
+    if (awaited_ == Awaited::nothing || opening_ || !Loaded() ||
+        !WMP->currentMedia().isReadOnlyItem("Filetype")) {
+        return;
+    }
+    opening_ = true;
+    const bool chosen = std::exchange(awaited_, Awaited::nothing) == Awaited::chosen;
+    const bool refused = refusesLoadedFile();
+    opening_ = false;
+    if (refused && chosen) {
+        OpenMp3File();
+    }
+}
+
+bool frmPlayer::refusesLoadedFile() {
     if (isMp3(WMP->currentMedia().getItemInfo("Filetype"))) {
         ShowPlayback(true);
         WMP->controls().play();

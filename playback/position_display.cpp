@@ -60,13 +60,6 @@ void frmPlayer::SeekBy(double seconds) {
 }
 
 void frmPlayer::showPosition() {
-    // A file on a slow disk is shown with an estimated length, and measured later.
-    const auto length = static_cast<float>(WMP->currentMedia().duration());
-    if (length > 0 && length != PB.Max()) {
-        PB.setMax(length);
-        lblTime[1].setCaption(WMP->currentMedia().durationString());
-        ReportState();
-    }
     lblTime[0].setCaption(WMP->controls().currentPositionString());
     PB.setValue(std::min(static_cast<float>(WMP->controls().currentPosition()), PB.Max()));
 }

@@ -9,6 +9,17 @@ void frmPlayer::sendStripToTheRight() {
     picDisplay.setLeft(picBGround.Width() + 100);
 }
 
+void frmPlayer::showInfoLine(const std::string& text) {
+    lbl_Info.setCaption(text);
+    lbl_Info_SH.setCaption(lbl_Info.Caption());
+    picDisplay.setWidth(lbl_Info.Width() + 20);
+}
+
+void frmPlayer::showLength() {
+    lblTime[1].setCaption(WMP->currentMedia().durationString());
+    PB.setMax(static_cast<float>(WMP->currentMedia().duration()));
+}
+
 bool frmPlayer::passEvents(std::uint32_t call) {
     DoEvents();
     return Loaded() && call == showPlaybackCalls_;
@@ -27,7 +38,9 @@ void frmPlayer::ShowPlayback(bool playing) {
     }
     if (!playing) {
         Popup().setFileItemsColour(DISABLED_ITEM_COLOR);
-        WMP->setURL("");
+        if (awaited_ == Awaited::nothing) {
+            WMP->setURL("");
+        }
     }
     showMark(playing ? buttonPlay : buttonStop, playing ? "Přehrát" : "Zastavit");
     sendStripToTheRight();
@@ -35,14 +48,11 @@ void frmPlayer::ShowPlayback(bool playing) {
         return;
     }
 
-    lbl_Info.setCaption(playing ? doubledAmpersands(BuildInfoLine()) : WELCOME_TEXT);
-    lbl_Info_SH.setCaption(lbl_Info.Caption());
-    picDisplay.setWidth(lbl_Info.Width() + 20);
+    showInfoLine(playing ? doubledAmpersands(BuildInfoLine()) : WELCOME_TEXT);
     lblTime[0].setCaption("00:00");
     PB.setValue(PB.Min()); // the bar must not show the position of the file before
     if (playing) {
-        lblTime[1].setCaption(WMP->currentMedia().durationString());
-        PB.setMax(static_cast<float>(WMP->currentMedia().duration()));
+        showLength();
         Popup().setFileItemsColour(ENABLED_ITEM_COLOR);
     }
 

@@ -11,11 +11,13 @@
 #include <QJsonObject>
 #include <QString>
 #include <QStringDecoder>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace {
 
@@ -82,7 +84,8 @@ QByteArray probe(const std::string& path) {
     engine->settings().setAutoStart(false);
     engine->setURL(path);
     const PlayerEngine::Media& media = engine->currentMedia();
-    while (!media.isReadOnlyItem("Bitrate")) {
+    while (!media.isReadOnlyItem("Title")) {
+        std::this_thread::sleep_for(std::chrono::microseconds(100)); // until it has been measured
     }
     QJsonObject object;
     object["file"] = nameText(path);

@@ -1,6 +1,7 @@
 #include "engine/output/output_thread.h"
 
 #include "engine/output/sdl_output.h"
+#include "engine/threads.h"
 #ifdef ZVONIVEC_PULSE
 #include "engine/output/pulse_output.h"
 #endif
@@ -12,9 +13,7 @@ namespace zvonivec {
 
 std::shared_ptr<OutputThread> OutputThread::create(std::size_t capacity,
                                                    std::function<void()> changed) {
-    std::shared_ptr<OutputThread> created(new OutputThread(capacity, std::move(changed)));
-    created->thread_ = std::thread([created] { created->work(); });
-    return created;
+    return std::shared_ptr<OutputThread>(new OutputThread(capacity, std::move(changed)));
 }
 
 void OutputThread::allow(std::uint64_t stream) {
@@ -58,6 +57,9 @@ void OutputThread::quit() {
 void OutputThread::end(std::chrono::steady_clock::time_point deadline) {
     quit();
     std::unique_lock lock(mutex_);
+    if (!thread_.joinable()) {
+        return;
+    }
     const bool finished = came_.wait_until(lock, deadline, [this] { return finished_; });
     lock.unlock();
     if (finished) {
@@ -68,12 +70,28 @@ void OutputThread::end(std::chrono::steady_clock::time_point deadline) {
 }
 
 void OutputThread::open(const AudioFormat& format) {
-    const std::lock_guard lock(mutex_);
-    assert(state_ == State::closed);
-    wanted_ = format;
-    stop_ = false;
-    state_ = State::opening;
-    came_.notify_all();
+    {
+        const std::lock_guard lock(mutex_);
+        assert(state_ == State::closed);
+        if (quit_) {
+            return;
+        }
+        wanted_ = format;
+        stop_ = false;
+        state_ = State::opening;
+        came_.notify_all();
+        if (thread_.joinable()) {
+            return;
+        }
+        const auto failure = startThread(thread_, [self = shared_from_this()] { self->work(); });
+        if (!failure) {
+            return;
+        }
+        wanted_.reset();
+        state_ = State::failed;
+        failure_ = *failure;
+    }
+    changed_();
 }
 
 void OutputThread::close() {

@@ -20,7 +20,7 @@ namespace zvonivec {
 
 /// Opening and closing a device may take long, or forever when a sound server hangs. Only this
 /// thread waits then: it shares ownership of the object, so that everyone else can abandon both.
-class OutputThread {
+class OutputThread : public std::enable_shared_from_this<OutputThread> {
 public:
     enum class State {
         closed,
@@ -31,9 +31,9 @@ public:
         lost,   ///< the device went away
     };
 
-    /// changed is called on the output's thread when the state changes, and when the device has
-    /// taken frames. end must be called before the last reference other than the thread's is
-    /// dropped.
+    /// changed is called when the state changes, and when the device has taken frames: on the
+    /// output's thread, or in open. end must be called before the last reference other than the
+    /// thread's is dropped.
     static std::shared_ptr<OutputThread> create(std::size_t capacity,
                                                 std::function<void()> changed);
     OutputThread(const OutputThread&) = delete;
@@ -58,7 +58,8 @@ public:
     [[nodiscard]] SampleFeed& feed() { return feed_; }
     [[nodiscard]] const SampleFeed& feed() const { return feed_; }
 
-    /// Begins to open the device. Only while closed.
+    /// Begins to open the device. Only while closed. The thread begins with the first device; when
+    /// there is no thread to be had, the state is failed.
     void open(const AudioFormat& format);
     /// Begins to close the device. The state is closed at once when it was failed or lost.
     void close();
@@ -97,7 +98,7 @@ private:
     Failure failure_;
     std::string title_;
 
-    std::thread thread_; ///< used by the thread that calls end, and by create
+    std::thread thread_; ///< changed while quit_ is False, and by end
 };
 
 } // namespace zvonivec

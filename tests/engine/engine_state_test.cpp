@@ -2,6 +2,7 @@
 // plays nothing.
 
 #include "tests/engine/engine_under_test.h"
+#include "tests/support/disturbance.h"
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
 #include "tests/support/processor_time.h"
@@ -102,17 +103,21 @@ TEST_F(Engine, LoadingTakesNoTime) {
                                   support::repeated(support::frameBytes({}), 25000));
     const std::string noise = folder.file("noise");
     support::writeFile(noise, support::randomBytes(10 << 20));
-    double slowest = 0;
-    for (int round = 0; round < 10; ++round) {
-        for (const std::string& path : {large, noise, folder.file("missing"), std::string()}) {
-            const auto begin = std::chrono::steady_clock::now();
-            engine.engine->setURL(path);
-            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-            slowest = std::max(slowest, took.count());
+    const auto attempt = [&] {
+        double slowest = 0;
+        for (int round = 0; round < 10; ++round) {
+            for (const std::string& path : {large, noise, folder.file("missing"), std::string()}) {
+                const auto begin = std::chrono::steady_clock::now();
+                engine.engine->setURL(path);
+                const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+                slowest = std::max(slowest, took.count());
+            }
         }
-    }
-    RecordProperty("microseconds", static_cast<int>(slowest * 1e6));
-    EXPECT_LT(slowest / support::SLOWNESS, 0.05);
+        RecordProperty("microseconds", static_cast<int>(slowest * 1e6));
+        return slowest / support::SLOWNESS < 0.05 ? std::string() : std::to_string(slowest) + " s";
+    };
+    // The decoder thread has to run in between, which a busy machine may delay.
+    EXPECT_EQ(support::attemptWhileDisturbed(5, attempt), "");
 }
 
 TEST_F(Engine, AutoStartPlaysWhatIsLoaded) {

@@ -85,17 +85,27 @@ struct EngineUnderTest {
                 onState(state);
             }
         };
+        engine->MediaChange = [this] { ++changes; };
         engine->MediaError = [this] { ++errors; };
     }
 
     PlayerEngine::Controls& controls() { return engine->controls(); }
     PlayerEngine::Media& media() { return engine->currentMedia(); }
 
-    /// Loads a file and waits until it has been measured, like the program.
+    /// Loads a file and waits until it has been measured.
     void open(const std::string& path) {
+        engine->setURL(path);
+        queue.runUntil([this] { return media().isReadOnlyItem("Title"); });
+    }
+
+    /// Loads a file and waits as the program does. Returns the milliseconds that this took.
+    double openAsTheProgramDoes(const std::string& path) {
+        const auto begin = std::chrono::steady_clock::now();
         engine->setURL(path);
         while (!media().isReadOnlyItem("Bitrate")) {
         }
+        const auto took = std::chrono::steady_clock::now() - begin;
+        return std::chrono::duration<double, std::milli>(took).count();
     }
 
     [[nodiscard]] int stops() const {
@@ -115,6 +125,7 @@ struct EngineUnderTest {
     std::unique_ptr<PlayerEngine> engine;
     std::vector<PlayState> states;
     std::function<void(PlayState)> onState;
+    int changes = 0;
     int errors = 0;
 };
 

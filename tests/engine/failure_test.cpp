@@ -4,8 +4,10 @@
 #include "engine/failure.h"
 
 #include "tests/support/mp3_samples.h"
+#include "tests/support/no_threads.h"
 #include "tests/support/process.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <future>
 #include <gtest/gtest.h>
@@ -23,7 +25,7 @@ using Cause = Failure::Cause;
 class Failures : public testing::Test {
 protected:
     void SetUp() override { setenv("SDL_AUDIODRIVER", "dummy", 1); }
-    void TearDown() override { thread->end(); }
+    void TearDown() override { thread->end(std::chrono::milliseconds(500)); }
 
     std::string track(int frames) {
         std::string path = folder.file("track.mp3");
@@ -58,15 +60,32 @@ protected:
     support::TemporaryFolder folder;
     std::uint64_t run = 0;
     std::promise<std::pair<std::uint64_t, Failure>> reported;
-    std::shared_ptr<DecoderThread> thread = DecoderThread::create(
-        {.ended = {}, .failed = [this](std::uint64_t failedRun, const Failure& failure) {
-             reported.set_value({failedRun, failure});
-         }});
+    std::shared_ptr<DecoderThread> thread =
+        DecoderThread::create({.ended = {},
+                               .failed =
+                                   [this](std::uint64_t failedRun, const Failure& failure) {
+                                       reported.set_value({failedRun, failure});
+                                   },
+                               .learnt = {}});
 };
 
 TEST_F(Failures, AMissingFileIsNotOpened) {
     expectCause(folder.file("missing.mp3"), Cause::notOpened);
     expectCause(folder.path(), Cause::notOpened);
+}
+
+TEST_F(Failures, WithoutAThreadNothingPlays) {
+    const auto file = std::make_shared<LoadedFile>(track(200));
+    const auto noThread = [&] {
+        const support::NoThreads none;
+        const auto failure = failureOf(file);
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(causeName(failure->cause), causeName(Cause::noThread));
+        EXPECT_NE(failure->text, "");
+    };
+    noThread();
+    thread->load(file); // the decoder's thread is there now, the device's isn't
+    noThread();
 }
 
 TEST_F(Failures, AnotherKindIsNotMp3) {

@@ -32,6 +32,7 @@ public:
     std::vector<std::string> calls;     ///< names of the calls, in order
     int questionsForBitrate = 0;        ///< number of calls of isReadOnlyItem("Bitrate")
     int answersUntilBitrateIsKnown = 1; ///< number of the first call that returns true
+    bool kindIsKnown = true;            ///< "Filetype" is known
     /// Called with the name of each call, before the call has an effect.
     std::function<void(const std::string&)> During;
 
@@ -40,6 +41,12 @@ public:
         state_ = PlayState::stopped;
         position = 0;
         raise();
+    }
+    /// Learns more of the loaded file.
+    void learn() {
+        if (MediaChange) {
+            MediaChange();
+        }
     }
     void fail() {
         if (MediaError) {
@@ -114,9 +121,13 @@ private:
             engine.note("getItemInfo " + std::string(name));
             const Attributes& attributes = track().attributes;
             const auto found = attributes.find(name);
-            return found == attributes.end() ? std::string() : found->second;
+            const bool hidden = name == "Filetype" && !engine.kindIsKnown;
+            return found == attributes.end() || hidden ? std::string() : found->second;
         }
         [[nodiscard]] bool isReadOnlyItem(std::string_view name) const override {
+            if (name == "Filetype") {
+                return engine.kindIsKnown;
+            }
             engine.note("isReadOnlyItem " + std::string(name));
             return name != "Bitrate" ||
                    ++engine.questionsForBitrate >= engine.answersUntilBitrateIsKnown;

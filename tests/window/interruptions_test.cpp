@@ -68,6 +68,7 @@ const Command EVENTS[] = {
          player.imgLogo.MouseUp({.Button = 1});
      }},
     {"Error", [](frmPlayer& player) { player.WMP->MediaError(); }},
+    {"Learnt", [](frmPlayer& player) { player.WMP->MediaChange(); }},
     {"Stop", [](frmPlayer& player) { clickButton(player, buttonStop); }},
     {"Forward", [](frmPlayer& player) { clickButton(player, buttonForward); }},
     {"End", [](frmPlayer& player) { player.WMP->PlayStateChange(PlayState::stopped); }},

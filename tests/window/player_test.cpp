@@ -128,6 +128,16 @@ bool PlayerTest::shows(const Image& image, std::size_t pictureNumber) const {
 }
 
 void PlayerTest::expectLook(bool playing) const {
+    expectControls(playing);
+    EXPECT_EQ(player_->WMP->URL().empty(), !playing);
+}
+
+void PlayerTest::expectIdleLookWithFile(const std::string& path) const {
+    expectControls(false);
+    EXPECT_EQ(player_->WMP->URL(), path);
+}
+
+void PlayerTest::expectControls(bool playing) const {
     for (std::size_t i = 0; i < PLAYBACK_BUTTON_COUNT; ++i) {
         EXPECT_EQ(player_->imgButtons[i].Enabled(), playing) << i;
         EXPECT_TRUE(shows(player_->imgButtons[i], i + (playing ? 1 : 27))) << i;
@@ -139,7 +149,6 @@ void PlayerTest::expectLook(bool playing) const {
     for (const std::size_t item : {1U, 4U, 5U, 6U, 7U, 8U}) {
         EXPECT_EQ(player_->Popup().lblPopup[item].ForeColor(), colour) << item;
     }
-    EXPECT_EQ(player_->WMP->URL().empty(), !playing);
     EXPECT_EQ(player_->lbl_Info.Caption() == WELCOME_TEXT, !playing);
     EXPECT_EQ(player_->lbl_Info.Caption(), player_->lbl_Info_SH.Caption());
 }

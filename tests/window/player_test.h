@@ -85,8 +85,10 @@ protected:
     /// Returns the widget of a control in either window.
     QWidget& widgetOfControl(const Control& control);
     [[nodiscard]] bool shows(const Image& image, std::size_t pictureNumber) const;
-    /// Checks that all controls have the playing look or the idle look.
+    /// Checks that all controls have the playing look, or the idle look without a loaded file.
     void expectLook(bool playing) const;
+    /// Checks the idle look while a file is loaded whose kind isn't known yet.
+    void expectIdleLookWithFile(const std::string& path) const;
 
     frmPlayer& player() { return *player_; }
     frmPopup& popup() { return player_->Popup(); }
@@ -95,6 +97,8 @@ protected:
     FakeBoxes& boxes() { return *boxes_; }
 
 private:
+    void expectControls(bool playing) const;
+
     support::TemporaryFolder folder_;
     FakeEngine* engine_ = nullptr;
     FakeDialog* dialog_ = nullptr;

@@ -55,6 +55,7 @@ TEST_F(Position, ALengthThatComesLateMovesTheEndOfTheBar) {
     EXPECT_EQ(player().PB.Value(), 100) << "the bar is full until the length is known";
     engine().tracks["a.mp3"].duration = 200;
     engine().tracks["a.mp3"].durationString = "03:20";
+    engine().learn();
     player().Timer1.Tick();
     EXPECT_EQ(player().PB.Max(), 200);
     EXPECT_EQ(player().PB.Value(), 130);

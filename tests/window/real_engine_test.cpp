@@ -1,6 +1,7 @@
 // The real window and the real engine. A sound server plays into a sink that is recorded.
 
 #include "tests/support/mp3_samples.h"
+#include "tests/support/no_threads.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/recording.h"
 #include "tests/window/player_test.h"
@@ -127,6 +128,19 @@ TEST_F(RealEngine, AFileThatIsNoMp3IsRefused) {
     open(wav);
     ASSERT_EQ(boxes().boxes.size(), 1U);
     EXPECT_EQ(boxes().boxes[0].text, "Tento soubor není ve formátu MP3!");
+}
+
+TEST_F(RealEngine, WithoutAThreadOpeningEndsInTheErrorBox) {
+    {
+        const support::NoThreads none;
+        open(file_);
+        EXPECT_TRUE(serveUntil([this] { return !boxes().boxes.empty(); }));
+    }
+    EXPECT_EQ(boxes().boxes[0].text, "Nastala chyba při přehrávání souboru - nelze přehrát!");
+    EXPECT_FALSE(player().PB.Visible());
+    open(file_);
+    EXPECT_TRUE(serveUntil([this] { return player().PB.Value() > 0.3F; }));
+    EXPECT_EQ(boxes().boxes.size(), 1U);
 }
 
 TEST_F(RealEngine, ALostSoundServerCausesOneErrorAndALaterFilePlays) {
