@@ -7,7 +7,10 @@
 #include "platform/end_requests.h"
 #include "platform/few_descriptors.h"
 #include "platform/ignored_signals.h"
+#include "platform/thread_supply.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -17,6 +20,12 @@ int main() {
     ignoreSignalsOfFailedWrites();
     confine();
     spareDescriptors(); // sets a variable, so before anything starts threads
+
+    if (!canHaveThreads(TOOLKIT_THREADS)) {
+        std::fputs("Zvonivec MP3 Player: systém nedává programu vlákna, okno nelze otevřít.\n",
+                   stderr);
+        return EXIT_FAILURE;
+    }
 
     auto engine = createPlayerEngine(Application::post);
     Application application(displayBackEnds());

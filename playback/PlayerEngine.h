@@ -137,8 +137,8 @@ public:
     std::function<void()> MediaChange;
 
     /// Raised once when a loaded file can't be played, or can't be played on: it is no MP3 file,
-    /// it can't be read, or there is no sound device or no thread to be had. The engine is silent then, and the file stays
-    /// loaded until setURL. Each further play tries again.
+    /// it can't be read, or there is no sound device or no thread to be had. The engine is silent
+    /// then, and the file stays loaded until setURL. Each further play tries again.
     std::function<void()> MediaError;
 };
 

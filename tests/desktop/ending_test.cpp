@@ -67,6 +67,23 @@ TEST_F(EndingTest, TheCloseButtonEndsAMinimisedAndRestoredProgram) {
     expectOrderlyEnd();
 }
 
+TEST(StartTest, WithoutThreadsTheProgramSaysSoAndEnds) {
+    const TemporaryFolder folder;
+    const std::string program = folder.file("zvonivec");
+    std::filesystem::copy_file(PLAYER_PROGRAM, program);
+    writeFile(folder.file("MP3.ini"), "[General]\nVolume=30\n");
+    // No thread has room for a stack of this size.
+    Process process({"prlimit", "--stack=70368744177664:", program},
+                    {.environment = {},
+                     .outputFile = {},
+                     .errorFile = folder.file("messages"),
+                     .directory = {}});
+    EXPECT_EQ(process.waitForExit(), 1);
+    EXPECT_NE(readFile(folder.file("messages")).find("systém nedává programu vlákna"),
+              std::string::npos);
+    EXPECT_EQ(readFile(folder.file("MP3.ini")), "[General]\nVolume=30\n");
+}
+
 TEST_F(EndingTest, TheWindowManagersCloseRequestEndsTheProgram) {
     player_->window().requestClose();
     expectOrderlyEnd();
