@@ -46,6 +46,9 @@ float withinLimits(float twips) {
 /// Milliseconds that a window manager gets to carry out a request.
 constexpr int TIME_TO_MOVE = 200;
 
+/// Device pixels that the toolkit draws without help from threads, from top to bottom.
+constexpr double LINES_WITHOUT_THREADS = 64;
+
 bool isForm(const QWindow* window) {
     const auto all = QApplication::topLevelWidgets();
     return std::ranges::any_of(all, [window](QWidget* widget) {
@@ -388,9 +391,16 @@ void Form::paint(QPainter& painter) {
     }
     if (paintsItsOutline(widget())) {
         painter.drawPixmap(0, 0, outlinedPicture());
-    } else {
+        return;
+    }
+    // In strips, because the toolkit hands larger areas to threads, and waits for them forever
+    // where the system gives none.
+    const double height = LINES_WITHOUT_THREADS / widget().devicePixelRatioF();
+    for (double top = 0; top < widget().height(); top += height) {
+        painter.setClipRect(QRectF(0, top, widget().width(), height));
         drawPicture(painter, picture_);
     }
+    painter.setClipping(false);
 }
 
 } // namespace zvonivec
