@@ -16,7 +16,9 @@ endif()
 # Windows' programs touch every page of a growing stack anyway, and g++ for it ends with an internal
 # error when it should do so twice. Its system marks no targets of jumps.
 set(compiled -fstack-protector-strong)
-if(NOT WIN32)
+if(WIN32)
+    add_link_options(-fstack-protector-strong) # brings the library with the protector's functions
+else()
     list(APPEND compiled -fstack-clash-protection -fcf-protection)
 endif()
 foreach(flag ${compiled})

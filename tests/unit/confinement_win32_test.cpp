@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <windows.h>
 
 namespace zvonivec {
 namespace {
