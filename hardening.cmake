@@ -13,7 +13,15 @@ if(NOT WIN32)
     string(APPEND CMAKE_EXE_LINKER_FLAGS " -pie")
 endif()
 
-foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+# Windows' programs touch every page of a growing stack anyway, and g++ for it ends with an internal
+# error when it should do so twice. Its system marks no targets of jumps.
+set(compiled -fstack-protector-strong)
+if(WIN32)
+    add_link_options(-fstack-protector-strong) # brings the library with the protector's functions
+else()
+    list(APPEND compiled -fstack-clash-protection -fcf-protection)
+endif()
+foreach(flag ${compiled})
     string(MAKE_C_IDENTIFIER "HAS${flag}" has)
     check_cxx_compiler_flag(${flag} ${has})
     if(${has})

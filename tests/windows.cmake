@@ -12,7 +12,7 @@ include(GoogleTest)
 set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
 
 # Without what drives servers and other programs of an X11 desktop.
-add_library(test_support STATIC support/files.cpp)
+add_library(test_support STATIC support/files.cpp support/under_wine.cpp)
 
 foreach(kind unit window wine)
     add_subdirectory(${kind})

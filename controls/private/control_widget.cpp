@@ -171,9 +171,17 @@ bool ControlWidget::event(QEvent* event) {
         }
         break;
     case QEvent::FocusIn:
-    case QEvent::FocusOut:
-        static_cast<ControlWidget*>(window())->showFocus();
+    case QEvent::FocusOut: {
+        auto* form = static_cast<ControlWidget*>(window());
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        if (event->type() == QEvent::FocusIn && form != this && form->focusRing_ == nullptr &&
+            reason == Qt::ActiveWindowFocusReason) {
+            form->setFocus(); // Windows activates the window before it knows that it has the focus
+        } else {
+            form->showFocus();
+        }
         break;
+    }
     case QEvent::ToolTip:
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos());
         return true;

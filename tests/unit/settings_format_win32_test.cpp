@@ -1,5 +1,6 @@
 // Settings files where the system has functions for them.
 
+#include "tests/support/under_wine.h"
 #include "tests/unit/settings_cases.h"
 
 #include <algorithm>
@@ -8,13 +9,9 @@
 namespace zvonivec {
 namespace {
 
-bool underWine() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
-
 /// Cases in which the functions of Wine differ from those of Windows, from which the table comes.
 std::vector<SettingsTable::Difference> differencesOfWine() {
-    if (!underWine()) {
+    if (!support::underWine()) {
         return {};
     }
     const std::string reason = "Wine leaves out empty lines when it writes a file";

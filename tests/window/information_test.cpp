@@ -56,13 +56,6 @@ TEST_F(Information, AYearAloneStandsBeforeTheEmptyLine) {
               "URL: /music/a.mp3");
 }
 
-TEST_F(Information, APathThatIsNotUtf8IsShownWithGuessedLetters) {
-    open("/p\xEDsn\xEC/\xE8.mp3"); // Windows-1250
-    const std::string text = player().BuildPropertiesText();
-    EXPECT_TRUE(text.ends_with("URL: /písně/č.mp3")) << text;
-    EXPECT_EQ(engine().URL(), "/p\xEDsn\xEC/\xE8.mp3");
-}
-
 TEST_F(Information, PropertiesWaitUntilTheRateIsKnown) {
     open("/music/a.mp3");
     engine().questionsForBitrate = 0;

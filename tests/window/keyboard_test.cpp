@@ -1,13 +1,9 @@
 // The keyboard in the main window.
 
-#include "controls/MsgBox.h"
 #include "platform/window_place.h"
 #include "tests/window/input.h"
 #include "tests/window/player_test.h"
 
-#include <QApplication>
-#include <QDialog>
-#include <QTimer>
 #include <QWindow>
 #include <qtestsupport_widgets.h>
 
@@ -343,40 +339,6 @@ TEST_F(KeyboardKeys, WhileAButtonIsHeldDownKeysDoNothing) {
     release(player().imgButtons[1]);
     EXPECT_EQ(engine().playState(), PlayState::paused);
     EXPECT_TRUE(shows(player().imgButtons[1], 1 + 1));
-}
-
-TEST_F(KeyboardKeys, NothingIsDoneWhileABoxIsOpen) {
-    openTrack();
-    ModalMessageBoxes box;
-    box.setOwner(player());
-    bool seen = false;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (modal == nullptr) {
-            return;
-        }
-        poll.stop();
-        seen = true;
-        for (const Qt::Key letter : {Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_Up, Qt::Key_Right,
-                                     Qt::Key_F1, Qt::Key_Menu, Qt::Key_Tab}) {
-            key(letter);
-        }
-        key(Qt::Key_O, Qt::ControlModifier);
-        key(Qt::Key_R, Qt::ControlModifier);
-        static_cast<QDialog*>(modal)->reject();
-    });
-    poll.start(5);
-    const int repeat = popup().chkPopup[popupRepeat].Value();
-    box.MsgBox("x", vbInformation, "y");
-    EXPECT_TRUE(seen);
-    EXPECT_TRUE(engine().calls.empty());
-    EXPECT_EQ(volume(), 50);
-    EXPECT_EQ(dialog().shown, 1);
-    EXPECT_TRUE(boxes().boxes.empty());
-    EXPECT_FALSE(popup().Visible());
-    EXPECT_EQ(popup().chkPopup[popupRepeat].Value(), repeat);
-    EXPECT_EQ(focused(), "");
 }
 
 } // namespace

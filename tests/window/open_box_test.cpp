@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QFontMetrics>
 #include <QTimer>
+#include <QWindow>
 #include <utility>
 
 namespace zvonivec {
@@ -55,6 +56,27 @@ protected:
 private:
     ModalMessageBoxes box_;
 };
+
+TEST_F(OpenBox, KeysForTheWindowDoNothing) {
+    player().Timer1.setEnabled(false);
+    engine().calls.clear();
+    const int repeated = popup().chkPopup[popupRepeat].Value();
+    withBox([this](QDialog& /*box*/) {
+        QWindow& keys = *window().windowHandle();
+        for (const Qt::Key letter : {Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_Up, Qt::Key_Right,
+                                     Qt::Key_F1, Qt::Key_Menu, Qt::Key_Tab}) {
+            input::key(keys, letter);
+        }
+        input::key(keys, Qt::Key_O, Qt::ControlModifier);
+        input::key(keys, Qt::Key_R, Qt::ControlModifier);
+    });
+    EXPECT_TRUE(engine().calls.empty());
+    EXPECT_EQ(engine().settings().volume(), 50);
+    EXPECT_EQ(dialog().shown, 1);
+    EXPECT_TRUE(boxes().boxes.empty());
+    EXPECT_FALSE(popup().Visible());
+    EXPECT_EQ(popup().chkPopup[popupRepeat].Value(), repeated);
+}
 
 TEST_F(OpenBox, ATrackThatEndsUnderItResetsTheDisplay) {
     repeat(0);

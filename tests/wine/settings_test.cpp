@@ -17,7 +17,7 @@ TEST_F(WindowsTest, TheFirstRunCreatesTheSettingsFile) {
 
 TEST_F(WindowsTest, NothingElseIsWrittenAfterTheFileDialog) {
     const std::string file = folder_.file("noise.mp3");
-    ASSERT_FALSE(makeFile(file, 20).empty());
+    ASSERT_TRUE(encodeNoise(file, 20, {"-b", "128"}));
     DesktopTest::click(player::LOGO.middle());
     openInDialog(file);
     ASSERT_TRUE(waitUntil([&] { return player_->showsPlayingLook(); }));

@@ -105,7 +105,9 @@ void WindowsTest::expectNothingElseWritten() const {
         ADD_FAILURE() << entry.path();
     }
     EXPECT_EQ(runInSession({"wine", "reg", "query", "HKCU\\Software"}), 0);
-    EXPECT_NE(runInSession({"wine", "reg", "query", "HKCU\\Software\\QtProject"}), 0);
+    const std::string keys = folder_.file("keys");
+    EXPECT_NE(runInSession({"wine", "reg", "query", "HKCU\\Software\\QtProject", "/s"}, keys), 0)
+        << readFile(keys);
 }
 
 } // namespace support
