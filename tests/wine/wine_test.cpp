@@ -49,6 +49,13 @@ std::string WindowsTest::windowsPath(std::string path) {
     return "Z:" + path;
 }
 
+void WindowsTest::answer(const Window& window, const char* key) const {
+    EXPECT_TRUE(waitUntil([&] {
+        keyboard_.key(key);
+        return waitUntil([&] { return !window.isShown(); }, std::chrono::seconds(1));
+    })) << window.title();
+}
+
 void WindowsTest::openInDialog(const std::string& path) {
     const auto dialog = waitForDialog();
     ASSERT_TRUE(dialog) << "no dialog";

@@ -34,6 +34,9 @@ protected:
 
     /// Returns Windows' form of a path.
     [[nodiscard]] static std::string windowsPath(std::string path);
+    /// Ends a dialog or a message box with a key and waits until it is gone. Presses the key again
+    /// when it was too early: Wine shows a window before the window accepts keys.
+    void answer(const Window& window, const char* key) const;
     /// Opens a file in the system's dialog, which has been opened before.
     void openInDialog(const std::string& path);
 
