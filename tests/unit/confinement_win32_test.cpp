@@ -34,22 +34,6 @@ int startProgram() {
     return DONE;
 }
 
-LONG WINAPI endAsRefused(EXCEPTION_POINTERS* fault) {
-    if (fault->ExceptionRecord->ExceptionCode == EXCEPTION_ACCESS_VIOLATION) {
-        ExitProcess(REFUSED);
-    }
-    return EXCEPTION_CONTINUE_SEARCH;
-}
-
-int executeData() {
-    void* memory = VirtualAlloc(nullptr, 1, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
-    constexpr unsigned char RETURN = 0xC3;
-    *static_cast<unsigned char*>(memory) = RETURN;
-    AddVectoredExceptionHandler(1, endAsRefused);
-    reinterpret_cast<void (*)()>(memory)();
-    return DONE;
-}
-
 TEST(Confinement, EveryPolicyIsAccepted) {
     EXPECT_EXIT(std::exit(confine().calls ? DONE : REFUSED), testing::ExitedWithCode(DONE), "");
 }
@@ -62,10 +46,6 @@ TEST(Confinement, NoProgramIsStarted) {
             std::exit(startProgram());
         },
         testing::ExitedWithCode(refusedOnWindows()), "");
-}
-
-TEST(Confinement, DataCannotBeExecuted) {
-    EXPECT_EXIT(std::exit(executeData()), testing::ExitedWithCode(REFUSED), "");
 }
 
 } // namespace
