@@ -396,8 +396,9 @@ void Form::paint(QPainter& painter) {
     // In strips, because the toolkit hands larger areas to threads, and waits for them forever
     // where the system gives none.
     const double height = LINES_WITHOUT_THREADS / widget().devicePixelRatioF();
-    for (double top = 0; top < widget().height(); top += height) {
-        painter.setClipRect(QRectF(0, top, widget().width(), height));
+    const int strips = static_cast<int>(std::ceil(widget().height() / height));
+    for (int i = 0; i < strips; ++i) {
+        painter.setClipRect(QRectF(0, i * height, widget().width(), height));
         drawPicture(painter, picture_);
     }
     painter.setClipping(false);
