@@ -46,9 +46,6 @@ float withinLimits(float twips) {
 /// Milliseconds that a window manager gets to carry out a request.
 constexpr int TIME_TO_MOVE = 200;
 
-/// Device pixels that the toolkit draws without help from threads, from top to bottom.
-constexpr double LINES_WITHOUT_THREADS = 64;
-
 bool isForm(const QWindow* window) {
     const auto all = QApplication::topLevelWidgets();
     return std::ranges::any_of(all, [window](QWidget* widget) {
@@ -391,17 +388,9 @@ void Form::paint(QPainter& painter) {
     }
     if (paintsItsOutline(widget())) {
         painter.drawPixmap(0, 0, outlinedPicture());
-        return;
-    }
-    // In strips, because the toolkit hands larger areas to threads, and waits for them forever
-    // where the system gives none.
-    const double height = LINES_WITHOUT_THREADS / widget().devicePixelRatioF();
-    const int strips = static_cast<int>(std::ceil(widget().height() / height));
-    for (int i = 0; i < strips; ++i) {
-        painter.setClipRect(QRectF(0, i * height, widget().width(), height));
+    } else {
         drawPicture(painter, picture_);
     }
-    painter.setClipping(false);
 }
 
 } // namespace zvonivec

@@ -22,6 +22,8 @@ constexpr auto AHEAD = 1000ms;
 /// How long decoding goes on before a device that waits is given what there is. A server that is
 /// given a little at a time runs dry in between, because it mixes ahead of what is heard.
 constexpr auto FIRST_PATIENCE = 10ms;
+/// How long after a start a device that isn't full holds up the measuring of the file.
+constexpr auto LONGEST_FILLING = 500ms;
 /// Shortest sleep while a device that doesn't ask is supplied, or the end comes near.
 constexpr auto HURRY = 4ms;
 /// How long an idle device stays open for the next command.
@@ -185,7 +187,7 @@ void DecoderThread::work() {
 /// When to look again if nobody wakes the thread. Nothing: not before.
 std::optional<DecoderThread::Clock::time_point> DecoderThread::nextWake() const {
     if (!studied_) {
-        return Clock::now();
+        return Clock::now() + (deviceComesFirst() ? HURRY : 0ms);
     }
     const OutputThread::State state = output_->state();
     if (!playing_) {
@@ -261,6 +263,7 @@ void DecoderThread::beginRun(const Command& command) {
     endNotBefore_ =
         Clock::now() +
         (command.kind == Command::Kind::restart ? Clock::duration(SHORTEST_REPEAT) : 0ms);
+    fillBefore_ = Clock::now() + LONGEST_FILLING;
     decodedAll_ = false;
     failure_.reset();
     playing_ = true;
@@ -312,8 +315,15 @@ bool DecoderThread::beginInFeed() {
     return true;
 }
 
+/// Whether a device that is new or hungry is to be filled before the file is measured: a single
+/// read of a slow disk may take longer than what the device has.
+bool DecoderThread::deviceComesFirst() const {
+    return playing_ && !decodedAll_ && Clock::now() < fillBefore_ &&
+           (output_->state() != OutputThread::State::open || output_->feed().isStarving());
+}
+
 void DecoderThread::studyFile() {
-    if (studied_ || commandsWait_.load()) {
+    if (studied_ || commandsWait_.load() || deviceComesFirst()) {
         return;
     }
     FileMeasure& measure = *file_->measure();

@@ -103,6 +103,7 @@ private:
     void beginRun(const Command& command);
     bool seek();
     bool beginInFeed();
+    [[nodiscard]] bool deviceComesFirst() const;
     void studyFile();
     void play();
     void fillFeed();
@@ -146,6 +147,7 @@ private:
     bool decodedAll_ = false;        ///< nothing is left to decode
     std::optional<Failure> failure_; ///< why decoding stopped before the end of the track
     Clock::time_point idleSince_;
+    Clock::time_point fillBefore_;   ///< until then a new device comes before measuring
     Clock::time_point endNotBefore_; ///< earliest time of the end of the current run
 
     std::thread thread_; ///< used by the user-interface thread alone

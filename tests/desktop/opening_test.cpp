@@ -115,7 +115,14 @@ TEST_F(OpeningTest, TheDialogComesThoughOneDescriptorIsFree) {
             return readFile((thread.path() / "comm").string()).starts_with("QDBus");
         });
     }));
-    const auto open = std::distance(std::filesystem::directory_iterator(process / "fd"), {});
+    const auto count = [&] {
+        return std::distance(std::filesystem::directory_iterator(process / "fd"), {});
+    };
+    auto open = count();
+    ASSERT_TRUE(waitUntil([&] { // until no more are opened
+        open = count();
+        return !waitUntil([&] { return count() != open; }, std::chrono::milliseconds(500));
+    }));
     const rlimit almostNone{static_cast<rlim_t>(open) + 1, usual.rlim_max};
     ASSERT_EQ(prlimit(player_->process().pid(), RLIMIT_NOFILE, &almostNone, nullptr), 0);
     click(player::LOGO.middle());
