@@ -1,7 +1,7 @@
 // The media player engine as the window sees it: the control WMP.
 //
 // Rules for callers
-//  * All functions are called on the user-interface thread, and both events are raised on it.
+//  * All functions are called on the user-interface thread, and its events are raised on it.
 //  * No function throws. A call that can't be carried out changes nothing.
 //  * No function waits for the disk or the device, with three exceptions: setURL waits 150 ms at
 //    most for the part of the file that "Filetype" needs; isReadOnlyItem("Bitrate") takes a few

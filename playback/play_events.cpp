@@ -1,4 +1,4 @@
-// The engine's two events.
+// The engine's events.
 
 #include "main_window/frmPlayer.h"
 #include "playback/rules.h"
