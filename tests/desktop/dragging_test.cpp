@@ -29,8 +29,7 @@ protected:
     [[nodiscard]] bool becomesPlacedAt(Point place) const {
         return waitUntil([&] { return corner() == place; });
     }
-    /// Presses and waits until the player has taken the press. A window manager gives the window
-    /// the keyboard first, and events that come faster than a hand may get lost meanwhile.
+    /// Presses, and waits until a window manager has given the player the keyboard.
     void press(Point place, int button) {
         moveTo(place);
         pointer_.press(button);

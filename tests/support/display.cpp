@@ -5,6 +5,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/Xrandr.h>
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +14,8 @@
 namespace support {
 
 namespace {
+
+constexpr const char* FRAME_QUESTION = "_NET_REQUEST_FRAME_EXTENTS";
 
 int ignoreError(::Display*, XErrorEvent*) {
     return 0;
@@ -155,21 +158,27 @@ bool Display::startWindowManager(const std::string& name) {
     }
     options.directory = folder_.path();
     windowManager_ = Process(command->second, options);
-    return waitUntil([this] { return !rootProperty("_NET_SUPPORTING_WM_CHECK").empty(); },
-                     std::chrono::seconds(30)) &&
-           windowManagerWorks();
+    if (!waitUntil([this] { return !rootProperty("_NET_SUPPORTING_WM_CHECK").empty(); },
+                   std::chrono::seconds(30)) ||
+        !windowManagerWorks()) {
+        return false;
+    }
+    const auto abilities = rootProperty("_NET_SUPPORTED");
+    answers_ = std::ranges::find(abilities, XInternAtom(connection_, FRAME_QUESTION, False)) !=
+               abilities.end();
+    return true;
 }
 
-std::vector<unsigned long> Display::rootProperty(const char* name) const {
+std::vector<unsigned long> Display::property(unsigned long window, const char* name) const {
     Atom type = None;
     int format = 0;
     unsigned long count = 0;
     unsigned long rest = 0;
     unsigned char* data = nullptr;
     std::vector<unsigned long> items;
-    if (XGetWindowProperty(connection_, DefaultRootWindow(connection_),
-                           XInternAtom(connection_, name, False), 0, 1000, False, XA_WINDOW, &type,
-                           &format, &count, &rest, &data) == Success &&
+    if (XGetWindowProperty(connection_, window, XInternAtom(connection_, name, False), 0, 1000,
+                           False, AnyPropertyType, &type, &format, &count, &rest,
+                           &data) == Success &&
         data != nullptr && format == 32) {
         const auto* first = reinterpret_cast<unsigned long*>(data);
         items.assign(first, first + count);
@@ -178,6 +187,10 @@ std::vector<unsigned long> Display::rootProperty(const char* name) const {
         XFree(data);
     }
     return items;
+}
+
+std::vector<unsigned long> Display::rootProperty(const char* name) const {
+    return property(DefaultRootWindow(connection_), name);
 }
 
 /// Waits until the window manager has taken in a window and let it go again. A window manager
@@ -196,6 +209,25 @@ bool Display::windowManagerWorks() const {
     return managed && waitUntil([this] { return rootProperty("_NET_CLIENT_LIST").empty(); });
 }
 
+void Display::waitForWindowManager() const {
+    if (!answers_) {
+        return;
+    }
+    const ::Window root = DefaultRootWindow(connection_);
+    const ::Window window = XCreateSimpleWindow(connection_, root, 0, 0, 1, 1, 0, 0, 0);
+    XEvent question = {};
+    question.xclient.type = ClientMessage;
+    question.xclient.window = window;
+    question.xclient.message_type = XInternAtom(connection_, FRAME_QUESTION, False);
+    question.xclient.format = 32;
+    XSendEvent(connection_, root, False, SubstructureNotifyMask | SubstructureRedirectMask,
+               &question);
+    XSync(connection_, False);
+    waitUntil([&] { return !property(window, "_NET_FRAME_EXTENTS").empty(); },
+              std::chrono::seconds(2));
+    XDestroyWindow(connection_, window);
+}
+
 bool Display::hasCompositor() const {
     return XGetSelectionOwner(connection_, XInternAtom(connection_, "_NET_WM_CM_S0", False)) !=
            None;
@@ -206,6 +238,7 @@ void Display::useInThisProcess() const {
 }
 
 void Display::killWindowManager() {
+    answers_ = false;
     windowManager_.signal(SIGKILL);
     windowManager_.waitForExit();
 }

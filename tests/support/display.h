@@ -53,6 +53,10 @@ public:
 
     [[nodiscard]] bool hasWindowManager() const { return windowManager_.pid() > 0; }
 
+    /// Waits until the window manager has served all events so far, but not long: while it moves a
+    /// window it may leave other things for later. Does nothing without one that can be asked.
+    void waitForWindowManager() const;
+
     /// Whether the window manager puts every window that it doesn't manage above all others.
     [[nodiscard]] bool raisesUnmanagedWindows() const { return raisesUnmanagedWindows_; }
 
@@ -76,6 +80,7 @@ private:
     [[nodiscard]] bool startServer(const DisplayOptions& options);
     [[nodiscard]] bool startWindowManager(const std::string& name);
     [[nodiscard]] bool windowManagerWorks() const;
+    [[nodiscard]] std::vector<unsigned long> property(unsigned long window, const char* name) const;
     [[nodiscard]] std::vector<unsigned long> rootProperty(const char* name) const;
 
     TemporaryFolder folder_;
@@ -85,6 +90,7 @@ private:
     std::string name_;
     std::string problem_;
     _XDisplay* connection_ = nullptr;
+    bool answers_ = false; ///< whether the window manager tells the frame of a window to come
     int width_ = 0;
     int height_ = 0;
     bool raisesUnmanagedWindows_ = false;

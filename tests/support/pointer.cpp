@@ -17,11 +17,13 @@ void Pointer::moveTo(Point place) const {
 void Pointer::press(int button) const {
     XTestFakeButtonEvent(connection_, static_cast<unsigned>(button), True, CurrentTime);
     XSync(connection_, False);
+    display_->waitForWindowManager();
 }
 
 void Pointer::release(int button) const {
     XTestFakeButtonEvent(connection_, static_cast<unsigned>(button), False, CurrentTime);
     XSync(connection_, False);
+    display_->waitForWindowManager();
 }
 
 void Pointer::click(Point place, int button) const {

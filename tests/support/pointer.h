@@ -9,24 +9,27 @@
 namespace support {
 
 /// Rules
-///  * Each call returns when the server has accepted the event. A client may react later, so tests
-///    wait for the visible result.
+///  * Each call returns when the server has accepted the event, and the window manager has served
+///  it
+///    if it is a button's: a window manager that gives a pressed window the keyboard or raises it
+///    may hold the pointer for a moment, and would lose what comes faster than from any hand. The
+///    client may react later, so tests wait for the visible result.
 ///  * Buttons have X's numbers: 1 left, 2 middle, 3 right.
 class Pointer {
 public:
-    explicit Pointer(const Display& display) : connection_(display.connection()) {}
+    explicit Pointer(const Display& display)
+        : display_(&display), connection_(display.connection()) {}
 
     void moveTo(Point place) const;
     void press(int button = 1) const;
     void release(int button = 1) const;
-    /// Moves, presses and releases, and then waits until no client holds the pointer. A window
-    /// manager that raises the pressed window holds the pointer for a moment, and would lose events
-    /// that come faster than from any hand.
+    /// Moves, presses and releases, and then waits until no client holds the pointer.
     void click(Point place, int button = 1) const;
 
 private:
     void waitUntilFree() const;
 
+    const Display* display_;
     _XDisplay* connection_;
 };
 
