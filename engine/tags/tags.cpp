@@ -30,7 +30,7 @@ struct Text {
 class Decoder {
 public:
     void consider(const Text& text) {
-        if (!text.decoded && !utf8Text(text.bytes)) {
+        if (!text.decoded && undecoded_.size() < ENOUGH && !utf8Text(text.bytes)) {
             undecoded_.push_back(text.bytes);
         }
     }
@@ -41,6 +41,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t ENOUGH = 32; ///< texts that decide; a file may have thousands
+
     std::vector<std::string_view> undecoded_;
     Alphabet alphabet_ = Alphabet::windows1250;
 };

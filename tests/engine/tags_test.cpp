@@ -333,6 +333,24 @@ TEST_F(Tags, ALargeTagIsReadInNoTime) {
     EXPECT_LT(time.seconds(), 1);
 }
 
+TEST_F(Tags, ThousandsOfTextsInAnUnknownAlphabetAreReadInNoTime) {
+    std::vector<std::pair<std::string, std::string>> items;
+    for (unsigned i = 0; i < 5000; ++i) {
+        items.emplace_back("Title", support::randomBytes(1000, i));
+    }
+    std::string values = LATIN1;
+    for (int i = 0; i < 100'000; ++i) {
+        values += std::string("\xE8\0", 2);
+    }
+    const std::string tags[] = {support::apeTag(items), id3v2(4, {{"TIT2", values}})};
+    for (const std::string& tag : tags) {
+        support::writeFile(folder.file("file"), tag + FRAMES);
+        const support::ProcessorTime time;
+        EXPECT_NE(readTags(FileReader::open(folder.file("file"))).title, "");
+        EXPECT_LT(time.seconds(), 0.1);
+    }
+}
+
 } // namespace
 
 } // namespace zvonivec
