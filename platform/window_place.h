@@ -17,7 +17,8 @@ namespace zvonivec {
 /// Whether the system reports places. Under Wayland it doesn't.
 [[nodiscard]] bool placesAreReported();
 
-/// Returns the place of a window, or nothing when the system doesn't report it or is gone.
+/// Returns the place of a window, or nothing when the system doesn't report it. When the system is
+/// gone, that is the place that it reported last.
 [[nodiscard]] std::optional<QPointF> placeOf(const QWidget& window);
 
 /// Moves a window to the nearest device pixel. A window manager may put it elsewhere.

@@ -98,7 +98,9 @@ std::optional<QPointF> placeOf(const QWidget& window) {
             server, xcb_translate_coordinates(server, numberOf(window), x11::root(server), 0, 0),
             nullptr),
         &std::free);
-    return reply ? std::optional(toLogical({reply->dst_x, reply->dst_y})) : std::nullopt;
+    const auto place = reply ? std::optional(QPoint(reply->dst_x, reply->dst_y))
+                             : x11::reportedPlace(numberOf(window)); // the server is gone
+    return place ? std::optional(toLogical(*place)) : std::nullopt;
 }
 
 void moveWindow(QWidget& window, QPointF place) {

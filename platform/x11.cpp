@@ -127,7 +127,8 @@ void call(std::vector<Listener>& listeners, xcb_window_t window) {
 class Events : public QObject, public QAbstractNativeEventFilter {
 public:
     explicit Events(xcb_connection_t* server)
-        : QObject(qGuiApp), input_(extension(server, "XInputExtension").opcode),
+        : QObject(qGuiApp), root_(root(server)),
+          input_(extension(server, "XInputExtension").opcode),
           selectionEvent_(extension(server, "XFIXES").firstEvent),
           compositor_(atom(server, "_NET_WM_CM_S0")) {
         qGuiApp->installNativeEventFilter(this);
@@ -157,6 +158,11 @@ public:
             takeInput(*static_cast<const xcb_ge_generic_event_t*>(message));
         } else if (type == XCB_CONFIGURE_NOTIFY) {
             ++configureEvents;
+            takePlace(*static_cast<const xcb_configure_notify_event_t*>(message),
+                      (event->response_type & 0x80U) != 0);
+        } else if (type == XCB_REPARENT_NOTIFY) {
+            const auto* reparented = static_cast<const xcb_reparent_notify_event_t*>(message);
+            hasFrame_[reparented->window] = reparented->parent != root_;
         } else if (type == XCB_MAP_NOTIFY) {
             call(onMap, static_cast<const xcb_map_notify_event_t*>(message)->window);
         } else if (selectionEvent_ != 0 && type == selectionEvent_ &&
@@ -168,6 +174,7 @@ public:
 
     std::optional<Press> press; ///< the one that the toolkit serves or has served last
     unsigned configureEvents = 0;
+    std::map<xcb_window_t, QPoint> places; ///< on the screen, as they were reported last
     std::vector<Listener> onMap;
     std::vector<Listener> onCompositor;
 
@@ -210,7 +217,17 @@ private:
                                       .device = input.deviceid}});
     }
 
+    /// A window manager's message tells the place on the screen. The server tells the place in the
+    /// frame, if there is one.
+    void takePlace(const xcb_configure_notify_event_t& event, bool fromManager) {
+        if (fromManager || !hasFrame_[event.window]) {
+            places[event.window] = {event.x, event.y};
+        }
+    }
+
     std::deque<TimedPress> presses_; ///< those that haven't been served
+    std::map<xcb_window_t, bool> hasFrame_;
+    xcb_window_t root_;
     std::uint8_t input_;
     std::uint8_t selectionEvent_;
     xcb_atom_t compositor_;
@@ -233,6 +250,13 @@ std::optional<Press> lastPress() {
 
 unsigned configureEvents() {
     return events != nullptr ? events->configureEvents : 0;
+}
+
+std::optional<QPoint> reportedPlace(xcb_window_t window) {
+    if (events == nullptr || !events->places.contains(window)) {
+        return std::nullopt;
+    }
+    return events->places[window];
 }
 
 void onCompositorChange(QObject* receiver, std::function<void()> function) {

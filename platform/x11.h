@@ -55,6 +55,9 @@ void watchEvents();
 std::optional<Press> lastPress();
 /// Returns the number of messages about windows' places since then.
 unsigned configureEvents();
+/// Returns the place of a window on the screen, in device pixels, in the last of those messages;
+/// nothing when there was none.
+std::optional<QPoint> reportedPlace(xcb_window_t window);
 /// Calls a function whenever a compositor begins or ends its work.
 void onCompositorChange(QObject* receiver, std::function<void()> function);
 /// Calls a function whenever a window has been mapped.

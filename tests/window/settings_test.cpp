@@ -1,5 +1,6 @@
 // What the window reads from its settings file and writes to it.
 
+#include "platform/window_place.h"
 #include "tests/window/player_test.h"
 
 #include <QGuiApplication>
@@ -49,7 +50,7 @@ TEST_F(Settings, HaveDefaultsWithoutAFileAndCreateItAtTheEnd) {
 TEST_F(Settings, AreAppliedAtTheStart) {
     put("[General]\r\nLeft=1500\r\nTop=2250\r\nOnTop=1\r\nRepeat=0\r\nVolume=70\r\n");
     start();
-    EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(100, 150); }));
+    EXPECT_TRUE(serveUntil([this] { return placeOf(window()) == QPointF(100, 150); }));
     expect(1, 0, 70);
 }
 
@@ -61,12 +62,12 @@ TEST_F(Settings, AreWrittenAtTheEndAndReadAgain) {
     click(popup().chkPopup[popupRepeat]);
     popup().chkPopup[popupOnTop].setValue(1);
     click(player().imgVolume);
-    ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(20, 30); }));
+    ASSERT_TRUE(serveUntil([this] { return placeOf(window()) == QPointF(20, 30); }));
     player().CloseApplication();
     EXPECT_EQ(bytes(), "[General]\r\nLeft=300\r\nTop=450\r\nOnTop=1\r\nRepeat=0\r\nVolume=60\r\n");
     renew();
     start();
-    EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(20, 30); }));
+    EXPECT_TRUE(serveUntil([this] { return placeOf(window()) == QPointF(20, 30); }));
     expect(1, 0, 60);
 }
 
@@ -75,15 +76,14 @@ TEST_F(Settings, FractionsAndNegativePositionsAreAccepted) {
         put("[General]\nLeft=-1502" + std::string(separator) + "5\nTop=307" + separator + "5\n");
         renew();
         start();
-        EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(-100, 21); }))
-            << window().x() << ' ' << window().y();
+        EXPECT_TRUE(serveUntil([this] { return placeOf(window()) == QPointF(-100, 21); }));
     }
 }
 
 TEST_F(Settings, APositionBeyondTheScreensEdgeIsAppliedUnchanged) {
     put("[General]\r\nLeft=18000\r\nTop=-3000\r\n");
     start();
-    EXPECT_TRUE(serveUntil([this] { return window().pos() == QPoint(1200, -200); }));
+    EXPECT_TRUE(serveUntil([this] { return placeOf(window()) == QPointF(1200, -200); }));
     player().CloseApplication();
     EXPECT_NE(bytes().find("Left=18000\r\nTop=-3000\r\n"), std::string::npos);
 }
@@ -186,7 +186,7 @@ TEST_F(Settings, OtherContentOfTheFileStays) {
     start();
     player().setLeft(150);
     player().setTop(300);
-    ASSERT_TRUE(serveUntil([this] { return window().pos() == QPoint(10, 20); }));
+    ASSERT_TRUE(serveUntil([this] { return placeOf(window()) == QPointF(10, 20); }));
     player().CloseApplication();
     EXPECT_EQ(bytes(), "; mine\r\n[Other]\r\nx=1\r\n[General]\r\nVolume=30\r\nColour=red\r\n"
                        "Left=150\r\nTop=300\r\nOnTop=0\r\nRepeat=1\r\n");

@@ -1,3 +1,4 @@
+#include "platform/window_place.h"
 #include "tests/window/player_test.h"
 
 #include <QFile>
@@ -29,8 +30,10 @@ TEST_F(StartUp, LeavesTheProgramIdle) {
 TEST_F(StartUp, WithoutSettingsTakesTheDefaults) {
     start();
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    EXPECT_TRUE(serveUntil(
-        [&] { return (window().geometry().center() - screen.center()).manhattanLength() <= 2; }));
+    EXPECT_TRUE(serveUntil([&] {
+        const QRectF now(placeOf(window()).value_or(QPointF()), window().size());
+        return (now.center() - QRectF(screen).center()).manhattanLength() <= 2;
+    }));
     EXPECT_EQ(player().Popup().chkPopup[popupOnTop].Value(), 0);
     EXPECT_EQ(player().Popup().chkPopup[popupRepeat].Value(), 1);
     EXPECT_EQ(engine().settings().volume(), 50);

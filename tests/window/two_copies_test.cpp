@@ -1,5 +1,6 @@
 // Two copies of the program that share a folder, and with it the settings file.
 
+#include "platform/window_place.h"
 #include "tests/window/player_test.h"
 
 namespace zvonivec {
@@ -30,7 +31,7 @@ protected:
         copy.WMP->settings().setVolume(volume);
     }
     static bool isAt(const QWidget& window, QPoint place) {
-        return serveUntil([&] { return window.pos() == place; });
+        return serveUntil([&] { return placeOf(window) == QPointF(place); });
     }
     frmPlayer& second() { return *second_; }
     [[nodiscard]] QWidget& secondWindow() const { return *QWidget::find(second_->hWnd()); }
