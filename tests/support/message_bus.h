@@ -3,6 +3,7 @@
 
 #include "tests/support/process.h"
 
+#include <csignal>
 #include <string>
 
 namespace support {
@@ -16,6 +17,9 @@ public:
     [[nodiscard]] bool running() const { return running_; }
     /// Returns the variables for programs that are to use it.
     [[nodiscard]] Process::Environment environment() const;
+
+    /// Kills the bus, as a crash would.
+    void kill() { process_.signal(SIGKILL); }
 
 private:
     TemporaryFolder folder_;

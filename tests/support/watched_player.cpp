@@ -1,0 +1,182 @@
+#include "tests/support/watched_player.h"
+
+#include "tests/desktop/player_window.h"
+
+#include <X11/Xlib.h>
+#include <algorithm>
+#include <filesystem>
+#include <initializer_list>
+#include <sstream>
+
+namespace support {
+
+namespace {
+
+/// Whether a settings file holds what the player writes, each value within its range.
+std::string judgeSettings(const std::string& text) {
+    struct Value {
+        const char* name;
+        long least;
+        long most;
+    };
+    static constexpr Value values[] = {{"Left", -600000, 600000},
+                                       {"Top", -600000, 600000},
+                                       {"OnTop", -1, 1},
+                                       {"Repeat", 0, 1},
+                                       {"Volume", 0, 100}};
+    std::istringstream lines(text);
+    std::string line;
+    int found = 0;
+    while (std::getline(lines, line)) {
+        for (const Value& value : values) {
+            const std::string start = value.name + std::string("=");
+            if (!line.starts_with(start)) {
+                continue;
+            }
+            ++found;
+            char* end = nullptr;
+            const long number = std::strtol(line.c_str() + start.size(), &end, 10);
+            if (*end != '\r' || number < value.least || number > value.most) {
+                return "the settings hold \"" + line + "\"";
+            }
+        }
+    }
+    return text.empty() ||
+                   (text.starts_with("[General]\r\n") && found <= 5 && text.ends_with("\r\n"))
+               ? ""
+               : "the settings are \"" + text + "\"";
+}
+
+XEvent message(::Display* connection, ::Window about, const char* type,
+               std::initializer_list<long> values) {
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = about;
+    event.xclient.message_type = XInternAtom(connection, type, False);
+    event.xclient.format = 32;
+    std::ranges::copy(values, event.xclient.data.l);
+    return event;
+}
+
+/// To a window, or to the window manager by the root.
+void send(::Display* connection, ::Window to, XEvent event) {
+    const bool toManager = to == DefaultRootWindow(connection);
+    XSendEvent(connection, to, False,
+               toManager ? SubstructureNotifyMask | SubstructureRedirectMask : NoEventMask, &event);
+    XSync(connection, False);
+}
+
+} // namespace
+
+WatchedPlayer::WatchedPlayer(const Display& display, const std::string& program,
+                             Process::Environment environment)
+    : display_(&display), program_(folder_.file("zvonivec")), environment_(std::move(environment)),
+      connection_(XOpenDisplay(display.name().c_str())) {
+    std::filesystem::copy_file(program, program_);
+    // The toolkit's answer goes to those who watch the root itself.
+    XSelectInput(connection_, DefaultRootWindow(connection_), StructureNotifyMask);
+}
+
+WatchedPlayer::~WatchedPlayer() {
+    process_.terminate();
+    XCloseDisplay(connection_);
+}
+
+bool WatchedPlayer::start() {
+    process_ = Process({program_}, {.environment = environment_,
+                                    .outputFile = {},
+                                    .errorFile = folder_.file("messages"),
+                                    .directory = "/"});
+    return waitUntil([this] { return mainWindow().has_value() || !process_.running(); },
+                     std::chrono::seconds(60)) &&
+           process_.running();
+}
+
+std::vector<Window> WatchedPlayer::windows() const {
+    std::vector<Window> ours = titledWindows(*display_);
+    std::erase_if(ours, [this](const Window& window) {
+        return window.pid() != process_.pid() || !window.isShown();
+    });
+    return ours;
+}
+
+std::optional<Window> WatchedPlayer::mainWindow() const {
+    auto window = mainWindowEvenHidden();
+    return window && window->isShown() ? window : std::nullopt;
+}
+
+std::optional<Window> WatchedPlayer::mainWindowEvenHidden() const {
+    return findWindow(*display_, [this](const Window& window) {
+        return window.pid() == process_.pid() && window.title() == player::TITLE &&
+               window.place().width == player::WIDTH;
+    });
+}
+
+void WatchedPlayer::restore() const {
+    const auto window = mainWindowEvenHidden();
+    if (window && window->isMinimised()) {
+        // openbox shows a minimised window and one of another desktop alike.
+        const ::Window root = DefaultRootWindow(connection_);
+        send(connection_, root, message(connection_, root, "_NET_CURRENT_DESKTOP", {0}));
+        window->activate();
+    }
+}
+
+std::optional<std::chrono::milliseconds> WatchedPlayer::answer() {
+    using Clock = std::chrono::steady_clock;
+    const auto asked = mainWindowEvenHidden();
+    if (!asked) {
+        return std::chrono::milliseconds(0);
+    }
+    static long number = 0;
+    const Atom ping = XInternAtom(connection_, "_NET_WM_PING", False);
+    const long id = static_cast<long>(asked->id());
+    const auto begin = Clock::now();
+    send(
+        connection_, asked->id(),
+        message(connection_, asked->id(), "WM_PROTOCOLS", {static_cast<long>(ping), ++number, id}));
+    bool answered = false;
+    waitUntil(
+        [&] {
+            XEvent event;
+            while (XPending(connection_) > 0) {
+                XNextEvent(connection_, &event);
+                answered = answered || (event.type == ClientMessage &&
+                                        static_cast<Atom>(event.xclient.data.l[0]) == ping &&
+                                        event.xclient.data.l[1] == number);
+            }
+            return answered || !process_.running();
+        },
+        std::chrono::seconds(10));
+    if (!answered && process_.running()) {
+        return std::nullopt;
+    }
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+}
+
+std::string WatchedPlayer::judgeEnd() {
+    const auto code = process_.waitForExit();
+    if (!code) {
+        return "it doesn't end";
+    }
+    std::string wrong = *code == 0 ? "" : "it ended with " + std::to_string(*code);
+    const std::string messages = readFile(folder_.file("messages"));
+    if (messages.find("ERROR: ") != std::string::npos ||
+        messages.find("runtime error") != std::string::npos) {
+        wrong += wrong.empty() ? "" : "; ";
+        wrong += messages;
+    }
+    const std::string settings = judgeSettings(readFile(folder_.file("MP3.ini")));
+    if (!settings.empty()) {
+        wrong += (wrong.empty() ? "" : "; ") + settings;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
+        const std::string name = entry.path().filename();
+        if (name != "zvonivec" && name != "messages" && name != "MP3.ini") {
+            wrong += (wrong.empty() ? "it left " : "; it left ") + name;
+        }
+    }
+    return wrong;
+}
+
+} // namespace support
