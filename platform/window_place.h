@@ -18,7 +18,7 @@ namespace zvonivec {
 [[nodiscard]] bool placesAreReported();
 
 /// Returns the place of a window, or nothing when the system doesn't report it. When the system is
-/// gone, that is the place that it reported last.
+/// gone, that is the place that it reported last, or that the window was asked to take since.
 [[nodiscard]] std::optional<QPointF> placeOf(const QWidget& window);
 
 /// Moves a window to the nearest device pixel. A window manager may put it elsewhere.

@@ -99,7 +99,7 @@ std::optional<QPointF> placeOf(const QWidget& window) {
             nullptr),
         &std::free);
     const auto place = reply ? std::optional(QPoint(reply->dst_x, reply->dst_y))
-                             : x11::reportedPlace(numberOf(window)); // the server is gone
+                             : x11::lastPlace(numberOf(window)); // the server is gone
     return place ? std::optional(toLogical(*place)) : std::nullopt;
 }
 
@@ -118,6 +118,7 @@ void moveWindow(QWidget& window, QPointF place) {
         xcb_configure_window(server, numberOf(window), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
                              values.data());
         xcb_flush(server);
+        x11::expectPlace(numberOf(window), device);
     }
 }
 

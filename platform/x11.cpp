@@ -174,7 +174,8 @@ public:
 
     std::optional<Press> press; ///< the one that the toolkit serves or has served last
     unsigned configureEvents = 0;
-    std::map<xcb_window_t, QPoint> places; ///< on the screen, as they were reported last
+    std::map<xcb_window_t, QPoint>
+        places; ///< on the screen, as they were reported or asked for last
     std::vector<Listener> onMap;
     std::vector<Listener> onCompositor;
 
@@ -252,11 +253,17 @@ unsigned configureEvents() {
     return events != nullptr ? events->configureEvents : 0;
 }
 
-std::optional<QPoint> reportedPlace(xcb_window_t window) {
+std::optional<QPoint> lastPlace(xcb_window_t window) {
     if (events == nullptr || !events->places.contains(window)) {
         return std::nullopt;
     }
     return events->places[window];
+}
+
+void expectPlace(xcb_window_t window, QPoint place) {
+    if (events != nullptr) {
+        events->places[window] = place;
+    }
 }
 
 void onCompositorChange(QObject* receiver, std::function<void()> function) {

@@ -55,9 +55,11 @@ void watchEvents();
 std::optional<Press> lastPress();
 /// Returns the number of messages about windows' places since then.
 unsigned configureEvents();
-/// Returns the place of a window on the screen, in device pixels, in the last of those messages;
-/// nothing when there was none.
-std::optional<QPoint> reportedPlace(xcb_window_t window);
+/// Returns the place of a window on the screen, in device pixels: the one in the last of those
+/// messages, or the one that the window was asked to take since. Nothing when there is neither.
+std::optional<QPoint> lastPlace(xcb_window_t window);
+/// Takes note of a place that a window has been asked to take.
+void expectPlace(xcb_window_t window, QPoint place);
 /// Calls a function whenever a compositor begins or ends its work.
 void onCompositorChange(QObject* receiver, std::function<void()> function);
 /// Calls a function whenever a window has been mapped.

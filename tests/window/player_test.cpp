@@ -1,7 +1,10 @@
 #include "tests/window/player_test.h"
 
+#include "platform/window_place.h"
 #include "tests/window/input.h"
 
+#include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
 #include <qtestsupport_core.h>
 #include <qtestsupport_widgets.h>
@@ -79,6 +82,12 @@ void PlayerTest::open(const std::string& path) {
 
 QWidget& PlayerTest::window() const {
     return *QWidget::find(player_->hWnd());
+}
+
+bool PlayerTest::isCentred() const {
+    const QRectF screen = QGuiApplication::primaryScreen()->geometry();
+    const QRectF now(placeOf(window()).value_or(QPointF()), window().size());
+    return (now.center() - screen.center()).manhattanLength() <= 2;
 }
 
 QWidget& PlayerTest::popupWindow() {

@@ -81,6 +81,8 @@ protected:
     void moveOverBody();
 
     [[nodiscard]] QWidget& window() const;
+    /// Whether the window stands in the middle of the screen, as far as whole pixels allow.
+    [[nodiscard]] bool isCentred() const;
     [[nodiscard]] QWidget& popupWindow();
     /// Returns the widget of a control in either window.
     QWidget& widgetOfControl(const Control& control);

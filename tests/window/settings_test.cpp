@@ -3,8 +3,6 @@
 #include "platform/window_place.h"
 #include "tests/window/player_test.h"
 
-#include <QGuiApplication>
-#include <QScreen>
 #include <cmath>
 #include <filesystem>
 
@@ -28,17 +26,11 @@ protected:
         return serveUntil(
             [this] { return player().WindowState() == Form::WindowState::minimised; });
     }
-    void expectCentred() {
-        const QRect screen = QGuiApplication::primaryScreen()->geometry();
-        EXPECT_TRUE(serveUntil([&] {
-            return (window().geometry().center() - screen.center()).manhattanLength() <= 2;
-        }));
-    }
 };
 
 TEST_F(Settings, HaveDefaultsWithoutAFileAndCreateItAtTheEnd) {
     start();
-    expectCentred();
+    EXPECT_TRUE(serveUntil([this] { return isCentred(); }));
     expect(0, 1, 50);
     const std::string left = std::to_string(static_cast<int>(player().Left()));
     const std::string top = std::to_string(static_cast<int>(player().Top()));
@@ -117,7 +109,7 @@ TEST_F(Settings, TextsThatAreNoNumbersChangeNothing) {
     const float before = player().Left();
     start();
     EXPECT_EQ(player().Left(), before);
-    EXPECT_TRUE(serveUntil([this] { return window().y() == 30; }));
+    EXPECT_TRUE(serveUntil([this] { return placeOf(window()).value_or(QPointF()).y() == 30; }));
     expect(0, 0, 35);
 }
 

@@ -1,10 +1,7 @@
-#include "platform/window_place.h"
 #include "tests/window/player_test.h"
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QRegion>
-#include <QScreen>
 #include <fstream>
 
 namespace zvonivec {
@@ -29,11 +26,7 @@ TEST_F(StartUp, LeavesTheProgramIdle) {
 
 TEST_F(StartUp, WithoutSettingsTakesTheDefaults) {
     start();
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    EXPECT_TRUE(serveUntil([&] {
-        const QRectF now(placeOf(window()).value_or(QPointF()), window().size());
-        return (now.center() - QRectF(screen).center()).manhattanLength() <= 2;
-    }));
+    EXPECT_TRUE(serveUntil([this] { return isCentred(); }));
     EXPECT_EQ(player().Popup().chkPopup[popupOnTop].Value(), 0);
     EXPECT_EQ(player().Popup().chkPopup[popupRepeat].Value(), 1);
     EXPECT_EQ(engine().settings().volume(), 50);
