@@ -163,6 +163,10 @@ public:
         } else if (type == XCB_REPARENT_NOTIFY) {
             const auto* reparented = static_cast<const xcb_reparent_notify_event_t*>(message);
             hasFrame_[reparented->window] = reparented->parent != root_;
+        } else if (type == XCB_DESTROY_NOTIFY) {
+            const auto* destroyed = static_cast<const xcb_destroy_notify_event_t*>(message);
+            hasFrame_.erase(destroyed->window);
+            places.erase(destroyed->window);
         } else if (type == XCB_MAP_NOTIFY) {
             call(onMap, static_cast<const xcb_map_notify_event_t*>(message)->window);
         } else if (selectionEvent_ != 0 && type == selectionEvent_ &&
