@@ -12,7 +12,13 @@ std::optional<Window> MenuTest::menu() const {
 
 void MenuTest::openMenu(Point place) {
     click(place, 3);
-    ASSERT_TRUE(waitUntil([this] { return menu().has_value(); }));
+    const auto shown = [this] { return menu().has_value(); };
+    // A window manager that still closes a menu of its own, or takes in that a dialog has gone,
+    // loses a click now and then, with any program. A user clicks again.
+    if (display_.hasWindowManager() && !waitUntil(shown, std::chrono::seconds(2))) {
+        click(place, 3);
+    }
+    ASSERT_TRUE(waitUntil(shown));
 }
 
 void MenuTest::moveWindow(Point wanted) {
