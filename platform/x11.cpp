@@ -178,8 +178,7 @@ public:
 
     std::optional<Press> press; ///< the one that the toolkit serves or has served last
     unsigned configureEvents = 0;
-    std::map<xcb_window_t, QPoint>
-        places; ///< on the screen, as they were reported or asked for last
+    std::map<xcb_window_t, QPoint> places; ///< on the screen: last reported or asked for
     std::vector<Listener> onMap;
     std::vector<Listener> onCompositor;
 

@@ -1,5 +1,5 @@
-// hostile_files FOLDER COUNT SEED: writes files that look like MP3 files and are wrong in every way
-// that we know. A file depends on the seed and its number alone.
+// hostile_files FOLDER COUNT SEED: writes files that begin like music and then go wrong: false
+// sizes, cut frames, floods of bytes. Equal arguments give equal files.
 
 #include "tests/support/mp3_samples.h"
 #include "tests/support/process.h"
