@@ -349,6 +349,8 @@ PlainWindow::PlainWindow(const Display& display, const Rectangle& place, std::ui
     XSync(connection_, False);
     window_ = Window(display, window);
     waitUntil([this] { return window_.isShown(); });
+    // A window manager shows a new window first, and then raises it and gives it the keyboard.
+    display.waitForWindowManager();
 }
 
 PlainWindow::~PlainWindow() {
