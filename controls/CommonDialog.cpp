@@ -4,6 +4,7 @@
 #include "controls/private/open_dialog.h"
 #include "platform/desktop_dialogs.h"
 #include "platform/dialog_end.h"
+#include "platform/memory_return.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -81,6 +82,7 @@ std::optional<std::string> SystemDialog::ShowOpen() {
         chosen = showDesktopsDialog(owner, shown);
     }
     if (!shown) {
+        const MemoryReturn giveBack;
         OpenDialog dialog(
             owner, {.title = QString::fromStdString(DialogTitle),
                     .folder = startFolder(),

@@ -2,6 +2,7 @@
 // runs out of the window, and a long text out of the screen.
 
 #include "platform/box_icon.h"
+#include "platform/memory_return.h"
 #include "platform/modDeklarace.h"
 
 #include <QAccessible>
@@ -90,6 +91,7 @@ BoxIcon::Kind iconOf(int style) {
 void MessageBoxA(std::uintptr_t owner, const std::string& text, const std::string& title,
                  int style) {
     QAccessible::installFactory(makeAccessible); // once, however often it is called
+    const MemoryReturn giveBack;
     Box box(QWidget::find(owner), QString::fromStdString(text));
     box.setWindowTitle(QString::fromStdString(title));
     // Minimised, it would take the way back to the player with it.

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QImage>
+#include <QPixmapCache>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
@@ -86,6 +87,20 @@ TEST_F(Boxes, CanBeClosedAndMovedButNotMinimised) {
     });
     boxes.MsgBox("x", vbInformation, "y");
     EXPECT_EQ(seen(), 1);
+}
+
+TEST_F(Boxes, LeaveNoPicturesOfWindowsBehind) {
+    ModalMessageBoxes boxes;
+    boxes.setOwner(player());
+    const QString key = QStringLiteral("a part of a window");
+    QPixmap kept;
+    whenShown<QDialog>([&](QDialog& /*box*/) {
+        QPixmapCache::insert(key, QPixmap(1, 1));
+        EXPECT_TRUE(QPixmapCache::find(key, &kept));
+    });
+    boxes.MsgBox("x", vbInformation, "y");
+    EXPECT_EQ(seen(), 1);
+    EXPECT_FALSE(QPixmapCache::find(key, &kept));
 }
 
 TEST_F(Boxes, TheAboutBoxIsNoWiderThan420Pixels) {

@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPixmapCache>
 #include <QLocale>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -365,6 +366,16 @@ TEST_F(OpenDialogTest, KeepsNothingOfAFolderAfterItsEnd) {
         before = after;
     }
     EXPECT_LT(least, 4000) << "bytes";
+}
+
+TEST_F(OpenDialogTest, LeavesNoPicturesOfWindowsBehind) {
+    const QString key = QStringLiteral("a part of a window");
+    QPixmap kept;
+    show([&] {
+        QPixmapCache::insert(key, QPixmap(1, 1));
+        ASSERT_TRUE(QPixmapCache::find(key, &kept));
+    });
+    EXPECT_FALSE(QPixmapCache::find(key, &kept));
 }
 
 /// Where the dialog opens.
