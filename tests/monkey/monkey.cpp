@@ -1,5 +1,6 @@
-// monkey PROGRAM SECONDS SEED: plays with the player as no person would, and tells what it found.
-// The same seed makes the same choices; what they hit depends on the machine's speed too.
+// monkey PROGRAM SECONDS SEED [ACTION...]: plays with the player as no person would, or with these
+// actions alone, and tells what it found. The same seed makes the same choices; what they hit
+// depends on the machine's speed too.
 
 #include "tests/desktop/player_window.h"
 #include "tests/monkey/figures.h"
@@ -12,7 +13,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <random>
 #include <thread>
 
@@ -35,8 +35,13 @@ constexpr int LAST_LINE = 28; ///< its last line ends the program
 
 class Monkey {
 public:
-    Monkey(const std::string& program, unsigned long seed)
+    /// Without names all actions.
+    Monkey(const std::string& program, unsigned long seed, const std::vector<std::string>& names)
         : random_(seed), player_(display_, program, environment()) {
+        for (const Action& action : ACTIONS) {
+            const bool wanted = names.empty() || std::ranges::count(names, action.name) > 0;
+            weights_.push_back(wanted ? action.weight : 0);
+        }
         for (const char* bitrate : {"64", "128", "320"}) {
             const std::string file = folder_.file(bitrate + std::string(".mp3"));
             support::encodeNoise(file, 3, {"-b", bitrate});
@@ -45,6 +50,11 @@ public:
         support::writeFile(folder_.file("no music.mp3"), support::randomBytes(5000, 1));
         files_.push_back(folder_.file("no music.mp3"));
         files_.push_back(folder_.file("nothing.mp3"));
+    }
+
+    [[nodiscard]] static bool canDo(const std::string& name) {
+        return std::ranges::any_of(ACTIONS,
+                                   [&](const Action& action) { return name == action.name; });
     }
 
     /// Returns whether nothing was found.
@@ -130,26 +140,13 @@ private:
     struct Action {
         int weight;
         const char* name;
-        std::function<void(Monkey&)> run;
+        void (Monkey::*run)();
     };
+    static const std::array<Action, 10> ACTIONS;
 
     void act() {
-        static const std::vector<Action> actions{{30, "click", &Monkey::clickSomewhere},
-                                                 {25, "command", &Monkey::clickCommand},
-                                                 {10, "drag", &Monkey::drag},
-                                                 {10, "wheel", &Monkey::turnWheel},
-                                                 {15, "key", &Monkey::pressKey},
-                                                 {5, "open", &Monkey::openFile},
-                                                 {5, "wait", &Monkey::wait},
-                                                 {2, "window", &Monkey::useWindowManager},
-                                                 {1, "sound", &Monkey::disturbSound},
-                                                 {3, "escape", &Monkey::escape}};
-        std::vector<int> weights;
-        for (const Action& action : actions) {
-            weights.push_back(action.weight);
-        }
-        const Action& chosen = actions[static_cast<std::size_t>(
-            std::discrete_distribution<int>(weights.begin(), weights.end())(random_))];
+        const Action& chosen = ACTIONS[static_cast<std::size_t>(
+            std::discrete_distribution<int>(weights_.begin(), weights_.end())(random_))];
         ++actions_;
         last_ += last_.empty() ? "" : " ";
         last_ += chosen.name;
@@ -157,7 +154,7 @@ private:
             last_.erase(0, last_.find(' ') + 1);
         }
         player_.restore();
-        chosen.run(*this);
+        (this->*chosen.run)();
     }
 
     /// A point of a window of the player, or nothing: beside its outline lies the desktop.
@@ -325,6 +322,7 @@ private:
         line("descriptors", "", descriptors_);
     }
 
+    std::vector<int> weights_; ///< of the actions, 0 for those that aren't wanted
     std::mt19937_64 random_;
     support::TemporaryFolder folder_;
     support::Display display_;
@@ -344,14 +342,26 @@ private:
     int findings_ = 0;
 };
 
+constexpr std::array<Monkey::Action, 10> Monkey::ACTIONS{{{30, "click", &Monkey::clickSomewhere},
+                                                          {25, "command", &Monkey::clickCommand},
+                                                          {10, "drag", &Monkey::drag},
+                                                          {10, "wheel", &Monkey::turnWheel},
+                                                          {15, "key", &Monkey::pressKey},
+                                                          {5, "open", &Monkey::openFile},
+                                                          {5, "wait", &Monkey::wait},
+                                                          {2, "window", &Monkey::useWindowManager},
+                                                          {1, "sound", &Monkey::disturbSound},
+                                                          {3, "escape", &Monkey::escape}}};
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 4) {
-        std::fputs("usage: monkey PROGRAM SECONDS SEED\n", stderr);
+    const std::vector<std::string> names(argv + std::min(argc, 4), argv + argc);
+    if (argc < 4 || !std::ranges::all_of(names, &Monkey::canDo)) {
+        std::fputs("usage: monkey PROGRAM SECONDS SEED [ACTION...]\n", stderr);
         return 2;
     }
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    Monkey monkey(argv[1], std::strtoul(argv[3], nullptr, 10));
+    Monkey monkey(argv[1], std::strtoul(argv[3], nullptr, 10), names);
     return monkey.play(std::chrono::seconds(std::strtol(argv[2], nullptr, 10))) ? 0 : 1;
 }
