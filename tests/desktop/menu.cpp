@@ -1,5 +1,7 @@
 #include "tests/desktop/menu.h"
 
+#include "tests/support/alive_question.h"
+
 namespace support {
 
 std::optional<Window> MenuTest::menu() const {
@@ -22,9 +24,10 @@ void MenuTest::openMenu(Point place) {
 }
 
 void MenuTest::moveWindow(Point wanted) {
-    // Until the player has been painted it looks after its place itself.
+    // When the player has been painted it looks once more whether it is in its place.
     ASSERT_TRUE(
         waitUntil([&] { return player_->showsButton(player::close, player::Look::normal); }));
+    ASSERT_TRUE(AliveQuestion(display_).ask(player_->window(), [] { return true; }));
     player_->window().moveTo(wanted);
     ASSERT_TRUE(waitUntil([&] {
         const Rectangle now = player_->window().place();

@@ -2,10 +2,7 @@
 
 #include "tests/desktop/player_window.h"
 
-#include <X11/Xlib.h>
-#include <algorithm>
 #include <filesystem>
-#include <initializer_list>
 #include <sstream>
 
 namespace support {
@@ -47,39 +44,17 @@ std::string judgeSettings(const std::string& text) {
                : "the settings are \"" + text + "\"";
 }
 
-XEvent message(::Display* connection, ::Window about, const char* type,
-               std::initializer_list<long> values) {
-    XEvent event = {};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = about;
-    event.xclient.message_type = XInternAtom(connection, type, False);
-    event.xclient.format = 32;
-    std::ranges::copy(values, event.xclient.data.l);
-    return event;
-}
-
-/// To a window, or to the window manager by the root.
-void send(::Display* connection, ::Window to, XEvent event) {
-    const bool toManager = to == DefaultRootWindow(connection);
-    XSendEvent(connection, to, False,
-               toManager ? SubstructureNotifyMask | SubstructureRedirectMask : NoEventMask, &event);
-    XSync(connection, False);
-}
-
 } // namespace
 
 WatchedPlayer::WatchedPlayer(const Display& display, const std::string& program,
                              Process::Environment environment)
-    : display_(&display), program_(folder_.file("zvonivec")), environment_(std::move(environment)),
-      connection_(XOpenDisplay(display.name().c_str())) {
+    : display_(&display), question_(display), program_(folder_.file("zvonivec")),
+      environment_(std::move(environment)) {
     std::filesystem::copy_file(program, program_);
-    // The toolkit's answer goes to those who watch the root itself.
-    XSelectInput(connection_, DefaultRootWindow(connection_), StructureNotifyMask);
 }
 
 WatchedPlayer::~WatchedPlayer() {
     process_.terminate();
-    XCloseDisplay(connection_);
 }
 
 bool WatchedPlayer::start() {
@@ -116,42 +91,18 @@ void WatchedPlayer::restore() const {
     const auto window = mainWindowEvenHidden();
     if (window && window->isMinimised()) {
         // openbox shows a minimised window and one of another desktop alike.
-        const ::Window root = DefaultRootWindow(connection_);
-        send(connection_, root, message(connection_, root, "_NET_CURRENT_DESKTOP", {0}));
+        showFirstDesktop(*display_);
         window->activate();
     }
 }
 
 std::optional<std::chrono::milliseconds> WatchedPlayer::answer() {
-    using Clock = std::chrono::steady_clock;
     const auto asked = mainWindowEvenHidden();
     if (!asked) {
         return std::chrono::milliseconds(0);
     }
-    static long number = 0;
-    const Atom ping = XInternAtom(connection_, "_NET_WM_PING", False);
-    const long id = static_cast<long>(asked->id());
-    const auto begin = Clock::now();
-    send(
-        connection_, asked->id(),
-        message(connection_, asked->id(), "WM_PROTOCOLS", {static_cast<long>(ping), ++number, id}));
-    bool answered = false;
-    waitUntil(
-        [&] {
-            XEvent event;
-            while (XPending(connection_) > 0) {
-                XNextEvent(connection_, &event);
-                answered = answered || (event.type == ClientMessage &&
-                                        static_cast<Atom>(event.xclient.data.l[0]) == ping &&
-                                        event.xclient.data.l[1] == number);
-            }
-            return answered || !process_.running();
-        },
-        std::chrono::seconds(10));
-    if (!answered && process_.running()) {
-        return std::nullopt;
-    }
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+    const auto answer = question_.ask(*asked, [this] { return process_.running(); });
+    return answer || process_.running() ? answer : std::chrono::milliseconds(0);
 }
 
 std::string WatchedPlayer::judgeEnd() {

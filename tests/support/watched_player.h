@@ -1,6 +1,7 @@
 // A player that is treated badly: started, asked whether it is alive, and judged at its end.
 #pragma once
 
+#include "tests/support/alive_question.h"
 #include "tests/support/display.h"
 #include "tests/support/window.h"
 
@@ -47,11 +48,11 @@ private:
     [[nodiscard]] std::optional<Window> mainWindowEvenHidden() const;
 
     const Display* display_;
+    AliveQuestion question_;
     TemporaryFolder folder_;
     std::string program_;
     Process::Environment environment_;
     Process process_;
-    ::_XDisplay* connection_; ///< for answers
 };
 
 } // namespace support

@@ -221,6 +221,11 @@ void Window::raise() const {
     XSync(display_->connection(), False);
 }
 
+void showFirstDesktop(const Display& display) {
+    tellRoot(display, DefaultRootWindow(display.connection()), "_NET_CURRENT_DESKTOP", 0,
+             CurrentTime);
+}
+
 std::vector<Window> titledWindows(const Display& display) {
     ::Display* connection = display.connection();
     std::vector<Window> result;

@@ -65,6 +65,9 @@ private:
     Id id_;
 };
 
+/// Asks the window manager for the first of its desktops.
+void showFirstDesktop(const Display& display);
+
 /// Returns all windows that have a title, shown or not, in stacking order from the bottom.
 std::vector<Window> titledWindows(const Display& display);
 
