@@ -13,9 +13,9 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPixmapCache>
 #include <QLocale>
 #include <QMouseEvent>
+#include <QPixmapCache>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTimer>
