@@ -76,7 +76,13 @@ Application::Application(const std::string& backEnds) : toolkit_(std::make_uniqu
 Application::~Application() = default;
 
 int Application::run() {
-    return loadedForms > 0 ? QApplication::exec() : 0;
+    const int code = loadedForms > 0 ? QApplication::exec() : 0;
+    if (loadedForms > 0) {
+        // The display has gone. Then some versions of the toolkit end its loop, others the process:
+        // what is done at the process's end is done in either case.
+        std::exit(code);
+    }
+    return code;
 }
 
 void Application::formLoaded() {

@@ -17,6 +17,7 @@ public:
     ~Application();
 
     /// Processes events until the last form has been unloaded. Returns the process's exit code.
+    /// Ends the process when the display goes first.
     int run();
 
     /// Posts a function to the user-interface thread. Posted functions run later and in order.
