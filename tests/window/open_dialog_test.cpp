@@ -221,6 +221,7 @@ TEST_F(OpenDialogTest, ADoubleClickOpensAFolderAndChoosesAFile) {
                   doubleClick(list(), 0);
                   ASSERT_TRUE(lists({"a.mp3"}));
                   list().setFocus();
+                  ASSERT_TRUE(serveUntil([&] { return list().hasFocus(); }));
                   input::key(*shown().windowHandle(), Qt::Key_Backspace);
                   ASSERT_TRUE(lists({"inner"}));
                   doubleClick(list(), 0);
