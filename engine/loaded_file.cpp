@@ -11,8 +11,9 @@ using namespace std::chrono_literals;
 
 /// Wait of one call, short enough to go unnoticed.
 constexpr auto SHORT_WAIT = 5ms;
-/// Time after loading from which on nobody waits for a slow disk.
-constexpr auto LONGEST_WAIT = 150ms;
+/// Time after loading from which on nobody waits for a slow disk: a window that answers later than
+/// a tenth of a second seems to stand still.
+constexpr auto LONGEST_WAIT = 80ms;
 
 } // namespace
 

@@ -45,9 +45,9 @@ public:
     [[nodiscard]] Facts facts() const;
     [[nodiscard]] Measurement measurement() const;
 
-    /// Waits for the file's kind, until 150 ms after loading. Returns whether it is known.
+    /// Waits for the file's kind, until 80 ms after loading. Returns whether it is known.
     [[nodiscard]] bool waitUntilKindIsKnown() const;
-    /// Waits a few milliseconds for the facts, but not beyond 150 ms after loading. Returns whether
+    /// Waits a few milliseconds for the facts, but not beyond 80 ms after loading. Returns whether
     /// waiting is over: the facts are known, or the caller has to do with the estimates.
     [[nodiscard]] bool waitIsOver() const;
 

@@ -3,7 +3,7 @@
 // Rules for callers
 //  * All functions are called on the user-interface thread, and its events are raised on it.
 //  * No function throws. A call that can't be carried out changes nothing.
-//  * No function waits for the disk or the device, with three exceptions: setURL waits 150 ms at
+//  * No function waits for the disk or the device, with three exceptions: setURL waits 80 ms at
 //    most for the part of the file that "Filetype" needs; isReadOnlyItem("Bitrate") takes a few
 //    milliseconds before it returns False, so that a caller may ask it in a loop; the destructor
 //    waits for the device to be closed, half a second at most. Where the system gives no thread,
@@ -80,7 +80,7 @@ public:
         [[nodiscard]] virtual std::string getItemInfo(std::string_view name) const = 0;
 
         /// Whether an attribute is fixed: "Filetype" once the file's kind is known, the others once
-        /// the file has been measured. "Bitrate" answers True 150 ms after setURL even so: a caller
+        /// the file has been measured. "Bitrate" answers True 80 ms after setURL even so: a caller
         /// then has the estimates that there are, and MediaChange follows. Without a file, and for
         /// one that can't be measured, all are fixed.
         [[nodiscard]] virtual bool isReadOnlyItem(std::string_view name) const = 0;
@@ -111,7 +111,7 @@ public:
     /// Replaces the loaded file. No event is raised for the old file, now or later. The empty text
     /// unloads. A file that can't be played is loaded too: "Filetype" says what it is, and only
     /// playing it raises MediaError. "Filetype" is known on return unless the disk takes more than
-    /// 150 ms for it; MediaChange is raised later then.
+    /// 80 ms for it; MediaChange is raised later then.
     virtual void setURL(const std::string& path) = 0;
 
     /// Changes only on the user-interface thread, within a call or right before an event.

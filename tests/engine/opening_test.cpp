@@ -23,7 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Longest that a caller may wait for a disk, with a margin for a busy machine.
-constexpr double LONGEST_WAIT = 150 + 60;
+constexpr double LONGEST_WAIT = 80 + 60;
 
 class FileInMemory final : public FileReader {
 public:
