@@ -1,5 +1,5 @@
-// faults PROGRAM [PATTERN]: breaks one thing after another under a player that plays, and prints
-// for each what the user sees, whether the player went on, and how long it didn't answer.
+// faults PROGRAM SLOW_DISK [PATTERN]: breaks one thing after another under a player that plays, and
+// prints for each what the user sees, whether the player went on, and how long it didn't answer.
 
 #include "tests/desktop/player_window.h"
 #include "tests/support/message_bus.h"
@@ -12,7 +12,10 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <memory>
+#include <sys/resource.h>
 #include <thread>
 
 namespace {
@@ -23,18 +26,70 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds LONGEST_WITHOUT_ANSWER = 100ms;
 
+/// A disk whose files are those of a folder, and which can become slow or fail.
+class SlowDisk {
+public:
+    SlowDisk(const std::string& program, const std::string& folder)
+        : process_({program, folder, place_.path(), mood_}, {}) {}
+    SlowDisk(const SlowDisk&) = delete;
+    SlowDisk& operator=(const SlowDisk&) = delete;
+    ~SlowDisk() {
+        become("");
+        process_.terminate();
+    }
+
+    [[nodiscard]] std::string file(const std::string& name) const { return place_.file(name); }
+
+    /// From now on it is well (empty), serves nothing ("stall"), answers with errors ("fail"), or
+    /// reads so many bytes a second ("rate 10000").
+    void become(const std::string& mood) const {
+        support::writeFile(mood_ + ".new", mood + "\n");
+        std::filesystem::rename(mood_ + ".new", mood_);
+    }
+
+private:
+    support::TemporaryFolder folder_;
+    support::TemporaryFolder place_;
+    std::string mood_ = folder_.file("mood");
+    support::Process process_;
+};
+
+/// What a fault needs beside a display and a sound server.
+struct Stage {
+    support::PulseServer::Kind server = support::PulseServer::Kind::rewinding;
+    bool isOnSlowDisk = false; ///< the tracks are on a disk that can become slow
+    bool hasFakeClock = false; ///< the player's clock can be set
+};
+
+/// A library by which a program's clock can be set, or an empty path.
+std::string fakeClock() {
+    for (const auto& entry : std::filesystem::directory_iterator("/usr/lib")) {
+        const auto library = entry.path() / "faketime" / "libfaketime.so.1";
+        if (std::filesystem::exists(library)) {
+            return library;
+        }
+    }
+    return {};
+}
+
 /// A desktop with a player that plays a track of a minute.
 class Scene {
 public:
-    Scene(const std::string& program, support::PulseServer::Kind kind)
-        : sound(support::PulseServer::Sink(), kind), player_(display, program, environment()) {
+    Scene(const std::string& program, const std::string& slowDisk, const Stage& stage)
+        : sound(support::PulseServer::Sink(), stage.server),
+          player_(display, program, environment(stage)) {
         support::encodeNoise(track, 60, {"-b", "128"});
-        other = folder.file("other.mp3");
         support::encodeNoise(other, 20, {"-b", "64"});
+        if (stage.isOnSlowDisk) {
+            disk = std::make_unique<SlowDisk>(slowDisk, folder.path());
+            track = disk->file("track.mp3");
+            other = disk->file("other.mp3");
+        }
     }
 
     [[nodiscard]] bool begin() {
-        if (!support::waitUntil([this] { return sound.running(); }) || !player_.start()) {
+        const auto ready = [this] { return sound.running() && std::filesystem::exists(track); };
+        if (!support::waitUntil(ready) || !player_.start()) {
             return false;
         }
         open(track);
@@ -78,11 +133,20 @@ public:
     support::Pointer pointer{display};
     support::Keyboard keyboard{display};
     std::string track = folder.file("track.mp3");
-    std::string other;
+    std::string other = folder.file("other.mp3");
+    std::string clock = folder.file("clock"); ///< what is added to the player's clock, in seconds
+    std::unique_ptr<SlowDisk> disk;
 
 private:
-    support::Process::Environment environment() {
+    support::Process::Environment environment(const Stage& stage) {
         support::Process::Environment all = display.environment();
+        if (stage.hasFakeClock) {
+            support::writeFile(clock, "+0");
+            all.insert(all.end(), {{"LD_PRELOAD", fakeClock()},
+                                   {"FAKETIME_TIMESTAMP_FILE", clock},
+                                   {"FAKETIME_NO_CACHE", "1"},
+                                   {"FAKETIME_DONT_FAKE_MONOTONIC", "1"}});
+        }
         for (const auto& more : {sound.environment(), bus.environment()}) {
             all.insert(all.end(), more.begin(), more.end());
         }
@@ -105,10 +169,64 @@ struct Fault {
     Outcome outcome;
     std::function<void(Scene&)> breakIt;
     milliseconds watched = 4s; ///< the player is asked all that time
-    support::PulseServer::Kind server = support::PulseServer::Kind::rewinding;
+    Stage stage = {};
 };
 
-constexpr auto PIPE_WIRE = support::PulseServer::Kind::pipeWire;
+constexpr Stage PIPE_WIRE{.server = support::PulseServer::Kind::pipeWire};
+constexpr Stage SLOW_DISK{.isOnSlowDisk = true};
+constexpr Stage FAKE_CLOCK{.hasFakeClock = true};
+
+/// Lets the disk serve nothing for some time.
+std::function<void(Scene&)> stallDisk(milliseconds time) {
+    return [time](Scene& scene) {
+        scene.disk->become("stall");
+        std::thread([&scene, time] {
+            std::this_thread::sleep_for(time);
+            scene.disk->become("");
+        }).detach();
+    };
+}
+
+/// Opens the other track from a disk that reads so many bytes a second.
+std::function<void(Scene&)> openFromDisk(int rate) {
+    return [rate](Scene& scene) {
+        scene.disk->become("rate " + std::to_string(rate));
+        scene.open(scene.other);
+    };
+}
+
+/// The player gets no more of a resource than this.
+void limit(Scene& scene, __rlimit_resource resource, rlim_t most) {
+    const rlimit limits{most, most};
+    prlimit(scene.player().process().pid(), resource, &limits, nullptr);
+}
+
+/// The player gets no more descriptors than it has.
+void limitFiles(Scene& scene) {
+    rlim_t most = 0;
+    const std::string pid = std::to_string(scene.player().process().pid());
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/" + pid + "/fd")) {
+        most = std::max<rlim_t>(most, std::stoul(entry.path().filename()) + 1);
+    }
+    limit(scene, RLIMIT_NOFILE, most);
+}
+
+/// Stops the player's process for some time.
+std::function<void(Scene&)> stopProcess(milliseconds time) {
+    return [time](Scene& scene) {
+        scene.player().process().signal(SIGSTOP);
+        std::this_thread::sleep_for(time);
+        scene.player().process().signal(SIGCONT);
+    };
+}
+
+/// Fills the disk on which the settings are.
+void fillDisk(Scene& scene) {
+    std::ofstream filler(scene.folder.file("filler"), std::ios::binary);
+    const std::string block(1 << 20, 'x');
+    while (filler.write(block.data(), static_cast<std::streamsize>(block.size())).flush()) {
+    }
+}
 
 /// Kills one of the server's processes.
 std::function<void(Scene&)> killPart(const std::string& name) {
@@ -178,12 +296,28 @@ const std::vector<Fault>& faults() {
         {"message bus killed", Outcome::plays, [](Scene& scene) { scene.bus.kill(); }},
         {"window manager killed", Outcome::plays,
          [](Scene& scene) { scene.display.killWindowManager(); }},
-        {"process stopped for 5 s", Outcome::plays,
-         [](Scene& scene) {
-             scene.player().process().signal(SIGSTOP);
-             std::this_thread::sleep_for(5s);
-             scene.player().process().signal(SIGCONT);
-         }},
+        {"process stopped for 5 s", Outcome::plays, stopProcess(5s)},
+        {"process stopped for a minute", Outcome::plays, stopProcess(60s)},
+        {"clock set a day ahead", Outcome::plays,
+         [](Scene& scene) { support::writeFile(scene.clock, "+86400"); }, 4s, FAKE_CLOCK},
+        {"clock set a day back", Outcome::plays,
+         [](Scene& scene) { support::writeFile(scene.clock, "-86400"); }, 4s, FAKE_CLOCK},
+        {"disk serves nothing for 5 s", Outcome::plays, stallDisk(5s), 9s, SLOW_DISK},
+        {"disk serves nothing for a minute", Outcome::plays, stallDisk(60s), 66s, SLOW_DISK},
+        {"disk fails", Outcome::box, [](Scene& scene) { scene.disk->become("fail"); }, 9s,
+         SLOW_DISK},
+        {"file opened from a disk of 10 kB/s", Outcome::plays, openFromDisk(10'000), 20s,
+         SLOW_DISK},
+        {"file opened from a disk of 100 kB/s", Outcome::plays, openFromDisk(100'000), 9s,
+         SLOW_DISK},
+        {"file opened from a disk of 5 MB/s", Outcome::plays, openFromDisk(5'000'000), 9s,
+         SLOW_DISK},
+        {"no more memory for the process", Outcome::plays,
+         [](Scene& scene) { limit(scene, RLIMIT_AS, 0); }},
+        {"no more files for the process", Outcome::plays, limitFiles},
+        {"no size for its files", Outcome::plays,
+         [](Scene& scene) { limit(scene, RLIMIT_FSIZE, 0); }},
+        {"disk of the settings full", Outcome::plays, fillDisk},
         {"SIGHUP", Outcome::ends, [](Scene& scene) { scene.player().process().signal(SIGHUP); }},
         {"SIGINT", Outcome::ends, [](Scene& scene) { scene.player().process().signal(SIGINT); }},
         {"SIGTERM", Outcome::ends, [](Scene& scene) { scene.player().process().signal(SIGTERM); }},
@@ -217,8 +351,8 @@ Outcome outcomeOf(Scene& scene) {
 }
 
 /// Returns whether all is as it shall be.
-bool tryOut(const std::string& program, const Fault& fault) {
-    Scene scene(program, fault.server);
+bool tryOut(const std::string& program, const std::string& slowDisk, const Fault& fault) {
+    Scene scene(program, slowDisk, fault.stage);
     if (!scene.begin()) {
         std::printf("| %s | | didn't begin | |\n", fault.name);
         return false;
@@ -247,17 +381,18 @@ bool tryOut(const std::string& program, const Fault& fault) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2 || argc > 3) {
-        std::fputs("usage: faults PROGRAM [PATTERN]\n", stderr);
+    if (argc < 3 || argc > 4) {
+        std::fputs("usage: faults PROGRAM SLOW_DISK [PATTERN]\n", stderr);
         return 2;
     }
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    const std::string pattern = argc > 2 ? argv[2] : "";
+    const std::string pattern = argc > 3 ? argv[3] : "";
     std::puts("| Fault | What is seen after it | Longest without an answer | Its end |\n"
               "|---|---|---|---|");
     std::vector<const char*> wrong;
     for (const Fault& fault : faults()) {
-        if (std::string(fault.name).find(pattern) != std::string::npos && !tryOut(argv[1], fault)) {
+        if (std::string(fault.name).find(pattern) != std::string::npos &&
+            !tryOut(argv[1], argv[2], fault)) {
             wrong.push_back(fault.name);
         }
     }
