@@ -68,7 +68,7 @@ Form::Form(std::string name, Kind kind, float width, float height)
     widget().CloseRequested = [this] { Form_CloseRequest(); };
     widget().Pressed = [this] { wantedPlace_.reset(); }; // from here on the user moves it
     widget().Moved = [this] { takeReportedPlace(); };
-    widget().SightChanged = [this](bool seen) { Form_SightChanged(seen); };
+    widget().SightChanged = [this](bool shown) { sightChanged(shown); };
     widget().KeyPressed = [this](const KeyArgs& key) { return Form_KeyDown(key); };
     widget().setFocus(); // otherwise the toolkit would give the focus to the first control
     if (kind == Kind::popup) {
@@ -277,6 +277,19 @@ void Form::deactivate() {
             }
         },
         Qt::QueuedConnection);
+}
+
+void Form::sightChanged(bool shown) {
+    isShown_ = shown;
+    Form_SightChanged(shown);
+    if (!coverIsWatched_ && shown) {
+        coverIsWatched_ = true;
+        watchCover(widget(), [this](bool covered) {
+            if (isShown_) {
+                Form_SightChanged(!covered);
+            }
+        });
+    }
 }
 
 void Form::setCaption(const std::string& text) {

@@ -90,7 +90,8 @@ protected:
     /// Called for a popup that is shown when the keyboard has gone to another program's window or
     /// to a box of this program.
     virtual void Form_Deactivate() {}
-    /// Called when the form has become visible, or has been hidden or minimised.
+    /// Called when the form can be seen, and when it has been hidden, minimised, or covered by
+    /// other windows.
     virtual void Form_SightChanged(bool /*seen*/) {}
     /// Called when a key is pressed in the form. Returns whether the key has been used; otherwise
     /// the Tab key goes to the next control.
@@ -110,6 +111,8 @@ protected:
 private:
     void paint(QPainter& painter) override;
     void deactivate();
+    /// Takes note that the window system shows the window, or doesn't any more.
+    void sightChanged(bool shown);
     /// Logical pixels.
     struct PixelPlace {
         double x = 0;
@@ -144,6 +147,8 @@ private:
     int timesChecked_ = 0;    ///< value of timesShown_ at the last check of the place
     int timesSettled_ = 0;    ///< the same, since the window system has placed the window
     bool isSettling_ = false; ///< whether a window at its place may still be put elsewhere
+    bool isShown_ = false;    ///< and not minimised
+    bool coverIsWatched_ = false;
     bool loaded_ = true;
     bool unloading_ = false;
 };

@@ -8,6 +8,7 @@
 
 #include <QPoint>
 #include <QPointF>
+#include <functional>
 #include <optional>
 
 class QWidget;
@@ -50,6 +51,11 @@ void endHandedMove(QWidget& window);
 
 /// Whether one of the pointer's buttons is pressed, in whichever program.
 [[nodiscard]] bool pointerIsPressed();
+
+/// Calls a function with true whenever other windows have come to cover a window wholly, and with
+/// false whenever a part of it is free again. Called once for a window that the system has. Where
+/// the system doesn't tell, the function is never called.
+void watchCover(QWidget& window, std::function<void(bool)> function);
 
 /// Minimises a window. A window manager may refuse, and then the window counts as not minimised.
 void minimise(QWidget& window);

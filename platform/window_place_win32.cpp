@@ -47,6 +47,8 @@ bool pointerIsPressed() {
     return QGuiApplication::mouseButtons() != Qt::NoButton;
 }
 
+void watchCover(QWidget& /*window*/, std::function<void(bool)> /*function*/) {}
+
 void minimise(QWidget& window) {
     window.showMinimized();
 }

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <xcb/xinput.h>
 
 namespace zvonivec {
@@ -196,6 +197,12 @@ bool pointerIsPressed() {
     xcb_connection_t* server = x11::connection();
     const auto pointer = server != nullptr ? x11::pointer(server) : std::nullopt;
     return pointer && pointer->pressed;
+}
+
+void watchCover(QWidget& window, std::function<void(bool)> function) {
+    if (x11::connection() != nullptr) {
+        x11::onCover(&window, numberOf(window), std::move(function));
+    }
 }
 
 void minimise(QWidget& window) {

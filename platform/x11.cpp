@@ -169,6 +169,10 @@ public:
             places.erase(destroyed->window);
         } else if (type == XCB_MAP_NOTIFY) {
             call(onMap, static_cast<const xcb_map_notify_event_t*>(message)->window);
+        } else if (type == XCB_VISIBILITY_NOTIFY) {
+            const auto* seen = static_cast<const xcb_visibility_notify_event_t*>(message);
+            isCovered = seen->state == XCB_VISIBILITY_FULLY_OBSCURED;
+            call(onVisibility, seen->window);
         } else if (selectionEvent_ != 0 && type == selectionEvent_ &&
                    static_cast<const SelectionEvent*>(message)->selection == compositor_) {
             call(onCompositor, XCB_WINDOW_NONE);
@@ -179,7 +183,9 @@ public:
     std::optional<Press> press; ///< the one that the toolkit serves or has served last
     unsigned configureEvents = 0;
     std::map<xcb_window_t, QPoint> places; ///< on the screen: last reported or asked for
+    bool isCovered = false; ///< what the last message about a window's visibility has said
     std::vector<Listener> onMap;
+    std::vector<Listener> onVisibility;
     std::vector<Listener> onCompositor;
 
 private:
@@ -274,6 +280,24 @@ void onCompositorChange(QObject* receiver, std::function<void()> function) {
     if (events != nullptr) {
         events->onCompositor.push_back({receiver, XCB_WINDOW_NONE, std::move(function)});
     }
+}
+
+void onCover(QObject* receiver, xcb_window_t window, std::function<void(bool)> function) {
+    watchEvents();
+    if (events == nullptr) {
+        return;
+    }
+    xcb_connection_t* server = connection();
+    const XcbReply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(server, xcb_get_window_attributes(server, window), nullptr),
+        &std::free);
+    if (!attributes) {
+        return;
+    }
+    const std::uint32_t wanted = attributes->your_event_mask | XCB_EVENT_MASK_VISIBILITY_CHANGE;
+    xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &wanted);
+    events->onVisibility.push_back(
+        {receiver, window, [function = std::move(function)] { function(events->isCovered); }});
 }
 
 void onMap(QObject* receiver, xcb_window_t window, std::function<void()> function) {

@@ -62,6 +62,10 @@ std::optional<QPoint> lastPlace(xcb_window_t window);
 void expectPlace(xcb_window_t window, QPoint place);
 /// Calls a function whenever a compositor begins or ends its work.
 void onCompositorChange(QObject* receiver, std::function<void()> function);
+/// Calls a function with true whenever other windows have come to cover a window wholly, and with
+/// false whenever a part of it is free again. A compositor keeps every window's picture, so that
+/// none counts as covered.
+void onCover(QObject* receiver, xcb_window_t window, std::function<void(bool)> function);
 /// Calls a function whenever a window has been mapped.
 void onMap(QObject* receiver, xcb_window_t window, std::function<void()> function);
 

@@ -37,7 +37,7 @@ public:
     /// Called when a button is pressed anywhere in the form, before the control is told.
     std::function<void()> Pressed;
     /// Called with true when the window becomes visible, and with false when it is hidden or
-    /// minimised.
+    /// minimised. What covers the window doesn't matter.
     std::function<void(bool)> SightChanged;
     /// The widgets of a window that the Tab key goes around.
     std::vector<QWidget*> TabOrder;

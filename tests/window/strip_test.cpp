@@ -137,5 +137,25 @@ TEST_F(Strip, TicksSlowlyWhileTheWindowIsMinimised) {
     EXPECT_TRUE(serveUntil([&] { return player().picDisplay.Left() < left; }));
 }
 
+TEST_F(Strip, TicksSlowlyWhileOtherWindowsCoverAllOfIt) {
+    player().Timer1.setEnabled(true);
+    const auto ticksEvery = [this](int interval) {
+        return serveUntil([&] { return player().Timer1.Interval() == interval; });
+    };
+    const QRect all = window().frameGeometry();
+    QWidget cover(nullptr, Qt::X11BypassWindowManagerHint);
+    cover.setGeometry(all);
+    cover.show();
+    EXPECT_TRUE(ticksEvery(layout::UNSEEN_TIMER_INTERVAL));
+    cover.move(all.left() + all.width() - 20, all.top()); // the right edge is still covered
+    EXPECT_TRUE(ticksEvery(layout::TIMER_INTERVAL));
+    cover.move(all.topLeft());
+    EXPECT_TRUE(ticksEvery(layout::UNSEEN_TIMER_INTERVAL));
+    cover.hide();
+    EXPECT_TRUE(ticksEvery(layout::TIMER_INTERVAL));
+    const float left = player().picDisplay.Left();
+    EXPECT_TRUE(serveUntil([&] { return player().picDisplay.Left() < left; }));
+}
+
 } // namespace
 } // namespace zvonivec
