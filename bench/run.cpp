@@ -49,10 +49,12 @@ Run::Run(const Subject& subject, support::Display& display, support::PulseServer
 void Run::start(const std::vector<std::string_view>& options, const std::string& file) {
     std::string program(subject_->program);
     if (subject_->ours) {
-        // The settings lie beside the program, so each run has a copy of it.
+        // The settings lie beside the program, so each run has a copy of it: as packages have it,
+        // without symbols.
         const std::string copy = folder_.file("zvonivec");
-        std::filesystem::copy_file(program, copy,
-                                   std::filesystem::copy_options::overwrite_existing);
+        if (support::run({"strip", "-o", copy, program}) != 0) {
+            std::filesystem::copy_file(program, copy);
+        }
         program = copy;
     }
     std::vector<std::string> argv{program};
