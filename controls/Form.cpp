@@ -282,7 +282,7 @@ void Form::deactivate() {
 void Form::sightChanged(bool shown) {
     isShown_ = shown;
     Form_SightChanged(shown);
-    if (!coverIsWatched_ && shown) {
+    if (kind_ == Kind::main && shown && !coverIsWatched_) {
         coverIsWatched_ = true;
         watchCover(widget(), [this](bool covered) {
             if (isShown_) {

@@ -90,8 +90,8 @@ protected:
     /// Called for a popup that is shown when the keyboard has gone to another program's window or
     /// to a box of this program.
     virtual void Form_Deactivate() {}
-    /// Called when the form can be seen, and when it has been hidden, minimised, or covered by
-    /// other windows.
+    /// Called when the form can be seen, and when it has been hidden, minimised, or, a main window,
+    /// covered by other windows.
     virtual void Form_SightChanged(bool /*seen*/) {}
     /// Called when a key is pressed in the form. Returns whether the key has been used; otherwise
     /// the Tab key goes to the next control.

@@ -109,15 +109,15 @@ struct SelectionEvent {
 struct Listener {
     QPointer<QObject> receiver;
     xcb_window_t window = XCB_WINDOW_NONE;
-    std::function<void()> function;
+    std::function<void(const xcb_generic_event_t&)> function;
 };
 
-void call(std::vector<Listener>& listeners, xcb_window_t window) {
+void call(std::vector<Listener>& listeners, xcb_window_t window, const xcb_generic_event_t& event) {
     std::erase_if(listeners, [](const Listener& listener) { return listener.receiver.isNull(); });
     const std::vector<Listener> all = listeners; // a function may add one
     for (const Listener& listener : all) {
         if (listener.window == window) {
-            listener.function();
+            listener.function(event);
         }
     }
 }
@@ -168,14 +168,13 @@ public:
             hasFrame_.erase(destroyed->window);
             places.erase(destroyed->window);
         } else if (type == XCB_MAP_NOTIFY) {
-            call(onMap, static_cast<const xcb_map_notify_event_t*>(message)->window);
+            call(onMap, static_cast<const xcb_map_notify_event_t*>(message)->window, *event);
         } else if (type == XCB_VISIBILITY_NOTIFY) {
-            const auto* seen = static_cast<const xcb_visibility_notify_event_t*>(message);
-            isCovered = seen->state == XCB_VISIBILITY_FULLY_OBSCURED;
-            call(onVisibility, seen->window);
+            call(onVisibility, static_cast<const xcb_visibility_notify_event_t*>(message)->window,
+                 *event);
         } else if (selectionEvent_ != 0 && type == selectionEvent_ &&
                    static_cast<const SelectionEvent*>(message)->selection == compositor_) {
-            call(onCompositor, XCB_WINDOW_NONE);
+            call(onCompositor, XCB_WINDOW_NONE, *event);
         }
         return false;
     }
@@ -183,7 +182,6 @@ public:
     std::optional<Press> press; ///< the one that the toolkit serves or has served last
     unsigned configureEvents = 0;
     std::map<xcb_window_t, QPoint> places; ///< on the screen: last reported or asked for
-    bool isCovered = false; ///< what the last message about a window's visibility has said
     std::vector<Listener> onMap;
     std::vector<Listener> onVisibility;
     std::vector<Listener> onCompositor;
@@ -278,7 +276,9 @@ void expectPlace(xcb_window_t window, QPoint place) {
 void onCompositorChange(QObject* receiver, std::function<void()> function) {
     watchEvents();
     if (events != nullptr) {
-        events->onCompositor.push_back({receiver, XCB_WINDOW_NONE, std::move(function)});
+        events->onCompositor.push_back(
+            {receiver, XCB_WINDOW_NONE,
+             [function = std::move(function)](const auto&) { function(); }});
     }
 }
 
@@ -297,13 +297,17 @@ void onCover(QObject* receiver, xcb_window_t window, std::function<void(bool)> f
     const std::uint32_t wanted = attributes->your_event_mask | XCB_EVENT_MASK_VISIBILITY_CHANGE;
     xcb_change_window_attributes(server, window, XCB_CW_EVENT_MASK, &wanted);
     events->onVisibility.push_back(
-        {receiver, window, [function = std::move(function)] { function(events->isCovered); }});
+        {receiver, window, [function = std::move(function)](const xcb_generic_event_t& event) {
+             const auto& seen = reinterpret_cast<const xcb_visibility_notify_event_t&>(event);
+             function(seen.state == XCB_VISIBILITY_FULLY_OBSCURED);
+         }});
 }
 
 void onMap(QObject* receiver, xcb_window_t window, std::function<void()> function) {
     watchEvents();
     if (events != nullptr) {
-        events->onMap.push_back({receiver, window, std::move(function)});
+        events->onMap.push_back(
+            {receiver, window, [function = std::move(function)](const auto&) { function(); }});
     }
 }
 
