@@ -43,6 +43,12 @@ constexpr auto PAD = 50ms;
 /// than the time between two requests.
 constexpr auto LONGEST_SILENCE = 600ms;
 
+/// The server is asked for its clock this long after each change of its state, then after double
+/// the time and so on, up to the last; from then on together with some requests of its own.
+constexpr std::chrono::microseconds FIRST_LOOK = 10ms;
+constexpr std::chrono::microseconds LAST_LOOK = 640ms;
+constexpr int REQUESTS_PER_LOOK = 3;
+
 /// How often a sink is asked in vain to begin: what it has mixed is a few seconds at most.
 constexpr int MOST_NUDGES = 8;
 
@@ -143,12 +149,22 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
         [](pa_stream*, std::size_t, void* self) {
             auto& output = *static_cast<PulseOutput*>(self);
             output.serverLives();
+            if (++output.requests_ % REQUESTS_PER_LOOK == 0) {
+                output.lookAtClock();
+            }
             output.follow();
         },
         this);
     pa_stream_set_latency_update_callback(
         stream_, [](pa_stream*, void* self) { static_cast<PulseOutput*>(self)->takeTiming(); },
         this);
+    const auto watch = [](pa_stream*, void* self) {
+        static_cast<PulseOutput*>(self)->watchClock();
+    };
+    for (const auto set : {pa_stream_set_started_callback, pa_stream_set_moved_callback,
+                           pa_stream_set_suspended_callback}) {
+        set(stream_, watch, this);
+    }
     const auto bytesIn = [&](std::chrono::microseconds time) {
         return static_cast<std::uint32_t>(framesIn(time, format.sampleRate) * frameBytes_);
     };
@@ -160,17 +176,20 @@ bool PulseOutput::createStream(const AudioFormat& format, const std::function<bo
     buffer.prebuf = static_cast<std::uint32_t>(frameBytes_);
     buffer.minreq = bytesIn(PIECE);
     buffer.fragsize = byServer;
-    constexpr auto flags =
-        static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE);
     corked_ = false;
     timingAsked_ = false;
     sendsFirst_ = false;
     roundTrip_ = {};
     padBegin_ = padEnd_ = 0;
     nudges_ = MOST_NUDGES;
-    return pa_stream_connect_playback(stream_, nullptr, &buffer, flags, nullptr, nullptr) == 0 &&
-           iterateUntil([this] { return pa_stream_get_state(stream_) == PA_STREAM_READY; }, stop,
-                        STREAM_LIMIT);
+    const auto isReady = [this] { return pa_stream_get_state(stream_) == PA_STREAM_READY; };
+    if (pa_stream_connect_playback(stream_, nullptr, &buffer, PA_STREAM_ADJUST_LATENCY, nullptr,
+                                   nullptr) < 0 ||
+        !iterateUntil(isReady, stop, STREAM_LIMIT)) {
+        return false;
+    }
+    watchClock();
+    return true;
 }
 
 /// Lets the library work until done. Returns False when it fails, is to stop, or takes too long.
@@ -206,14 +225,18 @@ void PulseOutput::serve(const std::function<bool()>& stop) {
 }
 
 void PulseOutput::close() {
-    for (Timer* const timer : {&corkTimer_, &clockTimer_}) {
+    for (Timer* const timer : {&corkTimer_, &clockTimer_, &lookTimer_}) {
         if (timer->event != nullptr) {
             pa_mainloop_get_api(loop_)->time_free(std::exchange(timer->event, nullptr));
         }
     }
     if (stream_ != nullptr) {
         pa_stream_set_write_callback(stream_, nullptr, nullptr);
-        pa_stream_set_latency_update_callback(stream_, nullptr, nullptr);
+        for (const auto set :
+             {pa_stream_set_latency_update_callback, pa_stream_set_started_callback,
+              pa_stream_set_moved_callback, pa_stream_set_suspended_callback}) {
+            set(stream_, nullptr, nullptr);
+        }
         pa_stream_disconnect(stream_);
         pa_stream_unref(stream_);
         stream_ = nullptr;
@@ -288,6 +311,25 @@ void PulseOutput::askForTiming() {
             output.rewrite();
         },
         this));
+}
+
+/// Asks for the clock, closely at first.
+void PulseOutput::watchClock() {
+    nextLook_ = FIRST_LOOK;
+    lookAtClockAgain();
+}
+
+/// Asks now, and again and again after ever longer times.
+void PulseOutput::lookAtClockAgain() {
+    lookAtClock();
+    if (nextLook_ <= LAST_LOOK) {
+        restartTimer(lookTimer_, nextLook_);
+        nextLook_ *= 2;
+    }
+}
+
+void PulseOutput::lookAtClock() {
+    drop(pa_stream_update_timing_info(stream_, nullptr, nullptr)); // which calls takeTiming
 }
 
 /// A single slow answer counts for some changes more: others may follow that are as slow.
@@ -438,9 +480,8 @@ bool PulseOutput::write(std::uint64_t writtenBefore) {
         if (feed_.isSilent()) {
             restartTimer(corkTimer_, CORK_DELAY);
         } else if (wasSilent && corked_) {
-            corked_ = false;
             nudges_ = MOST_NUDGES;
-            drop(pa_stream_cork(stream_, 0, nullptr, nullptr));
+            cork(false);
         }
     }
 }
@@ -482,9 +523,15 @@ void PulseOutput::restartTimer(Timer& timer, std::chrono::microseconds time) {
 
 void PulseOutput::corkIfSilent() {
     if (feed_.isSilent() && !corked_) {
-        corked_ = true;
-        drop(pa_stream_cork(stream_, 1, nullptr, nullptr));
+        cork(true);
     }
+}
+
+/// Holds the stream, or lets it go on.
+void PulseOutput::cork(bool on) {
+    corked_ = on;
+    drop(pa_stream_cork(stream_, on ? 1 : 0, nullptr, nullptr));
+    watchClock();
 }
 
 void PulseOutput::askSilentServer() {

@@ -49,6 +49,9 @@ private:
                       std::chrono::milliseconds limit);
     void follow();
     void askForTiming();
+    void watchClock();
+    void lookAtClockAgain();
+    void lookAtClock();
     void takeTiming();
     void nudge();
     void rewrite();
@@ -61,6 +64,7 @@ private:
     void serverLives();
     void restartTimer(Timer& timer, std::chrono::microseconds time);
     void corkIfSilent();
+    void cork(bool on);
     void askSilentServer();
     void applyTitle();
     [[nodiscard]] Failure failure() const;
@@ -72,6 +76,9 @@ private:
     pa_stream* stream_ = nullptr;
     Timer corkTimer_{this, &PulseOutput::corkIfSilent};
     Timer clockTimer_{this, &PulseOutput::askSilentServer};
+    Timer lookTimer_{this, &PulseOutput::lookAtClockAgain};
+    std::chrono::microseconds nextLook_{};
+    unsigned requests_ = 0; ///< of the server's, for samples
     AudioFormat format_;
     std::size_t frameBytes_ = 1;
     bool rewinds_ = true;        ///< the server can take back what it has mixed already
