@@ -132,6 +132,18 @@ TEST_F(Tags, OfTheFirstKind) {
     EXPECT_EQ(tagsOf(FRAMES + id3v1("t", "", "", "", comment, 17)).description, "Poznámka");
 }
 
+TEST_F(Tags, OfTheFirstKindMayFillTheirPlaces) {
+    const auto full = [](char letter) { return std::string(30, letter); };
+    constexpr int genre = 'A'; // a letter if it were taken for the comment's last one
+    const TrackTags tags =
+        tagsOf(FRAMES + id3v1(full('t'), full('a'), full('b'), "1999", full('c'), genre));
+    EXPECT_EQ(tags.title, full('t'));
+    EXPECT_EQ(tags.author, full('a'));
+    EXPECT_EQ(tags.album, full('b'));
+    EXPECT_EQ(tags.year, "1999");
+    EXPECT_EQ(tags.description, full('c'));
+}
+
 TEST_F(Tags, Id3v2OfAllVersions) {
     for (const int version : {3, 4}) {
         const TrackTags tags =
