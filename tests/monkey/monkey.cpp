@@ -95,7 +95,7 @@ private:
             found("no window");
             return;
         }
-        for (Growth* growth : {&memory_, &threads_, &descriptors_}) {
+        for (Growth* growth : {&memory_, &threads_, &descriptors_, &inServer_}) {
             growth->beginLife();
         }
         for (int age = 0; player_.isRunning() && std::chrono::steady_clock::now() < end; ++age) {
@@ -126,7 +126,8 @@ private:
             keyboard_.key("Escape");
             std::this_thread::sleep_for(50ms);
         }
-        if (player_.windows().size() != 1) {
+        const auto windows = player_.windows();
+        if (windows.size() != 1) {
             return;
         }
         const monkey::Holdings holdings = monkey::holdingsOf(player_.process().pid());
@@ -134,6 +135,7 @@ private:
             memory_.add(age, holdings.kilobytes);
             threads_.add(age, holdings.threads);
             descriptors_.add(age, holdings.descriptors);
+            inServer_.add(age, windows.front().heldInServer());
         }
     }
 
@@ -320,6 +322,7 @@ private:
         line("memory", " kB", memory_);
         line("threads", "", threads_);
         line("descriptors", "", descriptors_);
+        line("held in the display server", "", inServer_);
     }
 
     std::vector<int> weights_; ///< of the actions, 0 for those that aren't wanted
@@ -334,6 +337,7 @@ private:
     Growth memory_;
     Growth threads_;
     Growth descriptors_;
+    Growth inServer_;
     std::string last_;
     std::chrono::milliseconds longest_{0};
     int late_ = 0;

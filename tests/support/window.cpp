@@ -3,6 +3,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XRes.h>
 #include <X11/extensions/shape.h>
 #include <algorithm>
 
@@ -150,6 +151,19 @@ bool Window::hasState(const char* atom) const {
     ::Display* connection = display_->connection();
     const std::vector<Atom> states = property<Atom>(connection, id_, "_NET_WM_STATE");
     return std::find(states.begin(), states.end(), atomOf(connection, atom)) != states.end();
+}
+
+unsigned Window::heldInServer() const {
+    int kinds = 0;
+    XResType* held = nullptr;
+    unsigned all = 0;
+    if (XResQueryClientResources(display_->connection(), id_, &kinds, &held) != 0) {
+        for (int i = 0; i < kinds; ++i) {
+            all += held[i].count;
+        }
+        XFree(held);
+    }
+    return all;
 }
 
 bool Window::isActive() const {

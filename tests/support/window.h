@@ -42,6 +42,9 @@ public:
     /// Whether _NET_WM_STATE contains an atom, such as "_NET_WM_STATE_ABOVE".
     [[nodiscard]] bool hasState(const char* atom) const;
     [[nodiscard]] bool isActive() const;
+    /// Returns how many windows, pictures, cursors and the like its program holds in the display
+    /// server.
+    [[nodiscard]] unsigned heldInServer() const;
 
     /// Return the visible area and the area that takes clicks, relative to the client area.
     [[nodiscard]] std::vector<Rectangle> boundingShape() const;
