@@ -1,7 +1,6 @@
 // The least that a program can do that moves something ten times a second: it waits, and writes 20
 // bytes to the display server. No toolkit, no sound.
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 #include <unistd.h>
