@@ -15,6 +15,8 @@ namespace {
 using support::PulseServer;
 using support::Samples;
 
+constexpr auto WHOLE = support::Recording::Wanted::whole;
+
 class SoundOn : public Sound, public testing::WithParamInterface<PulseServer::Kind> {
 protected:
     SoundOn() : Sound(GetParam()) {}
@@ -71,7 +73,7 @@ TEST_P(SoundOn, IsTheDecodedFileAtFullVolume) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
     ASSERT_EQ(expected.size(), 4 * RATE);
-    const support::Recording recording(server);
+    const support::Recording recording(server, WHOLE);
     engine.open(path);
     const Samples recorded = playToTheEnd(recording);
     const auto heard = hear(recorded, expected);
@@ -174,20 +176,17 @@ TEST_P(SoundOn, CommandsAreHeardWithin40Milliseconds) {
     EXPECT_EQ(support::attemptWhileDisturbed(6, attempt), "");
 }
 
-TEST_P(SoundOn, PausesPromptlyAndResumesWithoutLossOrRepetition) {
+TEST_P(SoundOn, ResumesAfterAPauseWithoutLossOrRepetition) {
     const std::string path = noiseFile(3);
     const Samples expected = support::decodeWithMpg123(path);
-    const support::Recording recording(server);
+    const support::Recording recording(server, WHOLE);
     engine.open(path);
     ASSERT_TRUE(playUntil(0.7));
-    const std::size_t paused = recording.frames();
     engine.controls().pause();
     EXPECT_EQ(engine.engine->playState(), PlayState::paused);
     const double position = engine.controls().currentPosition();
     ASSERT_TRUE(recording.waitForSilence());
     const std::size_t silent = support::behindLastSound(recording.samples()) / 2;
-    RecordProperty("milliseconds", static_cast<int>((silent - paused) * 1000 / RATE));
-    EXPECT_LT(silent, paused + promptly(100ms) / 2);
     // What is heard after the command counts.
     constexpr double late = static_cast<double>(promptly(100ms)) / 2 / RATE;
     EXPECT_NEAR(engine.controls().currentPosition(), position, late);
@@ -209,7 +208,7 @@ TEST_P(SoundOn, PausesPromptlyAndResumesWithoutLossOrRepetition) {
 TEST_P(SoundOn, GoesOnAfterAPauseThatClosedTheDevice) {
     const std::string path = noiseFile(2);
     const Samples expected = support::decodeWithMpg123(path);
-    const support::Recording recording(server);
+    const support::Recording recording(server, WHOLE);
     engine.open(path);
     ASSERT_TRUE(playUntil(0.5));
     EXPECT_EQ(server.playingStreams(), 1);
@@ -229,7 +228,7 @@ TEST_P(SoundOn, GoesOnAfterAPauseThatClosedTheDevice) {
 TEST_P(SoundOn, JumpsToTheSampleAskedFor) {
     const std::string path = noiseFile(4);
     const Samples expected = support::decodeWithMpg123(path);
-    const support::Recording recording(server);
+    const support::Recording recording(server, WHOLE);
     engine.open(path);
     engine.controls().setCurrentPosition(3.0); // while stopped
     EXPECT_EQ(engine.controls().currentPosition(), 3.0);
@@ -291,7 +290,7 @@ TEST_P(SoundOn, PositionIsWhatIsHeard) {
 TEST_P(SoundOn, RepeatsWithoutAGap) {
     const std::string path = noiseFile(1);
     const Samples expected = support::decodeWithMpg123(path);
-    const support::Recording recording(server);
+    const support::Recording recording(server, WHOLE);
     // One attempt without a gap is enough: on a busy machine the server itself makes gaps.
     std::size_t smallest = RATE;
     for (int attempt = 0; attempt < 4 && smallest != 0; ++attempt) {
@@ -326,7 +325,7 @@ TEST_P(SoundOn, IsScaledByTheVolume) {
     const std::string path = noiseFile(1);
     const Samples expected = support::decodeWithMpg123(path);
     for (const auto& [volume, factor] : {std::pair(50, 0.125), std::pair(0, 0.0)}) {
-        const support::Recording recording(server);
+        const support::Recording recording(server, WHOLE);
         engine.engine->settings().setVolume(volume);
         engine.open(path);
         engine.controls().play();
@@ -359,7 +358,7 @@ TEST_P(SoundOn, VolumeStepsDontClick) {
     ASSERT_EQ(support::run({"lame", "--quiet", "-b", "192", folder.file("tone.wav"), path}), 0);
     engine.open(path);
     const auto largestStep = [&] {
-        const support::Recording recording(server);
+        const support::Recording recording(server, WHOLE);
         engine.controls().play();
         for (const int volume : {0, 100, 40, 90, 10, 100}) {
             engine.queue.runFor(120ms);
@@ -397,7 +396,7 @@ TEST_P(SoundOn, AnotherFileFollowsAtOnce) {
     const std::string first = noiseFile(5, 1);
     const std::string second = noiseFile(1, 2);
     const Samples expected = support::decodeWithMpg123(second);
-    const support::Recording recording(server);
+    const support::Recording recording(server, WHOLE);
     engine.open(first);
     ASSERT_TRUE(playUntil(0.3));
     engine.states.clear();

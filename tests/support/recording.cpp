@@ -7,16 +7,18 @@
 
 namespace support {
 
-Recording::Recording(const PulseServer& server)
+Recording::Recording(const PulseServer& server, Wanted wanted)
     : rate_(server.sink().rate), channels_(server.sink().channels) {
+    const bool isPatient = wanted == Wanted::whole && server.kind() == PulseServer::Kind::pipeWire;
     Process::Options options;
     options.environment = server.sessionOfClients();
     options.outputFile = folder_.file("recording");
     options.errorFile = "/dev/null";
-    process_ = Process({"parec", "--raw", "--device=" + PulseServer::monitor(), "--format=s16le",
-                        "--rate=" + std::to_string(rate_),
-                        "--channels=" + std::to_string(channels_), "--latency-msec=10"},
-                       options);
+    process_ =
+        Process({"parec", "--raw", "--device=" + PulseServer::monitor(), "--format=s16le",
+                 "--rate=" + std::to_string(rate_), "--channels=" + std::to_string(channels_),
+                 isPatient ? "--latency-msec=100" : "--latency-msec=10"},
+                options);
     waitUntil([this] { return frames() != 0; });
 }
 

@@ -19,8 +19,13 @@ using Samples = std::vector<std::int16_t>;
 /// Records a server's sink, beginning in the constructor.
 class Recording {
 public:
+    /// prompt: what is heard is recorded within 10 ms. whole: on PipeWire it comes later. Its
+    /// cycles are as short as its most impatient client wants them, and short ones get lost on a
+    /// machine that takes the processors away for 8 ms.
+    enum class Wanted { prompt, whole };
+
     /// Returns when the recording has begun.
-    explicit Recording(const PulseServer& server);
+    explicit Recording(const PulseServer& server, Wanted wanted = Wanted::prompt);
 
     /// Returns the samples recorded so far.
     [[nodiscard]] Samples samples() const;
