@@ -21,8 +21,8 @@ constexpr auto CONNECT_LIMIT = 200ms;
 constexpr auto STREAM_LIMIT = 2000ms;
 
 /// Time of sound in the server, and how much of it is asked for at once.
-constexpr auto HELD = 2000ms;
-constexpr auto PIECE = 500ms;
+constexpr auto HELD = 3000ms;
+constexpr auto PIECE = 1000ms;
 
 /// How far ahead of what is heard a change is written: what a device has already taken, and the
 /// way to the server. The way takes about half as long as the answer about the server's clock just
@@ -41,7 +41,7 @@ constexpr auto PAD = 50ms;
 
 /// How long a server that asks for nothing may be silent before it is asked for its clock. Longer
 /// than the time between two requests.
-constexpr auto LONGEST_SILENCE = 600ms;
+constexpr auto LONGEST_SILENCE = 1200ms;
 
 /// The server is asked for its clock this long after each change of its state, then after double
 /// the time and so on, up to the last; from then on together with some requests of its own.

@@ -9,7 +9,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// The longest time between two signs of a device that works, and some more.
-constexpr auto LONGEST_SILENCE = 700ms;
+constexpr auto LONGEST_SILENCE = 1300ms;
 
 } // namespace
 
