@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 
 namespace support {
 
@@ -38,7 +39,10 @@ bool Player::waitUntilShown(int scale) {
 }
 
 std::string Player::messages() const {
-    return readFile(messageFile_);
+    // The font library says so where the system's cache is older than its fonts: the player may
+    // write no cache of its own.
+    static const std::regex line("Fontconfig error: No writable cache directories\n");
+    return std::regex_replace(readFile(messageFile_), line, "");
 }
 
 Point Player::onScreen(Point place) const {

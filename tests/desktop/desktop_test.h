@@ -31,7 +31,7 @@ public:
     /// Needs a window that has been shown.
     [[nodiscard]] const Window& window() const { return *window_; }
     Process& process() { return process_; }
-    /// Returns what the program wrote to standard error.
+    /// Returns what the program wrote to standard error, without what only depends on the machine.
     [[nodiscard]] std::string messages() const;
 
     /// Returns a point of the window in coordinates of the screen.
