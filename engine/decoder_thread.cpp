@@ -14,8 +14,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Frames that have not been heard yet, in the device and before it: 4.1 s at 44.1 kHz.
-constexpr std::size_t FEED_CAPACITY = 180000;
+/// Frames that have not been heard yet, in the device and before it: 4.2 s at 48 kHz.
+constexpr std::size_t FEED_CAPACITY = 200000;
 /// Time of decoded frames that wait for the device: what a device asks for at once, and what a
 /// disk that stalls may take.
 constexpr auto AHEAD = 1000ms;

@@ -20,7 +20,8 @@ constexpr auto CONNECT_LIMIT = 200ms;
 /// Opening a sound card that slept takes a while.
 constexpr auto STREAM_LIMIT = 2000ms;
 
-/// Time of sound in the server, and how much of it is asked for at once.
+/// Time of sound in the server, and how much of it is asked for at once. A sink mixes half of what
+/// lies beyond two requests at a time; with nothing beyond them it would ask far more often.
 constexpr auto HELD = 3000ms;
 constexpr auto PIECE = 1000ms;
 
@@ -41,7 +42,7 @@ constexpr auto PAD = 50ms;
 
 /// How long a server that asks for nothing may be silent before it is asked for its clock. Longer
 /// than the time between two requests.
-constexpr auto LONGEST_SILENCE = 1200ms;
+constexpr auto LONGEST_SILENCE = PIECE + 200ms;
 
 /// The server is asked for its clock this long after each change of its state, then after double
 /// the time and so on, up to the last; from then on together with some requests of its own.
