@@ -31,7 +31,6 @@ private:
 
     SampleFeed& feed_;
     std::uint32_t device_ = 0;
-    int channels_ = 0;
     int periodFrames_ = 0; ///< frames that the device takes at a time
     bool ready_ = false;   ///< SDL's audio has been set up
 
