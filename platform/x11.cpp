@@ -273,13 +273,26 @@ void expectPlace(xcb_window_t window, QPoint place) {
     }
 }
 
-void onCompositorChange(QObject* receiver, std::function<void()> function) {
+namespace {
+
+void listen(std::vector<Listener> Events::*listeners, QObject* receiver, xcb_window_t window,
+            std::function<void()> function) {
     watchEvents();
     if (events != nullptr) {
-        events->onCompositor.push_back(
-            {receiver, XCB_WINDOW_NONE,
-             [function = std::move(function)](const auto&) { function(); }});
+        std::vector<Listener>& all = (*events).*listeners;
+        all.push_back(
+            {receiver, window, [function = std::move(function)](const auto&) { function(); }});
     }
+}
+
+} // namespace
+
+void onCompositorChange(QObject* receiver, std::function<void()> function) {
+    listen(&Events::onCompositor, receiver, XCB_WINDOW_NONE, std::move(function));
+}
+
+void onMap(QObject* receiver, xcb_window_t window, std::function<void()> function) {
+    listen(&Events::onMap, receiver, window, std::move(function));
 }
 
 void onCover(QObject* receiver, xcb_window_t window, std::function<void(bool)> function) {
@@ -301,14 +314,6 @@ void onCover(QObject* receiver, xcb_window_t window, std::function<void(bool)> f
              const auto& seen = reinterpret_cast<const xcb_visibility_notify_event_t&>(event);
              function(seen.state == XCB_VISIBILITY_FULLY_OBSCURED);
          }});
-}
-
-void onMap(QObject* receiver, xcb_window_t window, std::function<void()> function) {
-    watchEvents();
-    if (events != nullptr) {
-        events->onMap.push_back(
-            {receiver, window, [function = std::move(function)](const auto&) { function(); }});
-    }
 }
 
 } // namespace zvonivec::x11
