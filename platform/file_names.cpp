@@ -1,8 +1,11 @@
 #include "platform/file_names.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QString>
 #include <QStringDecoder>
+#include <QSysInfo>
+#include <QUrl>
 #include <algorithm>
 
 namespace zvonivec {
@@ -39,6 +42,25 @@ std::string shownPath(const std::string& path) {
         begin = end + 1;
     }
     return shown;
+}
+
+std::string fileUrl(const std::string& path) {
+    return isUtf8(path)
+               ? QUrl::fromLocalFile(QString::fromStdString(path)).toEncoded().toStdString()
+               : "file://" + QByteArray::fromStdString(path).toPercentEncoding("/").toStdString();
+}
+
+std::optional<std::string> localPath(QUrl url) {
+    const QString host = url.host();
+    if (!url.isLocalFile() ||
+        (!host.isEmpty() && host != QStringLiteral("localhost") &&
+         host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0)) {
+        return std::nullopt;
+    }
+    url.setHost({});
+    const std::string path =
+        QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+    return isUtf8(path) ? QDir::toNativeSeparators(url.toLocalFile()).toStdString() : path;
 }
 
 } // namespace zvonivec

@@ -1,5 +1,6 @@
 // MPRIS 2.2: the player as an object on the session's message bus.
 
+#include "platform/file_names.h"
 #include "platform/media_session.h"
 
 #include <QCoreApplication>
@@ -187,8 +188,7 @@ struct MediaSession::Desktop : QDBusVirtualObject {
         }
         QVariantMap data{{QStringLiteral("mpris:trackid"), QVariant::fromValue(trackId())},
                          {QStringLiteral("mpris:length"), toMicroseconds(state.length)},
-                         {QStringLiteral("xesam:url"),
-                          QString::fromLatin1(QUrl::fromLocalFile(text(state.path)).toEncoded())}};
+                         {QStringLiteral("xesam:url"), text(fileUrl(state.path))}};
         const auto add = [&data](const QString& key, const std::string& value, bool isList) {
             if (!value.empty()) {
                 data.insert(key, isList ? QVariant(QStringList{text(value)}) : text(value));
@@ -326,9 +326,9 @@ struct MediaSession::Desktop : QDBusVirtualObject {
                 }
             });
         } else if (method == QStringLiteral("OpenUri") && signature == QStringLiteral("s")) {
-            return [this, url = QUrl(arguments.at(0).toString())] {
-                if (url.isLocalFile()) {
-                    commands.open(url.toLocalFile().toStdString());
+            return [this, path = localPath(QUrl(arguments.at(0).toString()))] {
+                if (path) {
+                    commands.open(*path);
                 }
             };
         }

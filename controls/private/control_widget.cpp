@@ -1,17 +1,16 @@
 #include "controls/private/control_widget.h"
 
 #include "controls/private/focus_ring.h"
+#include "platform/file_names.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
-#include <QDir>
 #include <QDropEvent>
 #include <QHelpEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QSysInfo>
 #include <QTextDocument>
 #include <QToolTip>
 #include <QUrl>
@@ -102,19 +101,9 @@ void call(const Control::MouseHandler& handler, const MouseArgs& args) {
 }
 
 /// Returns the path of the file that is dragged, if it is one file of this machine.
-std::optional<QString> onlyLocalFile(const QMimeData& data) {
+std::optional<std::string> onlyLocalFile(const QMimeData& data) {
     const QList<QUrl> urls = data.urls();
-    if (urls.size() != 1 || !urls.front().isLocalFile()) {
-        return std::nullopt;
-    }
-    QUrl url = urls.front();
-    const QString host = url.host();
-    if (!host.isEmpty() && host != QStringLiteral("localhost") &&
-        host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) != 0) {
-        return std::nullopt;
-    }
-    url.setHost({});
-    return url.toLocalFile();
+    return urls.size() == 1 ? localPath(urls.front()) : std::nullopt;
 }
 
 /// Returns a text that QToolTip shows as plain text. QToolTip guesses from a text whether it is
@@ -250,7 +239,7 @@ void ControlWidget::takeWheel(QWheelEvent& event) {
 }
 
 void ControlWidget::takeDrag(QDropEvent& event, bool isDropped) {
-    const std::optional<QString> file = onlyLocalFile(*event.mimeData());
+    const std::optional<std::string> file = onlyLocalFile(*event.mimeData());
     if (!FileDropped || !file || QApplication::activeModalWidget() != nullptr) {
         event.ignore();
         return;
@@ -261,9 +250,7 @@ void ControlWidget::takeDrag(QDropEvent& event, bool isDropped) {
     if (isDropped) {
         // Posted, because the other program waits for this event's end, and a box may be shown.
         QMetaObject::invokeMethod(
-            this,
-            [this, path = *file] { FileDropped(QDir::toNativeSeparators(path).toStdString()); },
-            Qt::QueuedConnection);
+            this, [this, path = *file] { FileDropped(path); }, Qt::QueuedConnection);
     }
 }
 

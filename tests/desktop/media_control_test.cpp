@@ -177,6 +177,14 @@ TEST_F(MediaControlTest, ItIsRaisedAndEnds) {
     EXPECT_EQ(player_->process().waitForExit(), 0);
 }
 
+TEST_F(MediaControlTest, ItOpensAFileWhoseNameIsNotUtf8) {
+    (void)makeFile(folder_.file("p\xEDse\xF2.mp3"), 60);
+    const std::string url = "file://" + folder_.file("p%EDse%F2.mp3");
+    (void)call({"org.mpris.MediaPlayer2.Player.OpenUri", "string:" + url});
+    EXPECT_TRUE(answers({"status"}, "Playing"));
+    EXPECT_EQ(ask({"metadata", "xesam:url"}), url);
+}
+
 TEST_F(MediaControlTest, ItAnswersWhileABoxIsOpen) {
     const std::string text = folder_.file("text.txt");
     writeFile(text, "no music");

@@ -1,7 +1,6 @@
 // Folders that are listed beside the user-interface thread.
 #include "platform/folder_listing.h"
 
-#include "platform/file_names.h"
 #include "tests/support/process.h"
 
 #include <algorithm>
@@ -126,15 +125,6 @@ TEST_F(FolderListingTest, ListsWithoutThreads) {
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-}
-
-TEST(ShownPath, GuessesTheLettersOfPartsThatAreNotUtf8) {
-    EXPECT_EQ(shownPath("/hudba/písně/ó.mp3"), "/hudba/písně/ó.mp3");
-    EXPECT_EQ(shownPath("/p\xEDsn\xEC/\x8Elu\x9Dou\xE8k\xFD k\xF9\xF2.mp3"),
-              "/písně/Žluťoučký kůň.mp3");
-    EXPECT_EQ(shownPath("/písně/\xE8/"), "/písně/č/");
-    EXPECT_EQ(shownPath("\x9A"), "š");
-    EXPECT_EQ(shownPath(""), "");
 }
 
 } // namespace

@@ -110,6 +110,14 @@ TEST_F(Drop, AFileIsOpenedAsFromTheDialog) {
     EXPECT_EQ(dialog().InitDir, file);
 }
 
+TEST_F(Drop, AFileWhoseNameIsNotUtf8IsOpenedToo) {
+    const std::string file = "/music/p\xEDse\xF2.mp3";
+    engine().tracks.try_emplace(file);
+    EXPECT_TRUE(drop({QUrl::fromEncoded("file:///music/p%EDse%F2.mp3")}));
+    EXPECT_EQ(engine().URL(), file);
+    EXPECT_EQ(engine().playState(), PlayState::playing);
+}
+
 TEST_F(Drop, AFileThatIsNoMp3IsRefusedOnce) {
     open("a.mp3");
     dialog().shown = 0;
