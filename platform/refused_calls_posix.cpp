@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <memory>
 #include <sched.h>
 #include <seccomp.h>
@@ -39,6 +40,15 @@ constexpr std::array NAMESPACES{CLONE_NEWNS,   CLONE_NEWCGROUP, CLONE_NEWUTS, CL
 /// Requests that put characters into a terminal's input, where a shell reads them.
 constexpr std::array TERMINAL_INPUT{TIOCSTI, TIOCLINUX};
 
+/// A condition for the bits of a call's argument that are in the mask.
+constexpr scmp_arg_cmp has(unsigned argument, std::uint64_t mask, std::uint64_t bits) {
+    return {.arg = argument, .op = SCMP_CMP_MASKED_EQ, .datum_a = mask, .datum_b = bits};
+}
+/// A condition for an argument of 32 bits. The kernel doesn't look at what is above them.
+constexpr scmp_arg_cmp is(unsigned argument, unsigned value) {
+    return has(argument, UINT32_MAX, value);
+}
+
 using Filter = std::unique_ptr<void, decltype(&seccomp_release)>;
 
 template<typename... Conditions>
@@ -58,13 +68,12 @@ bool isAllowed(int family, Sockets allowed) {
 bool refuseSockets(const Filter& filter, Sockets allowed) {
     for (int family = 0; family < AF_MAX; ++family) {
         if (!isAllowed(family, allowed) &&
-            !refuse(filter, EAFNOSUPPORT, "socket",
-                    SCMP_A0_32(SCMP_CMP_EQ, static_cast<std::uint32_t>(family)))) {
+            !refuse(filter, EAFNOSUPPORT, "socket", is(0, static_cast<unsigned>(family)))) {
             return false;
         }
     }
     return refuse(filter, EAFNOSUPPORT, "socket",
-                  SCMP_A0_32(SCMP_CMP_GE, static_cast<std::uint32_t>(AF_MAX)));
+                  scmp_arg_cmp{.arg = 0, .op = SCMP_CMP_GE, .datum_a = AF_MAX, .datum_b = 0});
 }
 
 } // namespace
@@ -78,17 +87,15 @@ bool refuseCalls(Sockets allowed) {
                        [&](const char* name) { return refuse(filter, EPERM, name); }) &&
            std::all_of(NAMESPACES.begin(), NAMESPACES.end(),
                        [&](int kind) {
-                           const auto bit = static_cast<scmp_datum_t>(static_cast<unsigned>(kind));
-                           return refuse(filter, EPERM, "clone",
-                                         SCMP_A0(SCMP_CMP_MASKED_EQ, bit, bit));
+                           const auto bit = static_cast<unsigned>(kind);
+                           return refuse(filter, EPERM, "clone", has(0, bit, bit));
                        }) &&
            // Its arguments can't be looked at; the C library then calls clone.
            refuse(filter, ENOSYS, "clone3") &&
            std::all_of(TERMINAL_INPUT.begin(), TERMINAL_INPUT.end(),
                        [&](int request) {
-                           return refuse(
-                               filter, EPERM, "ioctl",
-                               SCMP_A1_32(SCMP_CMP_EQ, static_cast<std::uint32_t>(request)));
+                           return refuse(filter, EPERM, "ioctl",
+                                         is(1, static_cast<unsigned>(request)));
                        }) &&
            refuseSockets(filter, allowed) && seccomp_load(filter.get()) == 0;
 }

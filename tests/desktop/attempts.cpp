@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -246,13 +247,20 @@ int handleFaults() {
     close(static_cast<int>(made));
     return error;
 }
-int typeIntoTerminal() {
+int typeIntoTerminalBy(std::uint64_t request) {
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     const char letter = 'x';
     // Another error means that the call reached the terminal.
-    const bool refused = ioctl(terminal, TIOCSTI, &letter) != 0 && errno == EPERM;
+    const bool refused = syscall(SYS_ioctl, terminal, request, &letter) != 0 && errno == EPERM;
     close(terminal);
     return refused ? EPERM : 0;
+}
+int typeIntoTerminal() {
+    return typeIntoTerminalBy(TIOCSTI);
+}
+/// The kernel looks at 32 bits of the request alone.
+int typeIntoTerminalByALongRequest() {
+    return typeIntoTerminalBy(TIOCSTI | std::uint64_t{1} << 32U);
 }
 
 // What can't be taken from the program, and is written down as that.
@@ -316,6 +324,7 @@ constexpr std::array ATTEMPTS{
     Attempt{"add a key to the kernel's", addKey},
     Attempt{"handle page faults", handleFaults},
     Attempt{"type into a terminal", typeIntoTerminal},
+    Attempt{"type into a terminal by a long request", typeIntoTerminalByALongRequest},
     Attempt{"read a document", readDocument},
     Attempt{"change a document's permissions", openDocumentForAll},
     Attempt{"connect to a local socket", connectToAgent},
