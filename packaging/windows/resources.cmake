@@ -18,7 +18,11 @@ set_source_files_properties(${QTBASE_CZECH} PROPERTIES QT_RESOURCE_ALIAS qtbase_
 qt_add_resources(zvonivec translations PREFIX /translations FILES ${QTBASE_CZECH})
 
 # The plug-ins of a static Qt that the player uses.
+set(STYLE Qt6::QModernWindowsStylePlugin)
+if(NOT TARGET ${STYLE}) # before Qt 6.7
+    set(STYLE Qt6::QWindowsVistaStylePlugin)
+endif()
 qt_import_plugins(zvonivec
     INCLUDE Qt6::QWindowsIntegrationPlugin
     INCLUDE_BY_TYPE imageformats Qt6::QGifPlugin
-    INCLUDE_BY_TYPE styles Qt6::QWindowsVistaStylePlugin)
+    INCLUDE_BY_TYPE styles ${STYLE})
