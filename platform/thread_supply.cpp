@@ -1,6 +1,6 @@
 #include "platform/thread_supply.h"
 
-#include <latch>
+#include <mutex>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -8,17 +8,19 @@
 namespace zvonivec {
 
 bool canHaveThreads(int count) {
-    std::latch allHaveBegun(1);
+    // Not a std::latch: on Windows it may lose a wake-up, and the wait then never ends.
+    std::mutex untilAllHaveBegun;
+    std::unique_lock begin(untilAllHaveBegun);
     std::vector<std::thread> threads;
     bool given = true;
     try {
         for (int i = 0; i < count; ++i) {
-            threads.emplace_back([&] { allHaveBegun.wait(); });
+            threads.emplace_back([&] { const std::lock_guard wait(untilAllHaveBegun); });
         }
     } catch (const std::system_error&) {
         given = false;
     }
-    allHaveBegun.count_down();
+    begin.unlock();
     for (std::thread& thread : threads) {
         thread.join();
     }
