@@ -56,6 +56,8 @@ public:
     /// Waits until the window manager has served all events so far, but not long: while it moves a
     /// window it may leave other things for later. Does nothing without one that can be asked.
     void waitForWindowManager() const;
+    /// Such waits do nothing from now on.
+    void askWindowManagerNoMore() { answers_ = false; }
 
     /// Whether the window manager puts every window that it doesn't manage above all others.
     [[nodiscard]] bool raisesUnmanagedWindows() const { return raisesUnmanagedWindows_; }

@@ -13,6 +13,8 @@ void WindowsTest::SetUp() {
         writeFile(settingsPath(), firstSettings_);
     }
     MenuTest::SetUp();
+    // The question makes a window. Between press and release, that loses Wine the click.
+    display_.askWindowManagerNoMore();
 }
 
 void WindowsTest::TearDown() {
