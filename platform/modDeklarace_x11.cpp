@@ -1,6 +1,7 @@
 #include "platform/modDeklarace.h"
 
 #include "platform/window_mover.h"
+#include "platform/window_place.h"
 #include "platform/window_region.h"
 #include "platform/x11.h"
 
@@ -146,7 +147,7 @@ void ReleaseCapture() {
 void SendMessageA(std::uintptr_t window, unsigned message, std::uintptr_t command) {
     QWidget* widget = QWidget::find(window);
     if (widget != nullptr && message == SYSTEM_COMMAND && command == MOVE_BY_POINTER) {
-        WindowMover::start(*widget);
+        WindowMover::start(*widget, placeOf(*widget).value_or(widget->pos()));
     }
 }
 

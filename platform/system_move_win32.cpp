@@ -129,9 +129,10 @@ void moveBySystem(QWidget& window) {
         SetCapture(handle); // so that the window gets the releases
     }
     const bool endedByKey = GetKeyState(VK_ESCAPE) < 0 || GetKeyState(VK_RETURN) < 0;
-    const bool hasRefused = after != 0 && widget->pos() == start && !endedByKey;
-    if (before == 0 || hasRefused) {
-        WindowMover::start(*widget);
+    // The system has refused, or given up: some go on for the left button alone.
+    const bool endedEarly = after != 0 && !endedByKey;
+    if (before == 0 || endedEarly) {
+        WindowMover::start(*widget, start);
         return;
     }
     // One message for each button, as the system would have sent them.

@@ -26,11 +26,11 @@ constexpr int MOST_UNANSWERED = 20;
 
 } // namespace
 
-void WindowMover::start(QWidget& window) {
+void WindowMover::start(QWidget& window, QPointF from) {
     if (window.windowHandle() == nullptr || current != nullptr) {
         return;
     }
-    current = new WindowMover(window, placeOf(window).value_or(window.pos())); // the window owns it
+    current = new WindowMover(window, from); // the window owns it
 }
 
 WindowMover::WindowMover(QWidget& window, QPointF from)

@@ -20,8 +20,9 @@ namespace zvonivec {
 /// buttons are up. Under Wayland the compositor moves the window as soon as the pointer moves.
 class WindowMover : public QObject {
 public:
-    /// Does nothing when another button has already begun a move.
-    static void start(QWidget& window);
+    /// Takes the window's place at the press. Does nothing when another button has already begun a
+    /// move.
+    static void start(QWidget& window, QPointF from);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
