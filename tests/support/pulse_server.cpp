@@ -61,6 +61,9 @@ void PulseServer::startPulseAudio(const Process::Options& options) {
         std::vector<std::string>{
             "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit",
             "--realtime=yes", "--high-priority=yes", // where it may: a busy machine makes gaps
+            // Others change the samples of a stream that may change its rate, though it has the
+            // sink's. Wine 10 asks for such a stream.
+            "--resample-method=trivial",
             "--load=module-native-protocol-unix auth-anonymous=1 socket=" + folder_.file("socket"),
             "--load=module-null-sink sink_name=test_sink format=s16le rate=" +
                 std::to_string(sink_.rate) + " channels=" + std::to_string(sink_.channels) +
