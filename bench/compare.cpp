@@ -33,6 +33,7 @@ struct Plan {
     support::PulseServer::Kind server = support::PulseServer::Kind::rewinding;
     std::string jsonFile;
     std::string only; ///< names of players; empty: all installed ones
+    bool bus = false; ///< measures our player with a session bus too
 };
 
 /// What a figure of our player is compared with.
@@ -196,9 +197,10 @@ void printTargets(const Report& report, std::span<const std::string_view> withWi
 }
 
 int usage() {
-    std::fputs("bench_compare [--quick] [--pipewire] [--rounds N] [--seconds N] [--only NAME,...] "
-               "[--json FILE]\n",
-               stderr);
+    std::fputs(
+        "bench_compare [--quick] [--pipewire] [--bus] [--rounds N] [--seconds N] [--only NAME,...] "
+        "[--json FILE]\n",
+        stderr);
     return 2;
 }
 
@@ -215,6 +217,8 @@ std::optional<Plan> planFrom(std::span<char*> arguments) {
             plan.fileSeconds = 20;
         } else if (option == "--pipewire") {
             plan.server = support::PulseServer::Kind::pipeWire;
+        } else if (option == "--bus") {
+            plan.bus = true;
         } else if (option == "--rounds" && hasValue) {
             plan.rounds = std::atoi(arguments[++i]);
         } else if (option == "--seconds" && hasValue) {
@@ -231,7 +235,7 @@ std::optional<Plan> planFrom(std::span<char*> arguments) {
 }
 
 bool isPlanned(const Subject& subject, const Plan& plan) {
-    return isInstalled(subject) &&
+    return isInstalled(subject) && (plan.bus || !subject.onBus) &&
            (plan.only.empty() || plan.only.find(subject.name) != std::string::npos);
 }
 
@@ -260,7 +264,7 @@ bool measureAll(support::Display& display, support::PulseServer& sound, const st
 std::vector<std::string_view> othersWithWindow(const Libraries& libraries) {
     std::vector<std::string_view> names;
     for (const Subject& subject : subjects()) {
-        if (libraries.of.contains(subject.name) && subject.hasWindow && subject.name != OURS) {
+        if (libraries.of.contains(subject.name) && subject.hasWindow && !subject.ours) {
             names.push_back(subject.name);
         }
     }

@@ -44,6 +44,9 @@ Run::Run(const Subject& subject, support::Display& display, support::PulseServer
         std::filesystem::create_directories(file.parent_path());
         support::writeFile(file.string(), std::string(subject.settings));
     }
+    if (subject.onBus) {
+        bus_.emplace(display.environment());
+    }
 }
 
 void Run::start(const std::vector<std::string_view>& options, const std::string& file) {
@@ -66,6 +69,10 @@ void Run::start(const std::vector<std::string_view>& options, const std::string&
     process.environment = display_->environment();
     const auto sound = sound_->environment();
     process.environment.insert(process.environment.end(), sound.begin(), sound.end());
+    if (bus_) {
+        const auto bus = bus_->environment();
+        process.environment.insert(process.environment.end(), bus.begin(), bus.end());
+    }
     process.environment.emplace_back("HOME", folder_.path());
     process.environment.emplace_back("XDG_CONFIG_HOME", folder_.file(".config"));
     process.errorFile = folder_.file("messages");

@@ -3,6 +3,7 @@
 
 #include "bench/subject.h"
 #include "tests/support/display.h"
+#include "tests/support/message_bus.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/recording.h"
 #include "tests/support/window.h"
@@ -71,6 +72,7 @@ private:
     support::Display* display_;
     support::PulseServer* sound_;
     support::TemporaryFolder folder_;
+    std::optional<support::MessageBus> bus_;
     Clock::time_point started_;
     support::Process process_;
     std::optional<double> timeToSound_;

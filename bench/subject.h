@@ -17,6 +17,7 @@ struct Subject {
     std::string_view name;
     std::string_view program;                    ///< looked up in PATH; ours is given as a path
     bool ours = false;                           ///< operated through its dialog and its buttons
+    bool onBus = false;                          ///< with a session bus, as a desktop has one
     std::vector<std::string_view> options{};     ///< before the file
     std::vector<std::string_view> idleOptions{}; ///< without a file
     bool hasWindow = true;
