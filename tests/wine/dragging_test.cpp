@@ -22,10 +22,15 @@ protected:
         pointer_.press(button);
         return moveToAndFroUntil(from, [&] { return !(corner() == before); });
     }
+    /// The window stands at a place, or one pixel beside it: the move may have begun from there,
+    /// and the pointer goes to and fro.
+    [[nodiscard]] bool standsNear(Point place) const {
+        const Point now = corner();
+        return std::abs(now.x - place.x) <= 1 && now.y == place.y;
+    }
     /// Moves the pointer by so much from a place, and the window after it. Returns false when the
-    /// window doesn't follow to its place, or one pixel beside it if the move began from there.
-    /// Goes in short steps: under Wine 10 a window hears of no pointer outside it unless the left
-    /// button is pressed.
+    /// window doesn't follow. Goes in short steps: under Wine 10 a window hears of no pointer
+    /// outside it unless the left button is pressed.
     [[nodiscard]] bool drag(Point pointer, Point window, Point by) {
         constexpr int longest = 10;
         const int steps = std::max(std::abs(by.x), std::abs(by.y)) / longest + 1;
@@ -79,7 +84,7 @@ TEST_P(DraggingTest, FollowsThePointerWithEachButton) {
         EXPECT_TRUE(lightsUp(player::minimise));
         const Point after = corner();
         EXPECT_TRUE(lightsUp(player::close));
-        EXPECT_EQ(corner(), after);
+        EXPECT_TRUE(standsNear(after));
         EXPECT_FALSE(menu());
     }
     closePlayer();
