@@ -38,8 +38,7 @@ protected:
             const Point moved{by.x * step / steps, by.y * step / steps};
             const bool followed =
                 moveToAndFroUntil({pointer.x + moved.x, pointer.y + moved.y}, [&] {
-                    const Point now = corner();
-                    return std::abs(now.x - window.x - moved.x) <= 1 && now.y == window.y + moved.y;
+                    return standsNear({window.x + moved.x, window.y + moved.y});
                 });
             if (!followed) {
                 return false;
