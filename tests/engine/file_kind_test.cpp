@@ -123,6 +123,7 @@ TEST_F(FileKindOf, OtherKindsAreNotEvenWithFramesInside) {
     const std::vector<Row> rows = {
         {"RIFF" + support::littleEndian(100000) + "WAVEfmt " + frames, "wav"},
         {"OggS" + frames, "ogg"},
+        {"fLaC", "flac"},
         {"fLaC" + frames, "flac"},
         {support::id3v2(3, {}, 100) + "fLaC" + frames, "flac"},
         {std::string(3, '\0') + " ftypisom" + frames, "mp4"},

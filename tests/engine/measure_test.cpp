@@ -124,6 +124,18 @@ TEST_F(Measure, HeadersThatLieDontMatter) {
         seconds - (4095 + 4095) / 44100.0);
 }
 
+TEST_F(Measure, FieldsOfAHeaderMayBeMissing) {
+    const std::string frames = repeated(frameBytes({}), 100);
+    std::string header = support::xingFrame({}, "Info", 100, 0, 576, 1000);
+    constexpr std::size_t flags = 4 + 32 + 4;
+    constexpr std::size_t bytes = flags + 8;
+    header[flags + 3] = 1;
+    header.erase(bytes, 4);
+    header.append(4, '\0');
+    EXPECT_DOUBLE_EQ(measureContent(header + frames).seconds,
+                     100 * 1152 / 44100.0 - (576 + 1000) / 44100.0);
+}
+
 TEST_F(Measure, EstimatesAreCloseBeforeTheWalk) {
     const std::string frames = repeated(frameBytes({}), 1000);
     measureContent(frames);

@@ -202,6 +202,11 @@ TEST_F(Tags, TheBestSourceOfEachAttributeCounts) {
     EXPECT_EQ(tags.genre, "");
 }
 
+TEST_F(Tags, AreFoundThoughAnotherOneClaimsTheWholeFile) {
+    const std::string rest = FRAMES + id3v1("t", "a", "b", "1999", "c", 17);
+    EXPECT_EQ(tagsOf(id3v2(3, {}, rest.size()).substr(0, 10) + rest).author, "a");
+}
+
 TEST_F(Tags, GenresAndDatesAndSeveralValues) {
     const auto genre = [&](const std::string& text) {
         return tagsOf(id3v2(4, {{"TCON", UTF8 + text}}) + FRAMES).genre;

@@ -4,6 +4,8 @@
 #include "tests/window/input.h"
 #include "tests/window/player_test.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QWindow>
 #include <qtestsupport_widgets.h>
 
@@ -25,6 +27,12 @@ protected:
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         input::key(*window().windowHandle(), key, modifiers);
+    }
+    /// Presses a key, and returns whether the system isn't to handle it as well.
+    bool takes(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QKeyEvent press(QEvent::KeyPress, key, modifiers);
+        QCoreApplication::sendEvent(&window(), &press);
+        return press.isAccepted();
     }
     std::string focused() {
         const Control* control = player().focusedControl();
@@ -278,6 +286,25 @@ TEST_F(KeyboardKeys, CommandsHaveTheirKeys) {
     EXPECT_TRUE(
         serveUntil([this] { return player().WindowState() == Form::WindowState::minimised; }));
     EXPECT_TRUE(player().Loaded());
+}
+
+TEST_F(KeyboardKeys, WithoutAnEffectAreLeftToTheSystem) {
+    // With Alt, Windows beeps at what is left to it.
+    openTrack();
+    for (const Qt::Key name : {Qt::Key_Z, Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_B, Qt::Key_Up,
+                               Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_F1}) {
+        EXPECT_TRUE(takes(name)) << name;
+        EXPECT_FALSE(takes(name, Qt::ShiftModifier | Qt::ControlModifier)) << name;
+    }
+    for (const Qt::Key name : {Qt::Key_O, Qt::Key_T, Qt::Key_R, Qt::Key_M}) {
+        EXPECT_TRUE(takes(name, Qt::ControlModifier)) << name;
+        EXPECT_FALSE(takes(name)) << name;
+    }
+    EXPECT_TRUE(takes(Qt::Key_Return, Qt::AltModifier));
+    EXPECT_FALSE(takes(Qt::Key_F10));
+    EXPECT_TRUE(takes(Qt::Key_F10, Qt::ShiftModifier));
+    EXPECT_TRUE(takes(Qt::Key_Escape)) << "by the menu";
+    EXPECT_TRUE(takes(Qt::Key_Menu));
 }
 
 TEST_F(KeyboardKeys, ControlQEndsTheProgram) {
