@@ -154,6 +154,13 @@ TEST(Alphabet, OfAllTextsOfATagIsOne) {
     EXPECT_EQ(alphabetOf(texts), Alphabet::windows1250);
 }
 
+TEST(Alphabet, OfCapitalsIsFoundToo) {
+    const std::string artist = encode("ŁUKASZ WOŹNIAK", Alphabet::iso88592).value_or("");
+    const std::string title = encode("IDŹ JUŻ SPAĆ", Alphabet::iso88592).value_or("");
+    const std::vector<std::string_view> texts = {artist, title};
+    EXPECT_EQ(alphabetOf(texts), Alphabet::iso88592);
+}
+
 TEST(Alphabet, DecodesEveryByte) {
     EXPECT_EQ(decode("\x8A\xA3\xF8", Alphabet::windows1250), "ŠŁř");
     EXPECT_EQ(decode("\xA9\xB5\xF8", Alphabet::iso88592), "Šľř");

@@ -87,6 +87,7 @@ TEST(TagText, Latin1ClaimsAreUtf8OrWindows1250) {
     EXPECT_EQ(textFromLatin1Claim(HORSE1250), HORSE);
     EXPECT_EQ(textFromLatin1Claim("\x8A\x8D\x8E\xD8\x84"), "ŠŤŽŘ„");
     EXPECT_EQ(textFromLatin1Claim("\xC4\x8D\xE8"), "Ä\xC5\xA4\xC4\x8D") << "not all of it is UTF-8";
+    EXPECT_EQ(textFromLatin1Claim("Pisnicka mil\xE1"), "Pisnicka milá") << "it isn't cut UTF-8";
     EXPECT_EQ(textFromLatin1Claim(std::string("end\0rest", 8)), "end");
     EXPECT_EQ(textFromLatin1Claim(""), "");
 }
@@ -97,6 +98,7 @@ TEST(TagText, TidyTextIsOneLine) {
     EXPECT_EQ(tidyText(std::string("a\0b\x01\x1B\x7F", 6)), "ab");
     EXPECT_EQ(tidyText("\xC2\x85x\xC2\x9By\xE2\x80\xA8z"), "xy z");
     EXPECT_EQ(tidyText("two  blanks"), "two  blanks");
+    EXPECT_EQ(tidyText("of\xC2\xA0two"), "of\xC2\xA0two") << "no-break space";
     EXPECT_EQ(tidyText("bad \xFF\xC3 bytes \xED\xA0\x80"), "bad  bytes");
     EXPECT_EQ(tidyText(HORSE), HORSE);
     EXPECT_EQ(tidyText("<b>&amp;</b>"), "<b>&amp;</b>");
