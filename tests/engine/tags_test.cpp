@@ -134,6 +134,12 @@ TEST_F(Tags, OfTheFirstKind) {
     EXPECT_EQ(tagsOf(FRAMES + id3v1("t", "", "", "", comment, 17)).description, "Poznámka");
 }
 
+TEST_F(Tags, OfTheFirstKindMayBeInAnotherAlphabet) {
+    const TrackTags tags = tagsOf(FRAMES + id3v1("\xA9koda l\xE1sky", "\xA9umava", "", "", "", 17));
+    EXPECT_EQ(tags.title, "Škoda lásky") << "ISO 8859-2";
+    EXPECT_EQ(tags.author, "Šumava");
+}
+
 TEST_F(Tags, OfTheFirstKindMayFillTheirPlaces) {
     const auto full = [](char letter) { return std::string(30, letter); };
     constexpr int genre = 'A'; // a letter if it were taken for the comment's last one
