@@ -219,6 +219,24 @@ TEST_F(SettingsTest, AFileSizeLimitOfZeroKeepsTheOldOnes) {
     EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
 }
 
+class KillingSignalTest : public SettingsTest, public testing::WithParamInterface<int> {};
+
+TEST_P(KillingSignalTest, KeepsTheOldOnes) {
+    startWith("[General]\nLeft=3000\nTop=1500\nOnTop=0\nRepeat=1\nVolume=50\n");
+    const std::string before = settings();
+    click(player::VOLUME.middle());
+    ASSERT_TRUE(waitUntil([&] { return player_->showsStatus("60% hlasitost"); }));
+    player_->process().signal(GetParam());
+    EXPECT_EQ(player_->process().waitForExit(), 128 + GetParam());
+    EXPECT_EQ(settings(), before);
+    EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
+}
+
+INSTANTIATE_TEST_SUITE_P(By, KillingSignalTest, testing::Values(SIGKILL, SIGUSR1, SIGALRM, SIGXCPU),
+                         [](const auto& tested) {
+                             return std::string(sigabbrev_np(tested.param));
+                         });
+
 TEST_F(SettingsTest, TwoCopiesOfOneFolderShareTheFile) {
     Player second(display_, folder_.file("program"), environment());
     ASSERT_TRUE(second.waitUntilShown());
